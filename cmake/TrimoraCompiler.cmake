@@ -1,0 +1,27 @@
+# How every source of the project is compiled: C++20 without extensions, warnings as errors,
+# and no fused multiply-add that the source did not ask for (a picture must come out the same
+# on every processor).
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_CXX_FLAGS_RELWITHDEBINFO "-O2 -g")  # assertions stay on; only Release drops them
+find_package(Threads REQUIRED)
+
+add_library(trimora_compiler INTERFACE)
+target_compile_options(trimora_compiler INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Wold-style-cast
+  -Woverloaded-virtual -Wcast-align -Wimplicit-fallthrough -Werror
+  -ffp-contract=off -fno-math-errno)
+target_link_libraries(trimora_compiler INTERFACE Threads::Threads)
+
+if(TRIMORA_SANITIZE)
+  target_compile_options(trimora_compiler INTERFACE
+    -fsanitize=${TRIMORA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  target_link_options(trimora_compiler INTERFACE -fsanitize=${TRIMORA_SANITIZE})
+endif()
+if(TRIMORA_COVERAGE)
+  target_compile_options(trimora_compiler INTERFACE --coverage -fprofile-update=atomic)
+  target_link_options(trimora_compiler INTERFACE --coverage)
+endif()

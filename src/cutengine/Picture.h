@@ -1,0 +1,53 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "foundation/Bitmap.h"
+#include "foundation/Geometry.h"
+
+namespace trimora::cutengine {
+
+class Picture;
+using PicturePtr = std::shared_ptr<const Picture>;
+
+/// A picture that never changes: one or more bitmaps of the same scene, and a size in points.
+///
+/// One point is one pixel: the size is the largest pixel width and the largest pixel height over all
+/// bitmaps, each maximum taken by itself, whatever resolution the file declares. The picture is
+/// upright and in sRGB. Always held by PicturePtr, so any thread may read it at any time.
+class Picture {
+ public:
+    /// A picture of all these bitmaps; none where the list is empty or only holds empty bitmaps.
+    [[nodiscard]] static PicturePtr create(std::vector<foundation::Bitmap> representations);
+    [[nodiscard]] static PicturePtr create(foundation::Bitmap only);
+
+    /// A picture of a stated size in points, which may be zero; it may hold no bitmap at all.
+    [[nodiscard]] static PicturePtr createSized(foundation::Size size,
+                                                std::vector<foundation::Bitmap> representations);
+
+    [[nodiscard]] foundation::Size size() const { return size_; }
+    /// The size in points truncated to whole pixels.
+    [[nodiscard]] int pixelWidth() const { return static_cast<int>(size_.width); }
+    [[nodiscard]] int pixelHeight() const { return static_cast<int>(size_.height); }
+
+    [[nodiscard]] const std::vector<foundation::Bitmap>& representations() const { return representations_; }
+
+    /// Whether there are pixels to draw.
+    [[nodiscard]] bool isValid() const { return !representations_.empty() && !size_.isEmpty(); }
+
+    /// The bitmap to draw at the given size in pixels: the smallest that is at least as large both
+    /// ways, or the largest of all. An empty view where the picture is not valid.
+    [[nodiscard]] foundation::BitmapView bestRepresentation(double pixelWidth, double pixelHeight) const;
+
+    Picture(const Picture&) = delete;
+    Picture& operator=(const Picture&) = delete;
+
+ private:
+    Picture() = default;
+
+    foundation::Size size_;
+    std::vector<foundation::Bitmap> representations_;
+};
+
+}  // namespace trimora::cutengine

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "foundation/Bitmap.h"
+#include "foundation/Queues.h"
+
+namespace trimora::cutengine::kernels {
+
+/// Blurs with a flat disc, exactly: every pixel of `to` is the mean, rounded to the nearest, of the
+/// pixels of `from` whose centres lie within `radius` pixels of it (dx^2 + dy^2 <= radius^2), every
+/// component by itself on the stored (premultiplied) values. Beyond an edge the edge pixel repeats.
+///
+/// Both views have the same size and do not overlap. A radius below 1 copies. Bands of rows run on
+/// `workers`.
+void discBlur(foundation::BitmapView from, foundation::MutableBitmapView to, double radius,
+              foundation::Workers& workers);
+
+}  // namespace trimora::cutengine::kernels

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "cutengine/kernels/MaskSnapshot.h"
+#include "foundation/Bitmap.h"
+#include "foundation/Queues.h"
+
+namespace trimora::cutengine::kernels {
+
+/// What shows where the picture is cut away.
+struct Background {
+    enum class Kind : std::uint8_t { hidden, colour, picture };
+    Kind kind = Kind::hidden;
+    foundation::Pixel colour;        ///< premultiplied; of Kind::colour
+    foundation::BitmapView picture;  ///< of Kind::picture; stretched over the whole picture's rectangle
+};
+
+/// Flattens background and masked picture into `result`, which has the picture's size and is written
+/// in straight alpha: a soft edge keeps the picture's own colour, and where alpha is 0 colour is 0.
+///
+/// The mask is stretched over the picture bilinearly, pixel centres on pixel centres, edges repeated;
+/// none means that all of the picture shows. With m the mask, p the picture and b the background, all
+/// premultiplied and in 0..1:  out = p m + b (1 - alpha(p) m), rounded to 8 bits once, at the end.
+/// Bands of rows run on `workers`.
+void composeResult(foundation::BitmapView picture, const MaskSnapshot* mask, const Background& background,
+                   foundation::MutableBitmapView result, foundation::Workers& workers);
+
+}  // namespace trimora::cutengine::kernels

@@ -1,0 +1,69 @@
+#pragma once
+
+#include <deque>
+#include <mutex>
+#include <vector>
+
+#include "foundation/Queues.h"
+
+/// Queues without threads: whoever owns them says when a task runs. Tests use them, and so does a
+/// scripted run, to make every order of events repeatable.
+namespace trimora::foundation {
+
+/// Keeps its tasks until it is pumped. Any thread may hand over; one thread pumps.
+class ManualQueue final : public SerialQueue {
+ public:
+    explicit ManualQueue(std::string label) : label_(std::move(label)) {}
+    ~ManualQueue() override;
+
+    void async(Task task) override;
+
+    /// Runs everything that was handed over before, then the task.
+    void sync(const Task& task) override;
+
+    [[nodiscard]] bool isCurrent() const override { return running_; }
+    [[nodiscard]] const std::string& label() const override { return label_; }
+
+    /// Runs the oldest task; false where there was none.
+    bool runOne();
+
+    /// Runs tasks until none is left, those that they add included; returns how many ran.
+    int runAll();
+
+    [[nodiscard]] int pending() const;
+
+ private:
+    const std::string label_;
+    mutable std::mutex mutex_;
+    std::deque<Task> tasks_;
+    bool running_ = false;
+};
+
+/// Hands out manual queues and pumps them all. The queues that it made may be destroyed before it.
+class ManualQueueFactory final : public QueueFactory {
+ public:
+    ManualQueueFactory() = default;
+
+    [[nodiscard]] std::unique_ptr<SerialQueue> makeSerialQueue(std::string label) override;
+    [[nodiscard]] SerialQueue& mainQueue() override { return main_; }
+    [[nodiscard]] TaskQueue& backgroundQueue() override { return background_; }
+    [[nodiscard]] Workers& workers() override { return workers_; }
+
+    /// The same queues as they are, to run single tasks of.
+    [[nodiscard]] ManualQueue& manualMain() { return main_; }
+    [[nodiscard]] ManualQueue& manualBackground() { return background_; }
+
+    /// Runs every queue, serial ones first, main last, until nothing is left anywhere.
+    void settle();
+
+ private:
+    class Tracked;
+    friend class Tracked;
+
+    ManualQueue main_{"main"};
+    ManualQueue background_{"background"};
+    InlineWorkers workers_;
+    std::vector<Tracked*> serial_;
+};
+
+}  // namespace trimora::foundation
