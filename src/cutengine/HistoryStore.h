@@ -1,0 +1,65 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "files/PrivateFolder.h"
+#include "foundation/Bitmap.h"
+#include "foundation/Result.h"
+
+namespace trimora::cutengine {
+
+/// Undo and redo on disk: one PNG of the whole mask plane per state, in a ring of 31 file names
+/// (0.his to 30.his), of which at most 30 states can be visited.
+///
+/// The ring has one name more than the depth, so the newest write never replaces a state that can
+/// still be reached. Undo always reads the file; nothing is cached.
+///
+/// Threads: the painting queue records and steps; clear() runs while that queue is idle; the counters
+/// may be read by any thread.
+class HistoryStore {
+ public:
+    static constexpr std::int64_t kLargestLength = 30;
+    static constexpr std::int64_t kLastFileNumber = 30;
+
+    enum class Step : std::uint8_t { back, forward };
+
+    /// Resolves the folder and creates it, private to its owner. Without one every write fails.
+    explicit HistoryStore(const std::filesystem::path& folder);
+
+    [[nodiscard]] const std::filesystem::path& directory() const { return directory_; }
+
+    /// Number of states that can be visited.
+    [[nodiscard]] std::int64_t length() const { return length_; }
+    /// Index of the shown state, 0 .. length - 1; -1 while empty.
+    [[nodiscard]] std::int64_t currentState() const { return currentState_; }
+    /// Number in the ring of the shown state's file; -1 while there is none.
+    [[nodiscard]] std::int64_t fileIndex() const { return fileIndex_; }
+
+    /// Forgets all states and removes every file in the folder.
+    void clear();
+
+    /// Keeps the mask as the newest state; states that had been undone are dropped. The counters move
+    /// in any case; without a mask no file is written. A file that cannot be written returns an error,
+    /// and no file stands under its name then.
+    foundation::Result<void> record(foundation::BitmapView mask);
+
+    /// Moves to the state before or after and returns its mask, an empty bitmap where the file does
+    /// not decode. None where there is no such state or its file cannot be opened (logged): nothing
+    /// changed.
+    [[nodiscard]] std::optional<foundation::Bitmap> step(Step step);
+
+    [[nodiscard]] bool canStepForward() const { return currentState_ <= length_ - 2; }
+
+ private:
+    std::filesystem::path directory_;
+    std::optional<files::PrivateFolder> folder_;
+    std::atomic<std::int64_t> length_ = 0;
+    std::atomic<std::int64_t> currentState_ = -1;
+    std::atomic<std::int64_t> fileIndex_ = -1;
+};
+
+}  // namespace trimora::cutengine

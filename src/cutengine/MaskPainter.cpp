@@ -1,0 +1,158 @@
+#include "cutengine/MaskPainter.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "cutengine/kernels/Resample.h"
+#include "cutengine/kernels/StrokePainter.h"
+#include "foundation/Log.h"
+
+namespace trimora::cutengine {
+
+using foundation::Bitmap;
+using foundation::IntRect;
+using foundation::Pixel;
+using foundation::Rect;
+using foundation::Result;
+using foundation::Size;
+
+namespace {
+
+constexpr Pixel kNothingCut{0, 0, 0, 255};
+constexpr Pixel kTransparent{};
+constexpr Rect kEndOfStroke{0, 0, -1, -1};
+/// Side of the largest brush in view points; the soft stamp is made for it.
+constexpr float kLargestStamp = 200;
+
+Bitmap filledPlane(const PlaneSize& size, Pixel fill) {
+    Result<Bitmap> plane = Bitmap::createFilled(size.width, size.height, fill);
+    if (plane)
+        return std::move(*plane);
+    foundation::log::warning("no painting plane: %s", plane.error().message.c_str());
+    return {};
+}
+
+}  // namespace
+
+PlaneSize PlaneSize::forPicture(Size picture) {
+    if (picture.isEmpty())
+        return {};
+    const bool wide = picture.width / picture.height > 1;
+    const double width = wide ? kLargestPlaneSide : picture.width * kLargestPlaneSide / picture.height;
+    const double height = wide ? picture.height * kLargestPlaneSide / picture.width : kLargestPlaneSide;
+    const bool fits = picture.width <= width;
+    const auto side = [](double value) { return std::max(1, static_cast<int>(value)); };
+    if (fits)
+        return {side(picture.width), side(picture.height), 1};
+    return {side(width), side(height), static_cast<float>(width / picture.width)};
+}
+
+void MaskPainter::beginDocument(Size picture) {
+    pictureSize_ = picture;
+    newContextImage_ = {};
+    needsContectUpdate_ = true;
+}
+
+void MaskPainter::append(std::span<const Rect> stamps, const PaintSettings& settings) {
+    const std::scoped_lock lock(bufferMutex_);
+    for (const Rect& stamp : stamps)
+        eventBuffer_.push_back({stamp, settings});
+}
+
+void MaskPainter::appendEndOfStroke() {
+    const std::scoped_lock lock(bufferMutex_);
+    eventBuffer_.push_back({kEndOfStroke, {}});
+}
+
+void MaskPainter::emptyBuffer() {
+    const std::scoped_lock lock(bufferMutex_);
+    eventBuffer_.clear();
+}
+
+std::size_t MaskPainter::bufferedStamps() const {
+    const std::scoped_lock lock(bufferMutex_);
+    return eventBuffer_.size();
+}
+
+kernels::BrushStamp MaskPainter::brushMask(float hardness) const {
+    return {kLargestStamp / maskScale_, hardness};
+}
+
+std::optional<MaskPainter::Shown> MaskPainter::paintPass(const foundation::Task& recordHistoryState) {
+    const bool rebuilt = needsContectUpdate_.exchange(false);
+    if (rebuilt)
+        rebuildPlanes();
+    if (bitmapContext_.isEmpty() || colorContext_.isEmpty())
+        return std::nullopt;
+    IntRect changed = rebuilt ? bitmapContext_.view().bounds() : IntRect{};
+    for (std::vector<Queued> batch = takeBatch(); !batch.empty(); batch = takeBatch()) {
+        if (batch.front().isEndOfStroke()) {
+            recordHistoryState();
+            break;
+        }
+        paintBatch(batch, changed);
+    }
+    if (changed.isEmpty())
+        return std::nullopt;
+    return Shown{snapshotter_.take(bitmapContext_.view(), changed), changed};
+}
+
+void MaskPainter::rebuildPlanes() {
+    const Bitmap loaded = std::exchange(newContextImage_, {});
+    bitmapContext_ = {};
+    colorContext_ = {};
+    snapshotter_.reset();
+    const PlaneSize size = PlaneSize::forPicture(pictureSize_);
+    if (size.width == 0)
+        return;
+    maskScale_ = size.maskScale;
+    bitmapContext_ = filledPlane(size, kNothingCut);
+    colorContext_ = filledPlane(size, kTransparent);
+    if (!loaded.isEmpty() && !bitmapContext_.isEmpty()) {
+        foundation::InlineWorkers here;
+        kernels::resample(loaded.view(), bitmapContext_.view(), here);
+    }
+}
+
+/// The leading stamps of the buffer that are painted alike, or one end-of-stroke mark, or nothing.
+std::vector<MaskPainter::Queued> MaskPainter::takeBatch() {
+    const std::scoped_lock lock(bufferMutex_);
+    if (eventBuffer_.empty())
+        return {};
+    const auto begin = eventBuffer_.begin();
+    auto end = begin + 1;
+    if (!begin->isEndOfStroke()) {
+        const auto differs = [&](const Queued& other) {
+            return other.isEndOfStroke() || other.settings != begin->settings;
+        };
+        end = std::find_if(end, eventBuffer_.end(), differs);
+    }
+    std::vector<Queued> batch(begin, end);
+    eventBuffer_.erase(begin, end);
+    return batch;
+}
+
+void MaskPainter::paintBatch(const std::vector<Queued>& batch, IntRect& maskChanged) {
+    std::vector<Rect> stamps;
+    stamps.reserve(batch.size());
+    for (const Queued& queued : batch)
+        stamps.push_back(inPlanePixels(queued.stamp));
+
+    const PaintSettings& settings = batch.front().settings;
+    const kernels::BrushStamp soft = brushMask(settings.hardness);
+    const kernels::Brush brush{settings.fill, settings.hardness < kHardEdge ? &soft : nullptr};
+    Bitmap& plane = settings.colorMode ? colorContext_ : bitmapContext_;
+    const IntRect changed = kernels::paintStamps(plane.view(), stamps, brush);
+    if (!settings.colorMode)
+        maskChanged = united(maskChanged, changed);
+}
+
+Rect MaskPainter::inPlanePixels(const Rect& stamp) const {
+    const double scale = maskScale_;
+    Rect scaled{stamp.x * scale, stamp.y * scale, stamp.width * scale, stamp.height * scale};
+    if (scaled.width < 1)
+        scaled.width = scaled.height = 1;
+    return scaled;
+}
+
+}  // namespace trimora::cutengine
