@@ -1,0 +1,102 @@
+#include "files/TemporaryFile.h"
+
+#include <fcntl.h>
+#include <stdio.h>
+#include <sys/random.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cinttypes>
+#include <cstdio>
+
+#include "files/SystemError.h"
+
+namespace trimora::files {
+namespace {
+
+using foundation::Result;
+
+constexpr const char* kUnwritable = "the file cannot be written";
+constexpr int kNameTries = 16;
+
+std::string randomName() {
+    std::uint64_t number = 0;
+    if (::getrandom(&number, sizeof number, 0) != static_cast<ssize_t>(sizeof number))
+        number = static_cast<std::uint64_t>(::getpid());
+    std::array<char, 40> text{};
+    std::snprintf(text.data(), text.size(), ".trimora-%016" PRIx64 ".part", number);
+    return text.data();
+}
+
+/// A file without a name is given one through this folder; without it (a bare sandbox) it never could.
+bool canNameLater() {
+    return ::access("/proc/self/fd", X_OK) == 0;
+}
+
+/// Tries random names until `attempt(name)` stops answering that the name is taken.
+template <typename Attempt>
+std::string nameByTrying(const Attempt& attempt) {
+    for (int i = 0; i < kNameTries; ++i) {
+        std::string name = randomName();
+        if (attempt(name.c_str()))
+            return name;
+        if (errno != EEXIST)
+            break;
+    }
+    return {};
+}
+
+}  // namespace
+
+TemporaryFile::TemporaryFile(TemporaryFile&& other) noexcept
+    : folder_(other.folder_), file_(std::move(other.file_)), name_(std::exchange(other.name_, {})) {}
+
+Result<TemporaryFile> TemporaryFile::create(int folder, unsigned mode) {
+    FileDescriptor file;
+    if (canNameLater())
+        file = openAt(folder, ".", O_TMPFILE | O_WRONLY, mode);
+    if (file)
+        return TemporaryFile(folder, std::move(file), {});
+    // Not every file system has files without a name; they answer with several different numbers.
+    std::string name = nameByTrying([&](const char* candidate) {
+        file = openAt(folder, candidate, O_CREAT | O_EXCL | O_NOFOLLOW | O_WRONLY, mode);
+        return static_cast<bool>(file);
+    });
+    if (!file)
+        return systemError(kUnwritable, errno);
+    return TemporaryFile(folder, std::move(file), std::move(name));
+}
+
+Result<void> TemporaryFile::giveName() {
+    const std::string self = "/proc/self/fd/" + std::to_string(file_.number());
+    name_ = nameByTrying([&](const char* candidate) {
+        return ::linkat(AT_FDCWD, self.c_str(), folder_, candidate, AT_SYMLINK_FOLLOW) == 0;
+    });
+    if (name_.empty())
+        return systemError(kUnwritable, errno);
+    return {};
+}
+
+Result<void> TemporaryFile::publish(const char* name) {
+    if (name_.empty()) {
+        // A name may be given only once the file is whole: a kill between here and the renaming is the
+        // one moment that can leave a (complete) file of ours behind.
+        if (Result<void> named = giveName(); !named)
+            return named;
+    }
+    if (Result<void> closed = file_.close(); !closed)
+        return closed;
+    if (::renameat(folder_, name_.c_str(), folder_, name) != 0)
+        return systemError(kUnwritable, errno);
+    name_.clear();
+    return {};
+}
+
+void TemporaryFile::discard() {
+    file_.reset();
+    if (!name_.empty())
+        ::unlinkat(folder_, std::exchange(name_, {}).c_str(), 0);
+}
+
+}  // namespace trimora::files
