@@ -15,7 +15,6 @@ namespace trimora::sample {
 namespace {
 
 using foundation::Bitmap;
-using foundation::Pixel;
 using foundation::Result;
 
 constexpr int kBandRows = 48;
