@@ -18,10 +18,11 @@ struct Error {
 template <typename T>
 class [[nodiscard]] Result {
  public:
-    Result(T value)
-        : state_(std::in_place_index<0>, std::move(value)) {}  // NOLINT(google-explicit-constructor)
-    Result(Error error)
-        : state_(std::in_place_index<1>, std::move(error)) {}  // NOLINT(google-explicit-constructor)
+    // Both conversions are meant: `return value;` and `return Error{...};` read as what they are.
+    Result(T value)  // NOLINT(google-explicit-constructor)
+        : state_(std::in_place_index<0>, std::move(value)) {}
+    Result(Error error)  // NOLINT(google-explicit-constructor)
+        : state_(std::in_place_index<1>, std::move(error)) {}
 
     [[nodiscard]] bool ok() const { return state_.index() == 0; }
     explicit operator bool() const { return ok(); }
