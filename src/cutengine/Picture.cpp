@@ -6,7 +6,6 @@
 namespace trimora::cutengine {
 
 using foundation::Bitmap;
-using foundation::BitmapView;
 using foundation::Size;
 
 PicturePtr Picture::create(std::vector<Bitmap> representations) {
@@ -24,32 +23,43 @@ PicturePtr Picture::create(Bitmap only) {
     return create(std::move(representations));
 }
 
-PicturePtr Picture::createSized(Size size, std::vector<Bitmap> representations) {
-    std::erase_if(representations, [](const Bitmap& bitmap) { return bitmap.isEmpty(); });
+PicturePtr Picture::create(BitmapPtr only) {
+    if (!only || only->isEmpty())
+        return nullptr;
     const std::shared_ptr<Picture> picture(new Picture);
-    picture->size_ = size;
-    picture->representations_ = std::move(representations);
+    picture->size_ = {static_cast<double>(only->width()), static_cast<double>(only->height())};
+    picture->representations_.push_back(std::move(only));
     return picture;
 }
 
-BitmapView Picture::bestRepresentation(double pixelWidth, double pixelHeight) const {
+PicturePtr Picture::createSized(Size size, std::vector<Bitmap> representations) {
+    const std::shared_ptr<Picture> picture(new Picture);
+    picture->size_ = size;
+    for (Bitmap& bitmap : representations) {
+        if (!bitmap.isEmpty())
+            picture->representations_.push_back(std::make_shared<const Bitmap>(std::move(bitmap)));
+    }
+    return picture;
+}
+
+BitmapPtr Picture::bestRepresentation(double pixelWidth, double pixelHeight) const {
     if (!isValid())
-        return {};
+        return nullptr;
     const auto area = [](const Bitmap& bitmap) {
         return static_cast<double>(bitmap.width()) * bitmap.height();
     };
-    const Bitmap* best = nullptr;
+    BitmapPtr best;
     bool bestIsEnough = false;
-    for (const Bitmap& bitmap : representations_) {
-        const bool enough = bitmap.width() >= pixelWidth && bitmap.height() >= pixelHeight;
-        const bool better = best == nullptr || (enough && !bestIsEnough) ||
-                            (enough == bestIsEnough && (area(bitmap) < area(*best)) == enough);
+    for (const BitmapPtr& bitmap : representations_) {
+        const bool enough = bitmap->width() >= pixelWidth && bitmap->height() >= pixelHeight;
+        const bool better = !best || (enough && !bestIsEnough) ||
+                            (enough == bestIsEnough && (area(*bitmap) < area(*best)) == enough);
         if (better) {
-            best = &bitmap;
+            best = bitmap;
             bestIsEnough = enough;
         }
     }
-    return best->view();
+    return best;
 }
 
 }  // namespace trimora::cutengine

@@ -10,6 +10,7 @@ namespace trimora::cutengine {
 
 class Picture;
 using PicturePtr = std::shared_ptr<const Picture>;
+using BitmapPtr = std::shared_ptr<const foundation::Bitmap>;
 
 /// A picture that never changes: one or more bitmaps of the same scene, and a size in points.
 ///
@@ -21,6 +22,7 @@ class Picture {
     /// A picture of all these bitmaps; none where the list is empty or only holds empty bitmaps.
     [[nodiscard]] static PicturePtr create(std::vector<foundation::Bitmap> representations);
     [[nodiscard]] static PicturePtr create(foundation::Bitmap only);
+    [[nodiscard]] static PicturePtr create(BitmapPtr only);
 
     /// A picture of a stated size in points, which may be zero; it may hold no bitmap at all.
     [[nodiscard]] static PicturePtr createSized(foundation::Size size,
@@ -31,14 +33,18 @@ class Picture {
     [[nodiscard]] int pixelWidth() const { return static_cast<int>(size_.width); }
     [[nodiscard]] int pixelHeight() const { return static_cast<int>(size_.height); }
 
-    [[nodiscard]] const std::vector<foundation::Bitmap>& representations() const { return representations_; }
+    [[nodiscard]] const std::vector<BitmapPtr>& representations() const { return representations_; }
 
     /// Whether there are pixels to draw.
     [[nodiscard]] bool isValid() const { return !representations_.empty() && !size_.isEmpty(); }
 
     /// The bitmap to draw at the given size in pixels: the smallest that is at least as large both
-    /// ways, or the largest of all. An empty view where the picture is not valid.
-    [[nodiscard]] foundation::BitmapView bestRepresentation(double pixelWidth, double pixelHeight) const;
+    /// ways, or the largest of all. None where the picture is not valid.
+    [[nodiscard]] BitmapPtr bestRepresentation(double pixelWidth, double pixelHeight) const;
+    /// The one to draw at the picture's own size.
+    [[nodiscard]] BitmapPtr bestRepresentation() const {
+        return bestRepresentation(size_.width, size_.height);
+    }
 
     Picture(const Picture&) = delete;
     Picture& operator=(const Picture&) = delete;
@@ -47,7 +53,7 @@ class Picture {
     Picture() = default;
 
     foundation::Size size_;
-    std::vector<foundation::Bitmap> representations_;
+    std::vector<BitmapPtr> representations_;
 };
 
 }  // namespace trimora::cutengine

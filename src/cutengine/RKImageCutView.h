@@ -173,13 +173,13 @@ class RKImageCutView {
     // ── What the screen shows ──────────────────────────────────────────────────────────────────
     /// Draws the part `area` (pixels, top row first) of a frame into `target`, which is the whole view
     /// at the host's scale factor, as it looks at this moment of the clock.
-    void drawRect(foundation::MutableBitmapView target, const foundation::IntRect& area) const;
+    void drawRect(foundation::MutableBitmapView target, const foundation::IntRect& area);
     /// Whether a next frame would differ from this one without further input.
     [[nodiscard]] bool isAnimating() const;
 
     // ── The planes, for those who look inside ──────────────────────────────────────────────────
     /// Mask pixels per picture point.
-    [[nodiscard]] float maskScale() const { return paint_.maskScale(); }
+    [[nodiscard]] float maskScale() const { return painter_.maskScale(); }
     /// The mask as it is shown; none before the first paint pass.
     [[nodiscard]] kernels::MaskSnapshotPtr mask() const;
     /// Copies of the planes after all painting asked for so far; empty where there is none. Blocks on
@@ -192,37 +192,40 @@ class RKImageCutView {
     [[nodiscard]] const Layer& layer() const { return rootLayer_; }
 
  private:
+    void onSerialQueue(foundation::Task task);
+    void onMainQueue(foundation::Task task);
+
+    void discardQueuedWork();
     void makeLayers();
     void updateMap();
-    void scheduleRecord();
-    void scheduleStep(HistoryStore::Step step);
-    void recordHistoryState();
     void paintPass();
-    void showPaint(const MaskPainter::Shown& shown);
     void maskChanged(const foundation::IntRect& maskPixels);
+    void recordHistoryState();
+    void stepHistory(HistoryStore::Step step);
+    void historyChanged();
+
     void beginGesture(const MouseEvent& event);
     void continueGesture(const MouseEvent& event);
-    void endGesture();
-    void pan(const MouseEvent& event);
+    void finishGestureWork();
     void layStamps(foundation::Point pointer);
+    void pan(const MouseEvent& event);
+    [[nodiscard]] PaintSettings paintSettings() const;
+    [[nodiscard]] bool pressPans() const { return commandPressed_ != (dragMode_ == DragMode::pan); }
+
+    [[nodiscard]] bool hasPlacedPicture() const;
     void placeLayers(const foundation::AffineTransform& transform);
     void animateLayers(const foundation::AffineTransform& transform, double duration);
     void removeAnimations();
     void needsDisplay();
-    [[nodiscard]] bool wouldPan() const;
-    [[nodiscard]] bool hasPlacedPicture() const;
-    [[nodiscard]] PaintSettings paintSettings() const;
+
     [[nodiscard]] Cursor brushCursor() const;
-    void publishBlur(std::uint64_t request, std::shared_ptr<const DrawablePicture> blurred);
+    void startBlur();
+    void showBlur(std::uint64_t request, std::shared_ptr<const DrawablePicture> blurred);
+    void finishPendingBlur();
 
     Services services_;
     CutViewHost& host_;
     RKImageCutViewDelegate* delegate_ = nullptr;
-    std::unique_ptr<foundation::SerialQueue> serial_;
-    MaskPainter paint_;
-    HistoryStore history_;
-    StrokeBuilder stroke_;
-    foundation::NotificationCenter::Observation cursorObservation_;
 
     PicturePtr image_;
     Layer rootLayer_;
@@ -230,14 +233,16 @@ class RKImageCutView {
     std::shared_ptr<Layer> imageLayer_;
     std::shared_ptr<Layer> maskLayer_;
     foundation::Size viewSize_;
+    foundation::Bitmap tile_;  ///< the checkerboard at tileScale_
+    double tileScale_ = 0;
 
-    bool dragging_ = false;
-    bool cutting_ = false;
-    bool tracking_ = false;
+    bool dragging_ = false;  ///< the present gesture pans
+    bool cutting_ = false;   ///< the present gesture paints
+    bool tracking_ = false;  ///< a press is being followed until its release
     bool altPressed_ = false;
-    bool commandPressed_ = false;
-    bool rightButtonPressedCommand_ = false;
-    Modifiers keyboard_;
+    bool commandPressed_ = false;  ///< held, or the right button began the gesture; inverts the drag mode
+    bool rightButtonSetCommand_ = false;
+    bool keyboardCommand_ = false;
     bool mouseIn_ = false;
 
     float brushDiameter_ = 20;
@@ -254,11 +259,20 @@ class RKImageCutView {
     bool historyTroubleTold_ = false;
     Cursor::Kind cursorKind_ = Cursor::Kind::arrow;
     std::optional<Cursor> imageCursor_;
-    foundation::Bitmap tile_;
-    mutable double tileScale_ = 0;
 
-    std::uint64_t blurRequest_ = 0;
-    std::shared_ptr<bool> alive_ = std::make_shared<bool>(true);  // work that outlives the view looks here
+    std::uint64_t blurRequest_ = 0;  ///< a blur that ends under an older number is dropped
+    bool blurPending_ = false;
+
+    /// Counts documents: work queued for an older one is dropped when its turn comes.
+    std::atomic<std::uint64_t> document_ = 0;
+    /// Work on other queues that may end after the view looks whether this still lives.
+    std::shared_ptr<char> alive_ = std::make_shared<char>();
+
+    StrokeBuilder stroke_;
+    MaskPainter painter_;
+    HistoryStore history_;
+    foundation::NotificationCenter::Observation cursorObservation_;
+    std::unique_ptr<foundation::SerialQueue> serial_;  ///< last: its work uses the members above
 };
 
 }  // namespace trimora::cutengine

@@ -1,0 +1,94 @@
+#include "cutengine/HistoryStore.h"
+
+#include <utility>
+#include <vector>
+
+#include "cutengine/MaskPainter.h"
+#include "cutengine/kernels/MaskCodec.h"
+#include "foundation/Log.h"
+
+namespace trimora::cutengine {
+
+using foundation::Bitmap;
+using foundation::BitmapView;
+using foundation::Error;
+using foundation::Result;
+
+namespace {
+
+/// More than any mask of ours takes; a larger file in the folder is none of ours.
+constexpr std::size_t kLargestFile = std::size_t{64} << 20;
+/// A mask written by another program may have another size, within reason.
+constexpr int kLargestMaskSide = 2 * static_cast<int>(kLargestPlaneSide);
+
+std::string fileName(std::int64_t number) {
+    return std::to_string(number) + ".his";
+}
+
+}  // namespace
+
+HistoryStore::HistoryStore(const std::filesystem::path& folder) : directory_(folder) {
+    Result<files::PrivateFolder> opened = files::PrivateFolder::create(folder);
+    if (opened)
+        folder_ = std::move(*opened);
+    else
+        foundation::log::warning("no history folder: %s", opened.error().message.c_str());
+}
+
+void HistoryStore::clear() {
+    length_ = 0;
+    currentState_ = -1;
+    fileIndex_ = -1;
+    if (!folder_)
+        return;
+    const Result<void> removed = folder_->removeAllFiles();
+    if (!removed)
+        foundation::log::warning("history files stay behind: %s", removed.error().message.c_str());
+}
+
+Result<void> HistoryStore::record(BitmapView mask) {
+    if (currentState_ < length_ - 1) {
+        ++currentState_;
+        length_ = currentState_ + 1;
+    } else if (length_ < kLargestLength) {
+        ++currentState_;
+        ++length_;
+    }
+    const std::int64_t number = fileIndex_ < kLastFileNumber ? fileIndex_ + 1 : 0;
+    if (mask.isEmpty())
+        return {};
+    fileIndex_ = number;
+    if (!folder_)
+        return Error{"there is no folder for it"};
+    const Result<std::vector<std::uint8_t>> file = kernels::encodeMask(mask);
+    Result<void> written = file ? folder_->write(fileName(number), *file) : file.error();
+    if (!written) {
+        // What an earlier round of the ring left under this name is another state: better none.
+        (void)folder_->remove(fileName(number));
+    }
+    return written;
+}
+
+std::optional<Bitmap> HistoryStore::step(Step step) {
+    const bool back = step == Step::back;
+    if (back ? currentState_ <= 0 : !canStepForward())
+        return std::nullopt;
+    const std::int64_t shown = fileIndex_;
+    const std::int64_t number =
+        back ? (shown < 1 ? kLastFileNumber : shown - 1) : (shown >= kLastFileNumber ? 0 : shown + 1);
+    const Result<files::FileBytes> file =
+        folder_ ? folder_->read(fileName(number), kLargestFile) : Error{"there is no folder for it"};
+    if (!file) {
+        foundation::log::warning("NO DATA PROVIDER");
+        return std::nullopt;
+    }
+    fileIndex_ = number;
+    currentState_ += back ? -1 : 1;
+    Result<Bitmap> mask = kernels::decodeMask(file->view(), kLargestMaskSide);
+    if (mask)
+        return std::move(*mask);
+    foundation::log::warning("%s: %s", fileName(number).c_str(), mask.error().message.c_str());
+    return Bitmap();
+}
+
+}  // namespace trimora::cutengine

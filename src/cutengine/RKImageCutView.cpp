@@ -1,0 +1,330 @@
+#include "cutengine/RKImageCutView.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "cutengine/imageutil/FilterImage.h"
+#include "cutengine/imageutil/PictureActions.h"
+#include "cutengine/kernels/ResultComposer.h"
+#include "foundation/Log.h"
+
+namespace trimora::cutengine {
+
+using foundation::Bitmap;
+using foundation::IntRect;
+using foundation::Pixel;
+using foundation::Point;
+using foundation::Rect;
+using foundation::Result;
+using foundation::Size;
+using foundation::Task;
+
+RKImageCutView::RKImageCutView(const Services& services, CutViewHost& host)
+    : services_(services),
+      host_(host),
+      history_(services.historyFolder),
+      cursorObservation_(services.notifications.observe("rk.cutView.needsCursorUpdate",
+                                                        [this](const auto&) { updateCursor(); })),
+      serial_(services.queues.makeSerialQueue("serial que")) {}
+
+RKImageCutView::~RKImageCutView() {
+    ++document_;
+}
+
+// ── Queues ──────────────────────────────────────────────────────────────────────────────────────
+
+/// Work for the picture of this moment: dropped when another picture has come before its turn.
+void RKImageCutView::onSerialQueue(Task task) {
+    serial_->async([this, document = document_.load(), task = std::move(task)] {
+        if (document == document_)
+            task();
+    });
+}
+
+void RKImageCutView::onMainQueue(Task task) {
+    services_.queues.mainQueue().async([alive = std::weak_ptr(alive_), task = std::move(task)] {
+        if (!alive.expired())
+            task();
+    });
+}
+
+// ── Picture ─────────────────────────────────────────────────────────────────────────────────────
+
+void RKImageCutView::setImage(PicturePtr picture) {
+    discardQueuedWork();
+    image_ = std::move(picture);
+    historyTroubleTold_ = false;
+    makeLayers();
+    painter_.beginDocument(imageLayer_->size());
+    updateMap();
+    clearHistory();
+    imageFit_ = true;
+    correctImagePositionWithFiting(true);
+    needsDisplay();
+    if (image_)
+        drawBackground();
+}
+
+/// Whatever was asked for the picture before is void; a pass that is running ends first, so the next
+/// document begins on a queue at rest.
+void RKImageCutView::discardQueuedWork() {
+    painter_.emptyBuffer();
+    stroke_.end();
+    ++blurRequest_;
+    blurPending_ = false;
+    ++document_;
+    serial_->sync([] {});
+}
+
+void RKImageCutView::makeLayers() {
+    const Size size = image_ ? image_->size() : Size{};
+    rootLayer_.removeAllSublayers();
+    bluredLayer_ = std::make_shared<Layer>(size);
+    bluredLayer_->setHidden(true);
+    rootLayer_.addSublayer(bluredLayer_);
+
+    imageLayer_ = std::make_shared<Layer>(size);
+    if (image_ && image_->isValid())
+        imageLayer_->setContents(makeDrawable(image_, services_.queues.workers()));
+    rootLayer_.addSublayer(imageLayer_);
+
+    maskLayer_ = std::make_shared<Layer>(size);
+    imageLayer_->setMask(maskLayer_);
+}
+
+PicturePtr RKImageCutView::getResult() {
+    if (!image_ || !image_->isValid())
+        return nullptr;
+    finishPendingBlur();
+    const int width = image_->pixelWidth();
+    const int height = image_->pixelHeight();
+    Result<Bitmap> result = Bitmap::create(width, height, foundation::AlphaMode::straight);
+    if (!result) {
+        foundation::log::warning("no result: %s", result.error().message.c_str());
+        return nullptr;
+    }
+
+    kernels::Background background;
+    const LayerContents behind = bluredLayer_->contents();
+    if (bluredLayer_->isHidden()) {
+        background.kind = kernels::Background::Kind::hidden;
+    } else if (const auto* colour = std::get_if<Pixel>(&behind)) {
+        background.kind = kernels::Background::Kind::colour;
+        background.colour = *colour;
+    } else if (const auto* blurred = std::get_if<std::shared_ptr<const DrawablePicture>>(&behind)) {
+        background.kind = kernels::Background::Kind::picture;
+        background.picture = (*blurred)->pyramid.level(0);
+    }
+    const kernels::MaskSnapshotPtr shownMask = mask();
+    const PicturePtr whole = resize(image_, width, height, services_.queues.workers());
+    if (!whole)
+        return nullptr;
+    kernels::composeResult(whole->bestRepresentation()->view(), shownMask.get(), background, result->view(),
+                           services_.queues.workers());
+    return Picture::create(std::move(*result));
+}
+
+kernels::MaskSnapshotPtr RKImageCutView::mask() const {
+    if (!maskLayer_)
+        return nullptr;
+    const LayerContents contents = maskLayer_->contents();
+    const auto* snapshot = std::get_if<kernels::MaskSnapshotPtr>(&contents);
+    return snapshot != nullptr ? *snapshot : nullptr;
+}
+
+// ── Brush ───────────────────────────────────────────────────────────────────────────────────────
+
+void RKImageCutView::setBrushDiameterSilent(float diameter) {
+    brushDiameter_ = std::round(std::clamp(diameter, kSmallestBrush, kLargestBrush));
+}
+
+void RKImageCutView::setBrushDiameter(float diameter) {
+    setBrushDiameterSilent(diameter);
+    updateCursor();
+    if (delegate_ != nullptr)
+        delegate_->cutView_didChangeBrushDiameter(this, diameter);
+}
+
+void RKImageCutView::setBrushHardness(float hardness) {
+    brushHardness_ = std::clamp(hardness, 0.0F, 1.0F);
+}
+
+// ── Painting ────────────────────────────────────────────────────────────────────────────────────
+
+void RKImageCutView::updateMap() {
+    onSerialQueue([this] { paintPass(); });
+}
+
+void RKImageCutView::paintPass() {
+    const auto shown = painter_.paintPass([this] { recordHistoryState(); });
+    if (!shown)
+        return;
+    maskLayer_->setContents(shown->mask);
+    onMainQueue([this, changed = shown->changed] { maskChanged(changed); });
+}
+
+void RKImageCutView::maskChanged(const IntRect& maskPixels) {
+    if (!hasPlacedPicture())
+        return;
+    if (isAnimating()) {
+        needsDisplay();
+        return;
+    }
+    const kernels::MaskSnapshotPtr shown = mask();
+    if (!shown)
+        return;
+    // Bilinear sampling carries a change one mask pixel further; smaller copies of the mask one
+    // device pixel further still, which two view points cover at any scale factor.
+    constexpr double kMaskReach = 2;
+    constexpr double kViewReach = 2;
+    const Size size = imageLayer_->size();
+    const double toPictureX = size.width / shown->width();
+    const double toPictureY = size.height / shown->height();
+    const double left = (maskPixels.x - kMaskReach) * toPictureX;
+    const double right = (maskPixels.right() + kMaskReach) * toPictureX;
+    const double top = (shown->height() - maskPixels.y + kMaskReach) * toPictureY;
+    const double bottom = (shown->height() - maskPixels.bottom() - kMaskReach) * toPictureY;
+    const auto map = imageLayer_->toView(imageLayer_->transform());
+    const Point lower = map.apply({left, bottom});
+    const Point upper = map.apply({right, top});
+    const Rect area{lower.x - kViewReach, lower.y - kViewReach, upper.x - lower.x + 2 * kViewReach,
+                    upper.y - lower.y + 2 * kViewReach};
+    host_.setNeedsDisplay(intersected(area, {0, 0, viewSize_.width, viewSize_.height}));
+}
+
+void RKImageCutView::resetMask() {
+    painter_.setNeedsContectUpdate();
+    updateMap();
+    onSerialQueue([this] { recordHistoryState(); });
+}
+
+Bitmap RKImageCutView::copyMaskPlane() {
+    Bitmap copy;
+    serial_->sync([&] {
+        if (Result<Bitmap> made = painter_.bitmapContext().clone())
+            copy = std::move(*made);
+    });
+    return copy;
+}
+
+Bitmap RKImageCutView::copyColorPlane() {
+    Bitmap copy;
+    serial_->sync([&] {
+        if (Result<Bitmap> made = painter_.colorContext().clone())
+            copy = std::move(*made);
+    });
+    return copy;
+}
+
+// ── History ─────────────────────────────────────────────────────────────────────────────────────
+
+void RKImageCutView::clearHistory() {
+    serial_->sync([this] { history_.clear(); });
+    onSerialQueue([this] { recordHistoryState(); });
+}
+
+void RKImageCutView::recordHistoryState() {
+    const Result<void> recorded = history_.record(painter_.bitmapContext().view());
+    onMainQueue([this, recorded, document = document_.load()] {
+        if (!recorded && !historyTroubleTold_ && document == document_) {
+            historyTroubleTold_ = true;
+            foundation::log::warning("history cannot be kept: %s", recorded.error().message.c_str());
+            host_.historyCannotBeKept(recorded.error().message);
+        }
+        historyChanged();
+    });
+}
+
+void RKImageCutView::prevHistoryState() {
+    stepHistory(HistoryStore::Step::back);
+}
+
+void RKImageCutView::nextHistoryState() {
+    if (history_.canStepForward())
+        stepHistory(HistoryStore::Step::forward);
+}
+
+void RKImageCutView::stepHistory(HistoryStore::Step step) {
+    onSerialQueue([this, step] {
+        std::optional<Bitmap> loaded = history_.step(step);
+        if (!loaded)
+            return;
+        painter_.setNewContextImage(std::move(*loaded));
+        painter_.setNeedsContectUpdate();
+        updateMap();
+        onMainQueue([this] { historyChanged(); });
+    });
+}
+
+void RKImageCutView::historyChanged() {
+    if (delegate_ != nullptr)
+        delegate_->cutViewDidChangeHistoryState(this);
+}
+
+// ── Background ──────────────────────────────────────────────────────────────────────────────────
+
+void RKImageCutView::setBlurOn(bool on) {
+    blurOn_ = on;
+    if (bluredLayer_)
+        bluredLayer_->setHidden(false);
+    drawBackground();
+    needsDisplay();
+}
+
+void RKImageCutView::setColorOn(bool on) {
+    colorOn_ = on;
+    if (!on)
+        return;
+    if (bluredLayer_)
+        bluredLayer_->setHidden(true);
+    needsDisplay();
+}
+
+void RKImageCutView::drawBackground() {
+    if (!bluredLayer_)
+        return;
+    ++blurRequest_;
+    blurPending_ = false;
+    if (blurOn_) {
+        startBlur();
+        return;
+    }
+    bluredLayer_->setContents(brushColor_ ? premultipliedPixel(*brushColor_) : Pixel{});
+    needsDisplay();
+}
+
+void RKImageCutView::startBlur() {
+    if (!image_)
+        return;
+    blurPending_ = true;
+    services_.queues.backgroundQueue().async([this, alive = std::weak_ptr(alive_), picture = image_,
+                                              request = blurRequest_, &main = services_.queues.mainQueue(),
+                                              &workers = services_.queues.workers()] {
+        auto blurred = makeDrawable(blurredCopy(picture, workers), workers);
+        main.async([this, alive, request, blurred = std::move(blurred)]() mutable {
+            if (!alive.expired())
+                showBlur(request, std::move(blurred));
+        });
+    });
+}
+
+void RKImageCutView::showBlur(std::uint64_t request, std::shared_ptr<const DrawablePicture> blurred) {
+    if (request != blurRequest_)
+        return;
+    blurPending_ = false;
+    bluredLayer_->setContents(std::move(blurred));
+    needsDisplay();
+}
+
+/// A result that is asked for while its blur is still being made waits for it.
+void RKImageCutView::finishPendingBlur() {
+    if (!blurPending_ || bluredLayer_->isHidden())
+        return;
+    foundation::Workers& workers = services_.queues.workers();
+    auto blurred = makeDrawable(blurredCopy(image_, workers), workers);
+    showBlur(blurRequest_, std::move(blurred));
+    ++blurRequest_;
+}
+
+}  // namespace trimora::cutengine

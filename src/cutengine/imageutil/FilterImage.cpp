@@ -1,0 +1,74 @@
+#include "cutengine/imageutil/FilterImage.h"
+
+#include <cmath>
+#include <utility>
+
+#include "cutengine/kernels/DiscBlur.h"
+#include "foundation/Log.h"
+
+namespace trimora::cutengine {
+
+using foundation::Bitmap;
+using foundation::BitmapView;
+using foundation::IntRect;
+using foundation::Rect;
+using foundation::Result;
+
+FilterImage::FilterImage(BitmapPtr whole)
+    : extent_{0, 0, static_cast<double>(whole->width()), static_cast<double>(whole->height())},
+      bitmap_(std::move(whole)),
+      part_(bitmap_->view().bounds()) {}
+
+FilterImage FilterImage::fromPicture(const PicturePtr& picture) {
+    return picture && picture->isValid() ? FilterImage(picture->bestRepresentation()) : FilterImage();
+}
+
+BitmapView FilterImage::view() const {
+    return bitmap_ ? subview(bitmap_->view(), part_) : BitmapView();
+}
+
+FilterImage FilterImage::discBlurred(double radius, foundation::Workers& workers) const {
+    if (isEmpty())
+        return {};
+    Result<Bitmap> made = Bitmap::create(part_.width, part_.height, view().alphaMode);
+    if (!made) {
+        foundation::log::warning("no blurred picture: %s", made.error().message.c_str());
+        return {};
+    }
+    kernels::discBlur(view(), made->view(), radius, workers);
+    FilterImage image(std::make_shared<const Bitmap>(std::move(*made)));
+    image.extent_ = extent_;
+    return image;
+}
+
+FilterImage FilterImage::crop(const Rect& area) const {
+    const Rect inside = intersected(area, extent_);
+    const IntRect pixels{static_cast<int>(std::lround(inside.x - extent_.x)) + part_.x,
+                         static_cast<int>(std::lround(extent_.maxY() - inside.maxY())) + part_.y,
+                         static_cast<int>(std::lround(inside.width)),
+                         static_cast<int>(std::lround(inside.height))};
+    FilterImage image = *this;
+    image.part_ = pixels;
+    image.extent_ = {inside.x - area.x, inside.y - area.y, inside.width, inside.height};
+    return image;
+}
+
+PicturePtr FilterImage::picture() const {
+    if (isEmpty())
+        return nullptr;
+    if (part_ == bitmap_->view().bounds())
+        return Picture::create(bitmap_);
+    Result<Bitmap> copy = Bitmap::create(part_.width, part_.height, view().alphaMode);
+    if (!copy)
+        return nullptr;
+    copyPixels(view(), copy->view());
+    return Picture::create(std::move(*copy));
+}
+
+PicturePtr blurredCopy(const PicturePtr& picture, foundation::Workers& workers) {
+    const FilterImage image = FilterImage::fromPicture(picture);
+    const Rect extent = image.extent();
+    return image.discBlurred((extent.width + extent.height) / 200, workers).crop(extent).picture();
+}
+
+}  // namespace trimora::cutengine
