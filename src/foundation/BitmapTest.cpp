@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
+#include <optional>
+#include <utility>
+
 namespace trimora::foundation {
 namespace {
 
@@ -66,6 +70,71 @@ TEST(PixelBuffer, LargeBlockIsNotWastedOnASmallRequest) {
     const PixelBuffer small = PixelBuffer::allocate(2'000'000);
     EXPECT_NE(small.data(), first);
     PixelBuffer::trimStock();
+}
+
+TEST(Bitmap, MovingLeavesAnEmptyOneBehind) {
+    Bitmap first = Bitmap::createFilled(3, 2, {1, 2, 3, 4}).value();
+    Bitmap second(std::move(first));
+    EXPECT_TRUE(first.isEmpty());  // NOLINT(bugprone-use-after-move): the state left behind is promised
+    Bitmap third = Bitmap::create(9, 9).value();
+    third = std::move(second);
+    EXPECT_EQ(third.width(), 3);
+    EXPECT_EQ(third.pixel(2, 1), (Pixel{1, 2, 3, 4}));
+}
+
+TEST(Bitmap, PixelsLieInMemoryAsBlueGreenRedAlpha) {
+    Bitmap bitmap = Bitmap::create(2, 1, AlphaMode::straight).value();
+    bitmap.setPixel(1, 0, {10, 20, 30, 40});
+    EXPECT_EQ(bitmap.row(0)[4], 10);
+    EXPECT_EQ(bitmap.row(0)[5], 20);
+    EXPECT_EQ(bitmap.row(0)[6], 30);
+    EXPECT_EQ(bitmap.row(0)[7], 40);
+    EXPECT_EQ(bitmap.alphaMode(), AlphaMode::straight);
+    EXPECT_EQ(bitmap.view().alphaMode, AlphaMode::straight);
+}
+
+TEST(Bitmap, CloneOfAnEmptyOneIsEmpty) {
+    const Result<Bitmap> copy = Bitmap().clone();
+    ASSERT_TRUE(copy);
+    EXPECT_TRUE(copy->isEmpty());
+}
+
+TEST(Bitmap, SubviewOutsideIsEmpty) {
+    const Bitmap bitmap = Bitmap::createFilled(4, 4, {}).value();
+    EXPECT_TRUE(subview(bitmap.view(), {4, 0, 2, 2}).isEmpty());
+    EXPECT_TRUE(subview(bitmap.view(), {-3, -3, 3, 9}).isEmpty());
+}
+
+TEST(Bitmap, ViewsOfOtherSizesDoNotHoldTheSamePixels) {
+    const Bitmap wide = Bitmap::createFilled(4, 2, {}).value();
+    const Bitmap high = Bitmap::createFilled(2, 4, {}).value();
+    EXPECT_FALSE(samePixels(wide.view(), high.view()));
+}
+
+TEST(Bitmap, PaddingDoesNotCountAsPixels) {
+    Bitmap first = Bitmap::createFilled(3, 2, {5, 5, 5, 5}).value();
+    const Bitmap second = Bitmap::createFilled(3, 2, {5, 5, 5, 5}).value();
+    first.row(0)[12] = static_cast<std::uint8_t>(~second.row(0)[12]);
+    EXPECT_TRUE(samePixels(first.view(), second.view()));
+}
+
+TEST(PixelBuffer, FullStockGivesUpWhatLayLongest) {
+    PixelBuffer::trimStock();
+    constexpr std::size_t kLarge = PixelBuffer::kStockLimit / 4 * 3;
+    auto older = std::make_optional(PixelBuffer::allocate(kLarge));
+    auto newer = std::make_optional(PixelBuffer::allocate(kLarge));
+    const std::uint8_t* const kept = newer->data();
+    ASSERT_TRUE(*older);
+    ASSERT_TRUE(*newer);
+    older.reset();
+    newer.reset();
+    EXPECT_EQ(PixelBuffer::allocate(kLarge).data(), kept);
+    PixelBuffer::trimStock();
+}
+
+TEST(PixelBuffer, ImpossibleSizeIsRefused) {
+    EXPECT_FALSE(PixelBuffer::allocate(std::numeric_limits<std::size_t>::max()));
+    EXPECT_FALSE(PixelBuffer());
 }
 
 }  // namespace

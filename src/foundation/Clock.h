@@ -35,8 +35,10 @@ class Clock {
     return std::chrono::duration_cast<std::chrono::milliseconds>(time.time_since_epoch()).count();
 }
 
-/// Keeps one scheduled call alive: destroying or cancelling it calls the call off. After cancel()
-/// returns, the task does not start; one already handed to its queue is dropped there.
+/// Keeps one scheduled call alive: destroying or cancelling it calls the call off, even where it was
+/// already handed to its queue. Cancelled on that queue, the task does not start any more; cancelled on
+/// another thread, it does not start unless it is just starting. After cancel() returns the queue is not
+/// used again, so it may be destroyed.
 class Timer {
  public:
     virtual ~Timer() = default;

@@ -60,7 +60,7 @@ std::optional<AffineTransform> AffineTransform::inverted() const {
 }
 
 AffineTransform interpolated(const AffineTransform& from, const AffineTransform& to, double t) {
-    const auto mix = [t](double u, double v) { return u + (v - u) * t; };
+    const auto mix = [t](double u, double v) { return std::lerp(u, v, t); };  // exact at both ends
     return {mix(from.a, to.a), mix(from.b, to.b),   mix(from.c, to.c),
             mix(from.d, to.d), mix(from.tx, to.tx), mix(from.ty, to.ty)};
 }

@@ -2,6 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <limits>
+
 namespace trimora::foundation {
 namespace {
 
@@ -33,6 +36,48 @@ TEST(Geometry, FlatTransformHasNoInverse) {
 TEST(Geometry, ThenAppliesTheFirstMapFirst) {
     const AffineTransform both = AffineTransform::scale(2, 2).then(AffineTransform::translation(5, 0));
     EXPECT_EQ(both.apply({1, 1}), (Point{7, 2}));
+}
+
+TEST(Geometry, RectangleHoldsItsLowEdgesAndNotItsHighOnes) {
+    const Rect rect{1, 2, 3, 4};
+    EXPECT_TRUE(rect.contains({1, 2}));
+    EXPECT_FALSE(rect.contains({4, 2}));
+    EXPECT_FALSE(rect.contains({1, 6}));
+    EXPECT_EQ(rect.centre(), (Point{2.5, 4}));
+}
+
+TEST(Geometry, NegativeSizeIsKeptAndEmpty) {
+    const Rect mark{0, 0, -1, -1};
+    EXPECT_TRUE(mark.isEmpty());
+    EXPECT_FALSE(mark.isZero());
+    EXPECT_EQ(mark.width, -1);
+    EXPECT_TRUE((Size{std::nan(""), 1}.isEmpty()));
+}
+
+TEST(Geometry, UnionWithAnEmptyRectangleIsTheOther) {
+    EXPECT_EQ(united(Rect{}, Rect{1, 2, 3, 4}), (Rect{1, 2, 3, 4}));
+    EXPECT_EQ(united(IntRect{}, IntRect{1, 2, 3, 4}), (IntRect{1, 2, 3, 4}));
+    EXPECT_EQ(united(IntRect{1, 2, 3, 4}, IntRect{9, 9, 0, 5}), (IntRect{1, 2, 3, 4}));
+}
+
+TEST(Geometry, TransformThatIsNotFiniteHasNoInverse) {
+    EXPECT_FALSE(AffineTransform::scale(std::numeric_limits<double>::infinity(), 1).inverted());
+    EXPECT_FALSE(AffineTransform::scale(std::nan(""), 1).inverted());
+}
+
+TEST(Geometry, InterpolationEndsExactlyOnBothSides) {
+    const AffineTransform from{1, 0, 0, 1, 0.5, 0};
+    const AffineTransform to{3, 0, 0, 2, 8, -4};
+    EXPECT_EQ(interpolated(from, to, 0), from);
+    EXPECT_EQ(interpolated(from, to, 1), to);
+    EXPECT_EQ(interpolated(from, to, 0.5), (AffineTransform{2, 0, 0, 1.5, 4.25, -2}));
+}
+
+// u + (v - u) t misses v by a rounding at t = 1 where u and v are far apart.
+TEST(Geometry, InterpolationEndsExactlyOnTheTargetWhateverTheDistance) {
+    const AffineTransform from{1e17, 0, 0, 1, 0, 0};
+    const AffineTransform to{0.3, 0, 0, 1, 0, 0};
+    EXPECT_EQ(interpolated(from, to, 1), to);
 }
 
 }  // namespace

@@ -15,11 +15,15 @@ void ManualQueue::async(Task task) {
 }
 
 void ManualQueue::sync(const Task& task) {
-    if (!running_)
+    if (!isCurrent())
         runAll();
-    const bool outer = std::exchange(running_, true);
+    run(task);
+}
+
+void ManualQueue::run(const Task& task) {
+    const std::thread::id outer = runner_.exchange(std::this_thread::get_id());
     task();
-    running_ = outer;
+    runner_ = outer;
 }
 
 bool ManualQueue::runOne() {
@@ -31,9 +35,7 @@ bool ManualQueue::runOne() {
         task = std::move(tasks_.front());
         tasks_.pop_front();
     }
-    const bool outer = std::exchange(running_, true);
-    task();
-    running_ = outer;
+    run(task);
     return true;
 }
 

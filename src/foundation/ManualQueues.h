@@ -1,7 +1,9 @@
 #pragma once
 
+#include <atomic>
 #include <deque>
 #include <mutex>
+#include <thread>
 #include <vector>
 
 #include "foundation/Queues.h"
@@ -18,10 +20,10 @@ class ManualQueue final : public SerialQueue {
 
     void async(Task task) override;
 
-    /// Runs everything that was handed over before, then the task.
+    /// Runs everything that was handed over before, then the task; for the thread that pumps.
     void sync(const Task& task) override;
 
-    [[nodiscard]] bool isCurrent() const override { return running_; }
+    [[nodiscard]] bool isCurrent() const override { return runner_ == std::this_thread::get_id(); }
     [[nodiscard]] const std::string& label() const override { return label_; }
 
     /// Runs the oldest task; false where there was none.
@@ -33,10 +35,12 @@ class ManualQueue final : public SerialQueue {
     [[nodiscard]] int pending() const;
 
  private:
+    void run(const Task& task);
+
     const std::string label_;
     mutable std::mutex mutex_;
     std::deque<Task> tasks_;
-    bool running_ = false;
+    std::atomic<std::thread::id> runner_;  // the thread that runs a task just now, or none
 };
 
 /// Hands out manual queues and pumps them all. The queues that it made may be destroyed before it.

@@ -13,8 +13,8 @@ struct NotificationCenter::Observation::Entry {
 };
 
 NotificationCenter::Observation& NotificationCenter::Observation::operator=(Observation&& other) noexcept {
-    end();
-    entry_ = std::move(other.entry_);
+    Observation taken(std::move(other));
+    entry_.swap(taken.entry_);  // what was observed before ends with `taken`
     return *this;
 }
 

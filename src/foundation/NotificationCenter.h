@@ -22,7 +22,9 @@ struct Notification {
 ///
 /// post() calls every observer of the name on the poster's thread, in the order in which they began
 /// to observe, and returns after the last. An observer added while a post runs hears the next one; one
-/// removed while a post runs is not called any more. Any thread; no lock is held during a call.
+/// removed while a post runs is not called any more. Any thread; no lock is held during a call, so an
+/// observation that ends on one thread does not wait for a call that another thread is just making: an
+/// observer that hears posts of other threads must live through such a call.
 class NotificationCenter {
  public:
     using Handler = std::function<void(const Notification&)>;

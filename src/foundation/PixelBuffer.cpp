@@ -19,8 +19,6 @@ struct Block {
 /// Released blocks waiting for their next use.
 class Stock {
  public:
-    ~Stock() { clear(); }
-
     Block take(std::size_t size) {
         const std::scoped_lock lock(mutex_);
         auto best = blocks_.end();
@@ -37,10 +35,16 @@ class Stock {
         return found;
     }
 
+    /// Keeps a block, giving up the oldest ones for it; false where it is larger than the stock.
     bool keep(Block block) {
-        const std::scoped_lock lock(mutex_);
-        if (held_ + block.capacity > PixelBuffer::kStockLimit)
+        if (block.capacity > PixelBuffer::kStockLimit)
             return false;
+        const std::scoped_lock lock(mutex_);
+        while (held_ + block.capacity > PixelBuffer::kStockLimit) {
+            held_ -= blocks_.front().capacity;
+            ::operator delete(blocks_.front().memory, kAlign);
+            blocks_.erase(blocks_.begin());
+        }
         blocks_.push_back(block);
         held_ += block.capacity;
         return true;

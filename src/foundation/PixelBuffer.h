@@ -11,7 +11,7 @@ namespace trimora::foundation {
 /// Why a stock: a fresh block of 96 MB costs 30 to 45 ms in page faults when it is first written,
 /// more than decoding into it. Blocks of 1 MiB and more go back to the stock when released and serve
 /// the next request that they fit without wasting more than half. The stock keeps at most
-/// kStockLimit bytes; trimStock() empties it.
+/// kStockLimit bytes, the latest released; trimStock() empties it.
 ///
 /// Contents of a new buffer are undefined. Movable, not copyable. Any thread.
 class PixelBuffer {

@@ -2,11 +2,18 @@
 
 #include <pthread.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "foundation/TimerList.h"
 
 namespace trimora::foundation {
+namespace {
+
+// A wait is cut here so that no due time, however far, overflows the clock of the condition variable.
+constexpr double kLongestWait = 3600;
+
+}  // namespace
 
 double RealClock::seconds() const {
     return std::chrono::duration<double>(std::chrono::steady_clock::now().time_since_epoch()).count();
@@ -59,10 +66,12 @@ void RealScheduler::work() {
         const std::optional<double> next = timers_->nextDue();
         lock.lock();
         const auto mustLook = [this] { return closing_ || changed_; };
-        if (next)
-            wake_.wait_for(lock, std::chrono::duration<double>(*next - clock_.seconds()), mustLook);
-        else
+        if (next) {
+            const double wait = std::clamp(*next - clock_.seconds(), 0.0, kLongestWait);
+            wake_.wait_for(lock, std::chrono::duration<double>(wait), mustLook);
+        } else {
             wake_.wait(lock, mustLook);
+        }
         changed_ = false;
     }
 }

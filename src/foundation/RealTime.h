@@ -19,8 +19,8 @@ class RealClock final : public Clock {
     void sleep(double seconds) override;
 };
 
-/// Waits on one thread of its own, which sleeps until the next task is due and never wakes without
-/// one. Destroy it before the queues that its tasks go to.
+/// Waits on one thread of its own, which sleeps until the next task is due. Destroy it before the queues that
+/// its tasks go to.
 class RealScheduler final : public Scheduler {
  public:
     RealScheduler();

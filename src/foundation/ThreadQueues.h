@@ -13,7 +13,7 @@
 namespace trimora::foundation {
 
 /// A serial queue on one thread of its own, which bears the label (shortened to the 15 characters
-/// that Linux allows).
+/// that Linux allows). Not to be destroyed by one of its own tasks.
 class ThreadQueue final : public SerialQueue {
  public:
     explicit ThreadQueue(std::string label);

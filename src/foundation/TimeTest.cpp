@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
+#include <latch>
+#include <memory>
 #include <vector>
 
 #include "foundation/ManualQueues.h"
@@ -113,6 +115,93 @@ TEST(RealScheduler, CancelledTimerNeverStarts) {
     });
     done.wait(false);
     EXPECT_EQ(ran, 0);
+}
+
+TEST_F(VirtualTimeTest, MayMoveFromTaskToTask) {
+    std::vector<double> times;
+    const auto first = time.after(5, queue, [&] { times.push_back(time.seconds()); });
+    const auto second = time.after(90, queue, [&] { times.push_back(time.seconds()); });
+    EXPECT_EQ(time.scheduled(), 2);
+    const auto settle = [this] { queue.runAll(); };
+    EXPECT_TRUE(time.advanceToNext(settle));
+    EXPECT_TRUE(time.advanceToNext(settle));
+    EXPECT_FALSE(time.advanceToNext(settle));
+    EXPECT_THAT(times, ElementsAre(5, 90));
+}
+
+TEST_F(VirtualTimeTest, TaskMissedWhileTheThreadSleptRunsOnceAndKeepsItsBeat) {
+    std::vector<double> times;
+    const auto timer = time.every(10, queue, [&] { times.push_back(time.seconds()); });
+    time.sleep(35);
+    advance(10);
+    EXPECT_THAT(times, ElementsAre(35, 40));
+}
+
+TEST_F(VirtualTimeTest, RepeatingTaskMayCancelItself) {
+    int ran = 0;
+    std::unique_ptr<Timer> timer;
+    timer = time.every(1, queue, [&] {
+        if (++ran == 3)
+            timer->cancel();
+    });
+    advance(100);
+    EXPECT_EQ(ran, 3);
+    EXPECT_EQ(time.scheduled(), 0);
+}
+
+TEST(Timer, MayOutliveItsScheduler) {
+    ManualQueue queue("q");
+    std::unique_ptr<Timer> timer;
+    {
+        VirtualTime time;
+        timer = time.after(1, queue, [] {});
+    }
+    timer->cancel();
+}
+
+TEST(RealClock, GoesOnAndSleepsAtLeastAsLongAsTold) {
+    RealClock clock;
+    const double before = clock.seconds();
+    clock.sleep(0.001);
+    EXPECT_GE(clock.seconds() - before, 0.001);
+    EXPECT_GT(milliseconds(clock.wallTime()), std::int64_t{1'700'000'000'000});
+}
+
+TEST(RealScheduler, RepeatsUntilTheTimerIsDropped) {
+    ThreadQueue queue("q");
+    RealScheduler scheduler;
+    std::latch thrice(3);
+    std::atomic<int> ran = 0;
+    auto timer = scheduler.every(0.001, queue, [&] {
+        if (++ran <= 3)
+            thrice.count_down();
+    });
+    thrice.wait();
+    timer.reset();
+    queue.sync([] {});
+    const int soFar = ran;
+    std::latch later(1);
+    const auto marker = scheduler.after(0.005, queue, [&] { later.count_down(); });
+    later.wait();
+    EXPECT_EQ(ran, soFar);
+}
+
+TEST(RealScheduler, TaskInTheFarFutureDoesNotHoldUpNearOnes) {
+    ThreadQueue queue("q");
+    RealScheduler scheduler;
+    const auto never = scheduler.after(1e300, queue, [] { FAIL(); });
+    std::latch done(1);
+    const auto soon = scheduler.after(0.001, queue, [&] { done.count_down(); });
+    done.wait();
+}
+
+TEST(RealScheduler, QueueMayBeDestroyedRightAfterItsTimerIsCancelled) {
+    RealScheduler scheduler;
+    for (int round = 0; round < 200; ++round) {
+        ThreadQueue queue("q");
+        const auto timer = scheduler.every(0.00001, queue, [] {});
+        timer->cancel();
+    }
 }
 
 }  // namespace

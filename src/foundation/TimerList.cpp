@@ -58,18 +58,17 @@ std::optional<double> TimerList::nextDue() const {
 }
 
 bool TimerList::handOverOne(double now) {
-    std::shared_ptr<Entry> entry;
-    {
-        const std::scoped_lock lock(mutex_);
-        if (entries_.empty() || entries_.front()->due > now)
-            return false;
-        entry = entries_.front();
-        entries_.erase(entries_.begin());
-        if (entry->interval > 0) {
-            const double missed = std::floor((now - entry->due) / entry->interval);
-            entry->due += (missed + 1) * entry->interval;
-            insert(entry);
-        }
+    // Held until the queue has the task: a timer that is cancelled meanwhile waits in remove(), so its
+    // owner may destroy the queue right after.
+    const std::scoped_lock lock(mutex_);
+    if (entries_.empty() || entries_.front()->due > now)
+        return false;
+    const std::shared_ptr<Entry> entry = entries_.front();
+    entries_.erase(entries_.begin());
+    if (entry->interval > 0) {
+        const double missed = std::floor((now - entry->due) / entry->interval);
+        entry->due += (missed + 1) * entry->interval;
+        insert(entry);
     }
     entry->queue->async([entry] {
         if (!entry->cancelled)

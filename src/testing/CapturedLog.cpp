@@ -8,14 +8,17 @@ namespace trimora::testing {
 namespace log = foundation::log;
 
 CapturedLog::CapturedLog() : outerThreshold_(log::setThreshold(log::Level::debug)) {
-    outer_ = log::setSink([this](log::Level level, std::string_view text) {
-        {
-            const std::scoped_lock lock(mutex_);
-            lines_.push_back({level, std::string(text)});
-        }
-        if (outer_)
-            outer_(level, text);
-    });
+    outer_ = log::setSink({});  // first, so that outer_ is known before any thread's line comes to hear()
+    log::setSink([this](log::Level level, std::string_view text) { hear(level, text); });
+}
+
+void CapturedLog::hear(log::Level level, std::string_view text) {
+    {
+        const std::scoped_lock lock(mutex_);
+        lines_.push_back({level, std::string(text)});
+    }
+    if (outer_)
+        outer_(level, text);
 }
 
 CapturedLog::~CapturedLog() {

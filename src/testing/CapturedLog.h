@@ -34,6 +34,8 @@ class CapturedLog {
     void clear();
 
  private:
+    void hear(foundation::log::Level level, std::string_view text);
+
     mutable std::mutex mutex_;
     std::vector<Line> lines_;
     foundation::log::Sink outer_;

@@ -37,6 +37,17 @@ void expectErrorLines() {
 
 }  // namespace trimora::testing
 
+// Read by the sanitizers where the tests are built with one: memory that is refused must look as it does
+// in the program, a null pointer and not the end of it.
+extern "C" const char* __asan_default_options();  // NOLINT(readability-identifier-naming)
+extern "C" const char* __asan_default_options() {
+    return "allocator_may_return_null=1";
+}
+extern "C" const char* __tsan_default_options();  // NOLINT(readability-identifier-naming)
+extern "C" const char* __tsan_default_options() {
+    return "allocator_may_return_null=1";
+}
+
 int main(int argc, char** argv) {
     ::testing::InitGoogleMock(&argc, argv);
     // The listener comes first in the list so that failures it adds still belong to the test.
