@@ -20,7 +20,11 @@ struct Background {
 /// The mask is stretched over the picture bilinearly, pixel centres on pixel centres, edges repeated;
 /// none means that all of the picture shows. With m the mask, p the picture and b the background, all
 /// premultiplied and in 0..1:  out = p m + b (1 - alpha(p) m), rounded to 8 bits once, at the end.
-/// Bands of rows run on `workers`.
+///
+/// The arithmetic is in whole numbers, so that every processor gives the same bytes: places in the mask
+/// are rounded to 4096ths of a mask pixel, the mask there to 65536ths of a level, and the rest is exact
+/// (ComposedPixel.h). A background picture of another size is first stretched to the picture's in the
+/// same way as the mask, and rounded. Bands of rows run on `workers`.
 void composeResult(foundation::BitmapView picture, const MaskSnapshot* mask, const Background& background,
                    foundation::MutableBitmapView result, foundation::Workers& workers);
 

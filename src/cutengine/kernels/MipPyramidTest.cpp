@@ -1,0 +1,98 @@
+#include "cutengine/kernels/MipPyramid.h"
+
+#include <gtest/gtest.h>
+
+#include "cutengine/kernels/EveryInstructionSet.h"
+#include "cutengine/kernels/RandomPicture.h"
+#include "foundation/ThreadQueues.h"
+#include "testing/Seed.h"
+
+namespace trimora::cutengine::kernels {
+namespace {
+
+using foundation::AlphaMode;
+using foundation::Bitmap;
+using foundation::BitmapView;
+using foundation::InlineWorkers;
+
+/// The rounded mean of the pixels of `from` that one pixel of the next level covers.
+std::uint8_t plainMean(BitmapView from, int x, int y, int component) {
+    int sum = 0;
+    int count = 0;
+    for (int dy = 2 * y; dy < std::min(2 * y + 2, from.height); ++dy) {
+        for (int dx = 2 * x; dx < std::min(2 * x + 2, from.width); ++dx) {
+            sum += from.row(dy)[4 * dx + component];
+            ++count;
+        }
+    }
+    return static_cast<std::uint8_t>((2 * sum + count) / (2 * count));
+}
+
+void expectPlainMeans(const MipPyramid& pyramid) {
+    for (int index = 1; index < pyramid.levelCount(); ++index) {
+        const BitmapView from = pyramid.level(index - 1);
+        const BitmapView to = pyramid.level(index);
+        ASSERT_EQ(to.width, (from.width + 1) / 2);
+        ASSERT_EQ(to.height, (from.height + 1) / 2);
+        for (int y = 0; y < to.height; ++y) {
+            for (int x = 0; x < to.width; ++x) {
+                for (int component = 0; component < 4; ++component)
+                    ASSERT_EQ(to.row(y)[4 * x + component], plainMean(from, x, y, component))
+                        << "level " << index << " at " << x << ", " << y;
+            }
+        }
+    }
+}
+
+TEST(MipPyramid, EveryLevelIsTheRoundedMeanOfTheOneBeforeOnEveryInstructionSet) {
+    auto random = testing::seededGenerator();
+    for (int round = 0; round < 8; ++round) {
+        const Bitmap picture =
+            randomPicture(random, randomBetween(random, 1, 200), randomBetween(random, 1, 200));
+        onEveryInstructionSet([&] {
+            InlineWorkers workers;
+            expectPlainMeans(MipPyramid::build(picture.view(), workers));
+        });
+    }
+}
+
+TEST(MipPyramid, LevelsGoDownToOnePixel) {
+    auto random = testing::seededGenerator();
+    InlineWorkers workers;
+    for (const auto& [width, height] :
+         {std::pair(1, 1), std::pair(1, 37), std::pair(64, 1), std::pair(65, 33)}) {
+        const Bitmap picture = randomPicture(random, width, height);
+        const MipPyramid pyramid = MipPyramid::build(picture.view(), workers);
+        EXPECT_EQ(pyramid.level(pyramid.levelCount() - 1).width, 1);
+        EXPECT_EQ(pyramid.level(pyramid.levelCount() - 1).height, 1);
+        expectPlainMeans(pyramid);
+    }
+}
+
+TEST(MipPyramid, AnyNumberOfWorkersGivesTheSameLevels) {
+    auto random = testing::seededGenerator();
+    const Bitmap picture = randomPicture(random, 90, 700);
+    for (const int width : {2, 3}) {
+        foundation::ThreadWorkers workers(width);
+        expectPlainMeans(MipPyramid::build(picture.view(), workers));
+    }
+}
+
+TEST(MipPyramid, FirstLevelIsThePictureItselfAndOpacityIsKept) {
+    auto random = testing::seededGenerator();
+    InlineWorkers workers;
+    const Bitmap picture = randomPicture(random, 9, 9, AlphaMode::opaque);
+    const MipPyramid pyramid = MipPyramid::build(picture.view(), workers);
+    EXPECT_EQ(pyramid.level(0).pixels, picture.view().pixels);
+    for (int index = 0; index < pyramid.levelCount(); ++index)
+        EXPECT_EQ(pyramid.level(index).alphaMode, AlphaMode::opaque);
+}
+
+TEST(MipPyramid, NoPictureHasNoLevels) {
+    InlineWorkers workers;
+    EXPECT_EQ(MipPyramid().levelCount(), 0);
+    EXPECT_EQ(MipPyramid::build({}, workers).levelCount(), 0);
+}
+
+}  // namespace
+}  // namespace trimora::cutengine::kernels
