@@ -6,7 +6,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-CHECK = Path(__file__).resolve().parent.parent / "tools" / "check-sizes"
+CHECK = Path(__file__).resolve().parents[2] / "tools" / "check-sizes"
 
 
 def function(lines: int) -> str:

@@ -6,7 +6,7 @@ import tempfile
 import unittest
 from pathlib import Path
 
-CHECK = Path(__file__).resolve().parent.parent / "tools" / "check-layers"
+CHECK = Path(__file__).resolve().parents[2] / "tools" / "check-layers"
 TABLE = "low:       # below\nmid/inner: low\nmid: low mid/inner\nplatform: low mid\ntesting: low\n"
 
 
