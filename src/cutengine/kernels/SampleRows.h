@@ -24,8 +24,14 @@ inline constexpr Share kFullShare = 32767;
 void stretchSamples(const std::uint8_t* left, const std::uint8_t* right, const Share* weights,
                     std::size_t count, Sample* to);
 
+/// The same from pairs of pixels: eight bytes for every four samples, the left pixel and the right one.
+void stretchPairs(const std::uint8_t* pairs, const Share* weights, std::size_t count, Sample* to);
+
 /// to = top + (bottom - top) weight.
 void mixSamples(const Sample* top, const Sample* bottom, Share weight, std::size_t count, Sample* to);
+
+/// mixSamples() and narrowSamples() in one.
+void mixToBytes(const Sample* top, const Sample* bottom, Share weight, std::size_t count, std::uint8_t* to);
 
 /// Bytes to samples.
 void widenSamples(const std::uint8_t* from, std::size_t count, Sample* to);

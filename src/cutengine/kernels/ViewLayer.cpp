@@ -1,7 +1,7 @@
 #include "cutengine/kernels/ViewLayer.h"
 
 #include <algorithm>
-#include <cmath>
+#include <cstring>
 
 namespace trimora::cutengine::kernels {
 namespace {
@@ -34,6 +34,15 @@ ViewMask placedMask(const ViewLayerSource& source) {
             placed(source.down, mask.height(), index, level.height)};
 }
 
+Cover coverOfShares(const float* shares, int count) {
+    const auto all = [&](float value) {
+        return std::all_of(shares, shares + count, [value](float share) { return share == value; });
+    };
+    if (all(1))
+        return Cover::whole;
+    return all(0) ? Cover::none : Cover::mixed;
+}
+
 /// How much of what is below a pixel of this alpha hides where it shows by `share`.
 Share hiddenShare(Sample alpha, Share share) {
     const int opacity = (alpha * kFullShare + kFullSample / 2) / kFullSample;
@@ -57,19 +66,16 @@ ViewLayer::ViewLayer(const ViewLayerSource& source)
 }
 
 void ViewLayer::moveToColumns(int x, int width) {
+    blocks_ = width / kViewBlockWidth;
+    rowCoverage_ = 0;
+    covers_.fill(Cover::none);
     if (!drawable_)
         return;
     for (int i = 0; i < width; ++i)
         columnCoverage_[static_cast<std::size_t>(i)] = source_.across.coverageOf(x + i);
-    for (int block = 0; block < width / kViewBlockWidth; ++block) {
-        const auto* const begin = columnCoverage_.data() + block * kViewBlockWidth;
-        const auto all = [begin](float value) {
-            return std::all_of(begin, begin + kViewBlockWidth, [value](float v) { return v == value; });
-        };
-        columnCover_[static_cast<std::size_t>(block)] = all(1)   ? Cover::whole
-                                                        : all(0) ? Cover::none
-                                                                 : Cover::mixed;
-    }
+    for (int block = 0; block < blocks_; ++block)
+        columnCovers_[static_cast<std::size_t>(block)] =
+            coverOfShares(columnCoverage_.data() + block * kViewBlockWidth, kViewBlockWidth);
     if (plane_)
         plane_->moveToColumns(x, width);
     if (mask_)
@@ -77,20 +83,24 @@ void ViewLayer::moveToColumns(int x, int width) {
 }
 
 void ViewLayer::moveToRow(int y) {
-    rowCoverage_ = drawable_ ? source_.down.coverageOf(y) : 0;
-    if (rowCoverage_ == 0)
+    if (!drawable_)
         return;
-    if (plane_)
-        plane_->moveToRow(y);
-    if (mask_)
-        mask_->moveToRow(y);
+    const float before = rowCoverage_;
+    rowCoverage_ = source_.down.coverageOf(y);
+    bool coversChange = rowCoverage_ != before;
+    if (rowCoverage_ != 0) {
+        if (plane_)
+            plane_->moveToRow(y);
+        if (mask_)
+            coversChange = mask_->moveToRow(y) || coversChange;
+    }
+    for (int block = 0; coversChange && block < blocks_; ++block)
+        covers_[static_cast<std::size_t>(block)] = findCover(block);
 }
 
-Cover ViewLayer::coverOf(int block) const {
-    if (rowCoverage_ == 0)
-        return Cover::none;
-    const Cover border = columnCover_[static_cast<std::size_t>(block)];
-    if (border == Cover::none)
+Cover ViewLayer::findCover(int block) const {
+    const Cover border = columnCovers_[static_cast<std::size_t>(block)];
+    if (rowCoverage_ == 0 || border == Cover::none)
         return Cover::none;
     const Cover masked =
         mask_ ? mask_->coverOf(block * kViewBlockWidth, (block + 1) * kViewBlockWidth) : Cover::whole;
@@ -110,8 +120,13 @@ void ViewLayer::sample(int begin, int end, Sample* to) {
         to[i] = static_cast<Sample>(components[i % kComponents] * kSamplesPerLevel);
 }
 
-const std::uint8_t* ViewLayer::exactPixels(int begin) const {
-    return plane_ ? plane_->exactPixels(begin * kViewBlockWidth) : nullptr;
+void ViewLayer::draw(int begin, int end, std::uint8_t* to) {
+    if (plane_) {
+        plane_->draw(begin * kViewBlockWidth, end * kViewBlockWidth, to);
+        return;
+    }
+    for (int i = 0; i < (end - begin) * kViewBlockWidth; ++i)
+        std::memcpy(to + static_cast<std::size_t>(i) * kComponents, &source_.colour, kComponents);
 }
 
 void ViewLayer::drawOver(int begin, int end, Sample* base) {

@@ -30,19 +30,21 @@ class ViewLayer {
     void moveToRow(int y);
 
     /// How much of the layer shows over one block of the row; alpha of its pixels does not count.
-    [[nodiscard]] Cover coverOf(int block) const;
+    [[nodiscard]] Cover coverOf(int block) const { return covers_[static_cast<std::size_t>(block)]; }
 
     /// Whether the layer hides everything below it where it shows wholly.
     [[nodiscard]] bool isOpaque() const { return opaque_; }
 
     /// As of ViewPlane, for blocks `begin` to `end` of the row.
     void sample(int begin, int end, Sample* to);
-    [[nodiscard]] const std::uint8_t* exactPixels(int begin) const;
+    void draw(int begin, int end, std::uint8_t* to);
 
     /// Draws the layer over what is in `base`, for blocks `begin` to `end` of the row.
     void drawOver(int begin, int end, Sample* base);
 
  private:
+    [[nodiscard]] Cover findCover(int block) const;
+
     /// How much each sample shows, border and mask together.
     void findShares(int begin, int end, Share* shares) const;
 
@@ -52,8 +54,10 @@ class ViewLayer {
     std::optional<ViewPlane> plane_;
     std::optional<ViewMask> mask_;
     float rowCoverage_ = 0;
+    int blocks_ = 0;
     std::array<float, kViewStripWidth> columnCoverage_;
-    std::array<Cover, kViewStripWidth / kViewBlockWidth> columnCover_;
+    std::array<Cover, kViewStripWidth / kViewBlockWidth> columnCovers_;  ///< by the columns alone
+    std::array<Cover, kViewStripWidth / kViewBlockWidth> covers_{};      ///< in the present row
     alignas(64) std::array<Sample, 4 * kViewStripWidth> samples_;
     alignas(64) std::array<Share, 4 * kViewStripWidth> shares_;
     alignas(64) std::array<Share, 4 * kViewStripWidth> hidden_;

@@ -15,6 +15,7 @@ float real(Share weight) {
 
 void ViewMask::moveToColumns(int x, int width) {
     heldRows_ = {-1, -1};
+    row_ = -1;
     firstColumn_ = across_.at(x).index;
     const auto columns = across_.next(across_.at(x + width - 1).index) - firstColumn_ + 1;
     for (auto& line : lines_)
@@ -28,11 +29,15 @@ void ViewMask::moveToColumns(int x, int width) {
     }
 }
 
-void ViewMask::moveToRow(int y) {
+bool ViewMask::moveToRow(int y) {
     const SamplePlace place = down_.at(y);
     weight_ = real(place.weight);
-    top_ = line(place.index).data();
-    bottom_ = line(down_.next(place.index)).data();
+    if (place.index == row_)
+        return false;
+    row_ = place.index;
+    top_ = line(row_);
+    bottom_ = line(down_.next(row_));
+    return true;
 }
 
 Cover ViewMask::coverOf(int begin, int end) const {
@@ -54,14 +59,14 @@ float ViewMask::at(int pixel) const {
     return between(top, bottom, weight_) * (1.0F / 255);
 }
 
-const std::vector<std::uint8_t>& ViewMask::line(int row) {
+const std::uint8_t* ViewMask::line(int row) {
     const auto slot = static_cast<std::size_t>(row % 2);
     std::vector<std::uint8_t>& line = lines_[slot];
     if (heldRows_[slot] != row) {
         heldRows_[slot] = row;
         copyMaskRow(level_, firstColumn_, row, static_cast<int>(line.size()), line.data());
     }
-    return line;
+    return line.data();
 }
 
 }  // namespace trimora::cutengine::kernels

@@ -21,7 +21,8 @@ class ViewMask {
     /// As ViewPlane::moveToColumns().
     void moveToColumns(int x, int width);
 
-    void moveToRow(int y);
+    /// Whether the answers of coverOf() may be others than in the row before.
+    bool moveToRow(int y);
 
     /// What the mask leaves of pixels `begin` to `end` of the row. Mixed where in doubt.
     [[nodiscard]] Cover coverOf(int begin, int end) const;
@@ -30,12 +31,13 @@ class ViewMask {
     [[nodiscard]] float at(int pixel) const;
 
  private:
-    const std::vector<std::uint8_t>& line(int row);
+    const std::uint8_t* line(int row);
 
     const MaskSnapshot::Level& level_;
     PlacedSamples across_;
     PlacedSamples down_;
     int firstColumn_ = 0;  ///< of the level, that the strip reads
+    int row_ = -1;         ///< of the level, in top_; the one after it is in bottom_
     float weight_ = 0;
     const std::uint8_t* top_ = nullptr;
     const std::uint8_t* bottom_ = nullptr;

@@ -36,10 +36,20 @@ void ViewPlane::sample(int begin, int end, Sample* to) {
     mixSamples(top, bottom, place_.weight, samplesIn(end - begin), to);
 }
 
-const std::uint8_t* ViewPlane::exactPixels(int begin) const {
-    if (!contiguous_ || place_.weight != 0 || weights_[0] != 0)
-        return nullptr;
-    return bitmap_.row(place_.index) + samplesIn(indices_[0] + begin);
+void ViewPlane::draw(int begin, int end, std::uint8_t* to) {
+    const std::size_t count = samplesIn(end - begin);
+    if (copiesPixels()) {
+        std::memcpy(to, bitmap_.row(place_.index) + samplesIn(indices_[0] + begin), count);
+        return;
+    }
+    const Sample* const top = stretchedRow(place_.index) + samplesIn(begin);
+    const Sample* const bottom = stretchedRow(down_.next(place_.index)) + samplesIn(begin);
+    mixToBytes(top, bottom, place_.weight, count, to);
+}
+
+/// Whether pixels of bitmap and screen fall on each other in this row.
+bool ViewPlane::copiesPixels() const {
+    return contiguous_ && place_.weight == 0 && weights_[0] == 0;
 }
 
 /// One row of the bitmap interpolated across. Two neighbouring rows are held at a time, so that going
@@ -54,20 +64,22 @@ const Sample* ViewPlane::stretchedRow(int row) {
         const std::uint8_t* const left = bitmap_.row(row) + samplesIn(indices_[0]);
         stretchSamples(left, left + kPixelBytes, weights_.data(), samplesIn(width_), to);
     } else {
-        gather(row);
-        stretchSamples(left_.data(), right_.data(), weights_.data(), samplesIn(width_), to);
+        gatherPairs(row);
+        stretchPairs(pairs_.data(), weights_.data(), samplesIn(width_), to);
     }
     return to;
 }
 
-void ViewPlane::gather(int row) {
+void ViewPlane::gatherPairs(int row) {
     const std::uint8_t* const pixels = bitmap_.row(row);
-    const std::size_t next = bitmap_.width > 1 ? kPixelBytes : 0;
-    for (int i = 0; i < width_; ++i) {
-        const std::uint8_t* const pixel = pixels + samplesIn(indices_[static_cast<std::size_t>(i)]);
-        std::memcpy(left_.data() + samplesIn(i), pixel, kPixelBytes);
-        std::memcpy(right_.data() + samplesIn(i), pixel + next, kPixelBytes);
+    std::uint8_t* to = pairs_.data();
+    if (bitmap_.width == 1) {
+        for (int i = 0; i < 2 * width_; ++i, to += kPixelBytes)
+            std::memcpy(to, pixels, kPixelBytes);
+        return;
     }
+    for (int i = 0; i < width_; ++i, to += 2 * kPixelBytes)
+        std::memcpy(to, pixels + samplesIn(indices_[static_cast<std::size_t>(i)]), 2 * kPixelBytes);
 }
 
 }  // namespace trimora::cutengine::kernels

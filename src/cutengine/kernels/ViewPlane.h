@@ -33,13 +33,13 @@ class ViewPlane {
     /// The samples of pixels `begin` to `end` of the row, interpolated.
     void sample(int begin, int end, Sample* to);
 
-    /// The pixels from `begin` on, where pixels of bitmap and screen fall on each other in this row so
-    /// that sampling would only copy them; null elsewhere.
-    [[nodiscard]] const std::uint8_t* exactPixels(int begin) const;
+    /// The same, rounded to bytes.
+    void draw(int begin, int end, std::uint8_t* to);
 
  private:
     const Sample* stretchedRow(int row);
-    void gather(int row);
+    void gatherPairs(int row);
+    [[nodiscard]] bool copiesPixels() const;
 
     foundation::BitmapView bitmap_;
     PlacedSamples across_;
@@ -51,8 +51,7 @@ class ViewPlane {
     std::array<int, kViewStripWidth> indices_;
     alignas(64) std::array<Share, 4 * kViewStripWidth> weights_;  ///< the same for a pixel's four samples
     alignas(64) std::array<std::array<Sample, 4 * kViewStripWidth>, 2> stretched_;
-    alignas(64) std::array<std::uint8_t, 4 * kViewStripWidth> left_;
-    alignas(64) std::array<std::uint8_t, 4 * kViewStripWidth> right_;
+    alignas(64) std::array<std::uint8_t, 8 * kViewStripWidth> pairs_;  ///< pixels to go between
 };
 
 }  // namespace trimora::cutengine::kernels

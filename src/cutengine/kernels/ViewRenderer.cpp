@@ -4,6 +4,7 @@
 #include <array>
 #include <cassert>
 #include <cstring>
+#include <vector>
 
 #include "cutengine/kernels/ViewLayer.h"
 
@@ -52,40 +53,84 @@ ViewLayerSource backgroundSource(const ViewScene& scene, int targetHeight) {
     return source;
 }
 
+/// The checkerboard made ready: opaque, and repeated across until copying it goes in long steps.
+class Pattern {
+ public:
+    explicit Pattern(BitmapView tile) {
+        const Pixel black{0, 0, 0, 255};
+        if (tile.isEmpty())
+            tile = {&black.blue, 1, 1, kPixelBytes, foundation::AlphaMode::opaque};
+        height_ = tile.height;
+        width_ = (kLongStep + tile.width - 1) / tile.width * tile.width;
+        pixels_.resize(bytesIn(width_) * static_cast<std::size_t>(height_));
+        for (int y = 0; y < height_; ++y) {
+            std::uint8_t* const row = pixels_.data() + bytesIn(width_) * static_cast<std::size_t>(y);
+            for (int x = 0; x < width_; x += tile.width)
+                std::memcpy(row + bytesIn(x), tile.row(y), bytesIn(tile.width));
+            for (int x = 0; x < width_; ++x)
+                row[bytesIn(x) + 3] = 255;
+        }
+    }
+
+    /// The pattern's `count` pixels from (x, y) of the view on.
+    void copy(int x, int y, int count, std::uint8_t* to) const {
+        const std::uint8_t* const row =
+            pixels_.data() + bytesIn(width_) * static_cast<std::size_t>(y % height_);
+        for (int column = x % width_; count > 0; column = 0) {
+            const int here = std::min(count, width_ - column);
+            std::memcpy(to, row + bytesIn(column), bytesIn(here));
+            to += bytesIn(here);
+            count -= here;
+        }
+    }
+
+ private:
+    static constexpr int kLongStep = 256;
+
+    int width_;
+    int height_;
+    std::vector<std::uint8_t> pixels_;
+};
+
 /// Draws a part of the view, strip by strip. One for each band of rows.
 class BandRenderer {
  public:
-    BandRenderer(const ViewScene& scene, MutableBitmapView target)
-        : tile_(scene.tile),
+    BandRenderer(const ViewScene& scene, const Pattern& pattern, MutableBitmapView target)
+        : pattern_(pattern),
           target_(target),
           background_(backgroundSource(scene, target.height)),
           picture_(pictureSource(scene, target.height)) {}
 
     void draw(const IntRect& area) {
         const int first = area.x / kViewBlockWidth * kViewBlockWidth;
-        for (int x = first; x < area.right(); x += kViewStripWidth) {
-            const int wanted = std::min(area.right() - x, kViewStripWidth);
-            blocks_ = (wanted + kViewBlockWidth - 1) / kViewBlockWidth;
-            x_ = x;
-            background_.moveToColumns(x, blocks_ * kViewBlockWidth);
-            picture_.moveToColumns(x, blocks_ * kViewBlockWidth);
-            const int left = std::max(x, area.x);
-            const std::size_t bytes = bytesIn(x + wanted - left);
-            for (int y = area.y; y < area.bottom(); ++y) {
-                drawRow(y);
-                std::memcpy(target_.row(y) + bytesIn(left), line_.data() + bytesIn(left - x), bytes);
-            }
-        }
+        for (int x = first; x < area.right(); x += kViewStripWidth)
+            drawStrip(intersected(area, {x, area.y, kViewStripWidth, area.height}), x);
     }
 
  private:
+    /// Draws `area` in whole blocks from column `x` on, straight into the target where they fit it.
+    void drawStrip(const IntRect& area, int x) {
+        x_ = x;
+        blocks_ = (area.right() - x + kViewBlockWidth - 1) / kViewBlockWidth;
+        background_.moveToColumns(x, blocks_ * kViewBlockWidth);
+        picture_.moveToColumns(x, blocks_ * kViewBlockWidth);
+        const bool fits = area.x == x && area.width == blocks_ * kViewBlockWidth;
+        for (int y = area.y; y < area.bottom(); ++y) {
+            std::uint8_t* const pixels = target_.row(y) + bytesIn(area.x);
+            row_ = fits ? pixels : line_.data();
+            drawRow(y);
+            if (!fits)
+                std::memcpy(pixels, line_.data() + bytesIn(area.x - x), bytesIn(area.width));
+        }
+    }
+
     void drawRow(int y) {
         y_ = y;
         background_.moveToRow(y);
         picture_.moveToRow(y);
         forEachRun(picture_, 0, blocks_, [this](int begin, int end, Cover cover) {
             if (cover == Cover::whole && picture_.isOpaque())
-                drawAlone(picture_, begin, end);
+                picture_.draw(begin, end, pixelsAt(begin));
             else if (cover == Cover::none)
                 drawBelow(begin, end);
             else
@@ -106,26 +151,15 @@ class BandRenderer {
         }
     }
 
-    /// The layer where it hides everything below.
-    void drawAlone(ViewLayer& layer, int begin, int end) {
-        const std::uint8_t* const pixels = layer.exactPixels(begin);
-        if (pixels != nullptr) {
-            std::memcpy(lineAt(begin), pixels, bytesIn((end - begin) * kViewBlockWidth));
-            return;
-        }
-        layer.sample(begin, end, samples_.data());
-        finish(begin, end);
-    }
-
     /// What is below the picture where nothing of it shows.
     void drawBelow(int begin, int end) {
         forEachRun(background_, begin, end, [this](int from, int to, Cover cover) {
             if (cover == Cover::none) {
-                fillWithTile(from, to);
+                drawPattern(from, to);
             } else if (cover == Cover::whole && background_.isOpaque()) {
-                drawAlone(background_, from, to);
+                background_.draw(from, to, pixelsAt(from));
             } else {
-                fillWithTile(from, to);
+                drawPattern(from, to);
                 load(from, to);
                 background_.drawOver(from, to, samples_.data());
                 finish(from, to);
@@ -135,10 +169,10 @@ class BandRenderer {
 
     /// All layers, in 128ths of a level to the end.
     void drawTogether(int begin, int end) {
-        fillWithTile(begin, end);
+        drawPattern(begin, end);
         load(begin, end);
         forEachRun(background_, begin, end, [this, begin](int from, int to, Cover cover) {
-            Sample* const samples = samples_.data() + bytesIn((from - begin) * kViewBlockWidth);
+            Sample* const samples = samples_.data() + samplesIn(from - begin);
             if (cover == Cover::whole && background_.isOpaque())
                 background_.sample(from, to, samples);
             else if (cover != Cover::none)
@@ -148,43 +182,19 @@ class BandRenderer {
         finish(begin, end);
     }
 
-    void fillWithTile(int begin, int end) {
-        const int count = (end - begin) * kViewBlockWidth;
-        if (tile_.isEmpty()) {
-            fill(lineAt(begin), count, {0, 0, 0, 255});
-            return;
-        }
-        const std::uint8_t* const row = tile_.row(y_ % tile_.height);
-        int inTile = (x_ + begin * kViewBlockWidth) % tile_.width;
-        for (int done = 0; done < count;) {
-            const int here = std::min(count - done, tile_.width - inTile);
-            std::memcpy(lineAt(begin) + bytesIn(done), row + bytesIn(inTile), bytesIn(here));
-            done += here;
-            inTile = 0;
-        }
-        makeOpaque(lineAt(begin), count);
+    void drawPattern(int begin, int end) {
+        pattern_.copy(x_ + begin * kViewBlockWidth, y_, (end - begin) * kViewBlockWidth, pixelsAt(begin));
     }
-
-    static void fill(std::uint8_t* pixels, int count, Pixel value) {
-        for (int i = 0; i < count; ++i)
-            std::memcpy(pixels + bytesIn(i), &value, kPixelBytes);
-    }
-
-    /// A tile with alpha lies on black.
-    static void makeOpaque(std::uint8_t* pixels, int count) {
-        for (int i = 0; i < count; ++i)
-            pixels[bytesIn(i) + 3] = 255;
-    }
-
-    void load(int begin, int end) {
-        widenSamples(lineAt(begin), bytesIn((end - begin) * kViewBlockWidth), samples_.data());
-    }
+    void load(int begin, int end) { widenSamples(pixelsAt(begin), samplesIn(end - begin), samples_.data()); }
     void finish(int begin, int end) {
-        narrowSamples(samples_.data(), bytesIn((end - begin) * kViewBlockWidth), lineAt(begin));
+        narrowSamples(samples_.data(), samplesIn(end - begin), pixelsAt(begin));
     }
-    std::uint8_t* lineAt(int block) { return line_.data() + bytesIn(block * kViewBlockWidth); }
+    std::uint8_t* pixelsAt(int block) { return row_ + samplesIn(block); }
 
-    BitmapView tile_;
+    /// Samples, and bytes, in a number of blocks.
+    static std::size_t samplesIn(int blocks) { return bytesIn(blocks * kViewBlockWidth); }
+
+    const Pattern& pattern_;
     MutableBitmapView target_;
     ViewLayer background_;
     ViewLayer picture_;
@@ -192,7 +202,8 @@ class BandRenderer {
     int y_ = 0;
     int blocks_ = 0;
     alignas(64) std::array<Sample, 4 * kViewStripWidth> samples_;
-    alignas(64) std::array<std::uint8_t, 4 * kViewStripWidth> line_;  ///< the finished row of the strip
+    std::uint8_t* row_ = nullptr;  ///< where the strip's present row is finished: in the target or line_
+    alignas(64) std::array<std::uint8_t, 4 * kViewStripWidth> line_;
 };
 
 }  // namespace
@@ -202,6 +213,7 @@ void renderView(const ViewScene& scene, MutableBitmapView target, const IntRect&
     const IntRect inside = intersected(area, target.bounds());
     if (inside.isEmpty())
         return;
+    const Pattern pattern(scene.tile);
     // A small repaint is done before another core has woken.
     constexpr std::int64_t kSmallestBand = 1 << 16;
     const std::int64_t pixels = std::int64_t{inside.width} * inside.height;
@@ -211,7 +223,8 @@ void renderView(const ViewScene& scene, MutableBitmapView target, const IntRect&
         const auto top = [&](int index) {
             return inside.y + static_cast<int>(std::int64_t{index} * inside.height / bands);
         };
-        BandRenderer(scene, target).draw({inside.x, top(band), inside.width, top(band + 1) - top(band)});
+        BandRenderer(scene, pattern, target)
+            .draw({inside.x, top(band), inside.width, top(band + 1) - top(band)});
     });
 }
 
