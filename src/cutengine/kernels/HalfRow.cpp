@@ -13,7 +13,7 @@ namespace hn = hwy::HWY_NAMESPACE;
 /// The means of four pixels a lane. Two components at a time stand in the halves of a 32-bit lane,
 /// where four bytes and the rounding fit with room to spare.
 template <class Tag, class V>
-HWY_ATTR V meanOfFour(Tag pixels, V a, V b, V c, V d) {
+HWY_INLINE V meanOfFour(Tag pixels, V a, V b, V c, V d) {
     const auto evenBytes = hn::Set(pixels, 0x00FF00FFU);
     const auto rounding = hn::Set(pixels, 0x00020002U);
     const auto sum = [&](V first, V second, V third, V fourth) HWY_ATTR {

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <optional>
+
+#include "cutengine/kernels/MipPyramid.h"
+#include "cutengine/kernels/ViewMask.h"
+#include "cutengine/kernels/ViewPlacement.h"
+#include "cutengine/kernels/ViewPlane.h"
+#include "foundation/Geometry.h"
+
+namespace trimora::cutengine::kernels {
+
+/// What a layer of the view shows and where; nothing drawable by default. All borrowed.
+struct ViewLayerSource {
+    PlacedExtent across;
+    PlacedExtent down;
+    const MipPyramid* picture = nullptr;  ///< stretched over the extents, or none for one colour:
+    foundation::Pixel colour;             ///< premultiplied
+    const MaskSnapshot* mask = nullptr;   ///< stretched over the extents, or none
+};
+
+/// One layer of the view, drawn row by row over one strip of columns: pixels, mask and the smooth
+/// border of its rectangle. Blocks are counted from the strip's left edge.
+class ViewLayer {
+ public:
+    explicit ViewLayer(const ViewLayerSource& source);
+
+    /// As ViewPlane::moveToColumns().
+    void moveToColumns(int x, int width);
+    void moveToRow(int y);
+
+    /// How much of the layer shows over one block of the row; alpha of its pixels does not count.
+    [[nodiscard]] Cover coverOf(int block) const { return covers_[static_cast<std::size_t>(block)]; }
+
+    /// Whether the layer hides everything below it where it shows wholly.
+    [[nodiscard]] bool isOpaque() const { return opaque_; }
+
+    /// As of ViewPlane, for blocks `begin` to `end` of the row.
+    void sample(int begin, int end, Sample* to);
+    void draw(int begin, int end, std::uint8_t* to);
+
+    /// Draws the layer over what is in `base`, for blocks `begin` to `end` of the row.
+    void drawOver(int begin, int end, Sample* base);
+
+ private:
+    [[nodiscard]] Cover findCover(int block) const;
+
+    /// How much each sample shows, border and mask together.
+    void findShares(int begin, int end, Share* shares) const;
+
+    ViewLayerSource source_;
+    bool drawable_;
+    bool opaque_ = false;
+    std::optional<ViewPlane> plane_;
+    std::optional<ViewMask> mask_;
+    float rowCoverage_ = 0;
+    int blocks_ = 0;
+    std::array<float, kViewStripWidth> columnCoverage_;
+    std::array<Cover, kViewStripWidth / kViewBlockWidth> columnCovers_;  ///< by the columns alone
+    std::array<Cover, kViewStripWidth / kViewBlockWidth> covers_{};      ///< in the present row
+    alignas(64) std::array<Sample, 4 * kViewStripWidth> samples_;
+    alignas(64) std::array<Share, 4 * kViewStripWidth> shares_;
+    alignas(64) std::array<Share, 4 * kViewStripWidth> hidden_;
+};
+
+}  // namespace trimora::cutengine::kernels

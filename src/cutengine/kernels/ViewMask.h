@@ -1,0 +1,51 @@
+#pragma once
+
+#include <array>
+#include <vector>
+
+#include "cutengine/kernels/MaskSnapshot.h"
+#include "cutengine/kernels/ViewPlacement.h"
+#include "cutengine/kernels/ViewPlane.h"
+
+namespace trimora::cutengine::kernels {
+
+/// How much of a layer shows over some pixels.
+enum class Cover : std::uint8_t { none, mixed, whole };
+
+/// A mask laid on the screen, sampled row by row over one strip of columns. The level is borrowed.
+class ViewMask {
+ public:
+    ViewMask(const MaskSnapshot::Level& level, PlacedSamples across, PlacedSamples down)
+        : level_(level), across_(across), down_(down) {}
+
+    /// As ViewPlane::moveToColumns().
+    void moveToColumns(int x, int width);
+
+    /// Whether the answers of coverOf() may be others than in the row before.
+    bool moveToRow(int y);
+
+    /// What the mask leaves of pixels `begin` to `end` of the row. Mixed where in doubt.
+    [[nodiscard]] Cover coverOf(int begin, int end) const;
+
+    /// The mask at a pixel of the row, 0 to 1, interpolated.
+    [[nodiscard]] float at(int pixel) const;
+
+ private:
+    const std::uint8_t* line(int row);
+
+    const MaskSnapshot::Level& level_;
+    PlacedSamples across_;
+    PlacedSamples down_;
+    int firstColumn_ = 0;  ///< of the level, that the strip reads
+    int row_ = -1;         ///< of the level, in top_; the one after it is in bottom_
+    float weight_ = 0;
+    const std::uint8_t* top_ = nullptr;
+    const std::uint8_t* bottom_ = nullptr;
+    std::array<int, 2> heldRows_{-1, -1};  ///< rows in lines_: an even one and an odd one
+    std::array<std::vector<std::uint8_t>, 2> lines_;
+    std::array<int, kViewStripWidth> left_;  ///< columns of the lines
+    std::array<int, kViewStripWidth> right_;
+    std::array<float, kViewStripWidth> weights_;
+};
+
+}  // namespace trimora::cutengine::kernels
