@@ -27,7 +27,6 @@ struct HalfRow {
 struct DiscRow {
     std::array<HalfRow, 2> halves;
     int count = 0;
-    double widest = 0;  // half-width of the ellipse in the row, as a share of rx
 
     void add(double low, double high) {
         if (low >= 1 || high <= low)
@@ -35,7 +34,6 @@ struct DiscRow {
         const double capped = std::min(high, 1.0);
         const HalfRow half{low, capped, std::sqrt(1 - capped * capped), std::sqrt(1 - low * low)};
         halves[static_cast<std::size_t>(count++)] = half;
-        widest = std::max(widest, half.widthAtLow);
     }
 };
 
@@ -170,12 +168,17 @@ HWY_INLINE void blendAt(D d, const PlaneRow& row, int x, int count, hn::Vec<D> c
         at[i] = blended(at[i], fill, each[i]);
 }
 
+// P of the header comment in z = chordSquared / 4. Terms are joined in pairs, so that few wait for others.
 template <class D, class V = hn::Vec<D>>
 HWY_INLINE V segmentArea(D d, V chordSquared) {
     const V z = hn::Mul(chordSquared, hn::Set(d, 0.25));
-    V p = hn::Set(d, kSegment.back());
-    for (std::size_t i = kSegment.size() - 1; i-- > 0;)
-        p = hn::Add(hn::Mul(p, z), hn::Set(d, kSegment[i]));
+    const V z2 = hn::Mul(z, z);
+    const V z4 = hn::Mul(z2, z2);
+    const auto pair = [&](std::size_t i) HWY_ATTR {
+        return hn::Add(hn::Set(d, kSegment[i]), hn::Mul(z, hn::Set(d, kSegment[i + 1])));
+    };
+    const auto four = [&](std::size_t i) HWY_ATTR { return hn::Add(pair(i), hn::Mul(z2, pair(i + 2))); };
+    const V p = hn::Add(four(0), hn::Mul(z4, hn::Add(four(4), hn::Mul(z4, four(8)))));
     return hn::Mul(hn::Mul(z, hn::Sqrt(z)), p);
 }
 
@@ -379,42 +382,82 @@ HWY_INLINE void paintSpan(const PlaneRow& row, const StampEllipse& ellipse, Span
         return;
     const auto wanted = [&](int i) HWY_ATTR { return !isFilled(row, span.left + i, paint.fill); };
     takeCoverage(ellipse, paint.solid, row.y, span, wanted, [&](int i, auto d, auto cover) HWY_ATTR {
-        blendAt(d, row, span.left + i, span.right - span.left - i, cover, paint.fill);
+        blendAt(d, row, span.left + i, span.length() - i, cover, paint.fill);
     });
 }
 
-HWY_INLINE void paintStampRow(const PlaneRow& row, const StampList& stamps, std::size_t index, Span known,
-                              const StampPaint& paint) {
-    const StampEllipse& ellipse = stamps.ellipses[index];
-    const double reach = discRow(ellipse, row.y).widest * ellipse.rx;
-    const double left = std::max(std::floor(ellipse.cx - reach), static_cast<double>(stamps.left[index]));
-    const double right = std::min(std::ceil(ellipse.cx + reach), static_cast<double>(stamps.right[index]));
-    if (left >= right)
-        return;
-    const Span touched{static_cast<int>(left), static_cast<int>(right)};
-    if (known.isEmpty())
-        return paintSpan(row, ellipse, touched, paint);
-    paintSpan(row, ellipse, {touched.left, std::min(touched.right, known.left)}, paint);
-    paintSpan(row, ellipse, {std::max(touched.left, known.right), touched.right}, paint);
+// A stamp's pixels of one row, but for the known ones.
+HWY_INLINE void paintStampRow(const PlaneRow& row, const StampEllipse& ellipse, Span touched,
+                              const FilledSpans& known, const StampPaint& paint) {
+    for (const Span& filled : known.spans()) {
+        paintSpan(row, ellipse, {touched.left, std::min(touched.right, filled.left)}, paint);
+        touched.left = std::max(touched.left, filled.right);
+    }
+    paintSpan(row, ellipse, touched, paint);
 }
 
-void paintRowsImpl(const PlaneRow& row, const StampList& stamps, Span known, const StampPaint& paint) {
-    const hn::ScalableTag<std::int32_t> d;
-    const auto y = hn::Set(d, row.y);
-    const auto nextY = hn::Set(d, row.y + 1);
-    const auto knownLeft = hn::Set(d, known.isEmpty() ? row.width : known.left);
-    const auto knownRight = hn::Set(d, known.isEmpty() ? 0 : known.right);
-    const auto lanes = hn::Lanes(d);
-    HWY_ALIGN std::int32_t chosen[kMostLanes];
-    for (std::size_t i = 0; i < stamps.ellipses.size(); i += lanes) {
-        const auto inRow =
-            hn::And(hn::Lt(hn::LoadU(d, &stamps.top[i]), nextY), hn::Gt(hn::LoadU(d, &stamps.bottom[i]), y));
-        const auto outside = hn::Or(hn::Lt(hn::LoadU(d, &stamps.left[i]), knownLeft),
-                                    hn::Gt(hn::LoadU(d, &stamps.right[i]), knownRight));
-        const auto found =
-            hn::CompressStore(hn::Iota(d, static_cast<std::int32_t>(i)), hn::And(inRow, outside), d, chosen);
-        for (std::size_t k = 0; k < found; ++k)
-            paintStampRow(row, stamps, static_cast<std::size_t>(chosen[k]), known, paint);
+// For as many stamps as a vector holds, from `first` on: where they begin and end in the row (an end
+// before the beginning where they do not meet it).
+template <class D, class V = hn::Vec<D>>
+HWY_INLINE void rowEnds(D d, const StampList& stamps, std::size_t first, int y, V& left, V& right) {
+    const V cx = hn::LoadU(d, &stamps.cx[first]);
+    const V cy = hn::LoadU(d, &stamps.cy[first]);
+    const V above = hn::Sub(hn::Set(d, static_cast<double>(y)), cy);
+    const V below = hn::Sub(cy, hn::Set(d, static_cast<double>(y + 1)));
+    const V away = hn::Max(hn::Max(above, below), hn::Zero(d));
+    const V v = hn::Div(away, hn::LoadU(d, &stamps.ry[first]));
+    const V inside = hn::Sub(hn::Set(d, 1.0), hn::Mul(v, v));
+    const V reach = hn::Mul(hn::LoadU(d, &stamps.rx[first]), hn::Sqrt(hn::Max(inside, hn::Zero(d))));
+    const V meets = hn::IfThenElse(hn::Gt(inside, hn::Zero(d)), reach, hn::Set(d, -1.0));
+    left = hn::Floor(hn::Sub(cx, meets));
+    right = hn::Ceil(hn::Add(cx, meets));
+}
+
+// Chooses the stamps that change the row somewhere outside what is known.
+struct ChosenStamps {
+    HWY_ALIGN double left[kMostLanes];
+    HWY_ALIGN double right[kMostLanes];
+    HWY_ALIGN double index[kMostLanes];
+    std::size_t count = 0;
+};
+
+HWY_INLINE void choose(const PlaneRow& row, const StampList& stamps, std::size_t first,
+                       const FilledSpans& known, ChosenStamps& chosen) {
+    const hn::ScalableTag<double> d;
+    auto left = hn::Zero(d);
+    auto right = hn::Zero(d);
+    rowEnds(d, stamps, first, row.y, left, right);
+    left = hn::Max(left, hn::Zero(d));
+    right = hn::Min(right, hn::Set(d, static_cast<double>(row.width)));
+    const auto index = hn::Iota(d, static_cast<double>(first));
+    const auto exists = hn::Lt(index, hn::Set(d, static_cast<double>(stamps.count())));
+    auto wanted = hn::And(exists, hn::Lt(left, right));
+    for (const Span& filled : known.spans())
+        wanted = hn::And(wanted, hn::Or(hn::Lt(left, hn::Set(d, static_cast<double>(filled.left))),
+                                        hn::Gt(right, hn::Set(d, static_cast<double>(filled.right)))));
+    chosen.count = hn::CompressStore(left, wanted, d, chosen.left);
+    hn::CompressStore(right, wanted, d, chosen.right);
+    hn::CompressStore(index, wanted, d, chosen.index);
+}
+
+void paintRowsImpl(const PlaneRow& row, const StampList& stamps, const FilledSpans& known,
+                   const StampPaint& paint) {
+    const hn::ScalableTag<double> d;
+    const hn::Rebind<std::int32_t, decltype(d)> d32;
+    const auto y = hn::Set(d32, row.y);
+    const auto nextY = hn::Set(d32, row.y + 1);
+    ChosenStamps chosen;
+    for (std::size_t i = 0; i < stamps.count(); i += hn::Lanes(d)) {
+        const auto inRow = hn::And(hn::Lt(hn::LoadU(d32, &stamps.tops[i]), nextY),
+                                   hn::Gt(hn::LoadU(d32, &stamps.bottoms[i]), y));
+        if (hn::AllFalse(d32, inRow))
+            continue;
+        choose(row, stamps, i, known, chosen);
+        for (std::size_t k = 0; k < chosen.count; ++k) {
+            const Span touched{static_cast<int>(chosen.left[k]), static_cast<int>(chosen.right[k])};
+            paintStampRow(row, stamps.ellipse(static_cast<std::size_t>(chosen.index[k])), touched, known,
+                          paint);
+        }
     }
 }
 
@@ -440,32 +483,55 @@ HWY_EXPORT(paintRowsImpl);
 HWY_EXPORT(fillImpl);
 
 void StampList::clear() {
-    ellipses.clear();
-    left.clear();
-    right.clear();
-    top.clear();
-    bottom.clear();
+    count_ = 0;
+    std::fill(bottoms.begin(), bottoms.end(), 0);
 }
 
-void StampList::add(const StampEllipse& ellipse, const foundation::IntRect& bounds) {
-    // Vectors of bounds are read beyond the last stamp: those rooms hold stamps of no rows.
-    const std::size_t index = ellipses.size();
-    if (left.size() < index + 1 + kMostLanes) {
-        for (auto* const bound : {&left, &right, &top, &bottom})
-            bound->resize(2 * index + 1 + kMostLanes, 0);
+void StampList::add(const StampEllipse& ellipse, int top, int bottom) {
+    if (cx.size() < count_ + 1 + kMostLanes) {
+        const std::size_t room = 2 * count_ + 1 + kMostLanes;
+        for (auto* const values : {&cx, &cy, &rx, &ry})
+            values->resize(room, 1);
+        tops.resize(room, 0);
+        bottoms.resize(room, 0);
     }
-    ellipses.push_back(ellipse);
-    left[index] = bounds.x;
-    right[index] = bounds.right();
-    top[index] = bounds.y;
-    bottom[index] = bounds.bottom();
+    cx[count_] = ellipse.cx;
+    cy[count_] = ellipse.cy;
+    rx[count_] = ellipse.rx;
+    ry[count_] = ellipse.ry;
+    tops[count_] = top;
+    bottoms[count_] = bottom;
+    ++count_;
+}
+
+void FilledSpans::add(Span span) {
+    auto* const end = spans_.data() + count_;
+    auto* const first = std::find_if(spans_.data(), end, [&](const Span& s) { return s.right >= span.left; });
+    auto* const last = std::find_if(first, end, [&](const Span& s) { return s.left > span.right; });
+    if (first != last) {
+        span = {std::min(span.left, first->left), std::max(span.right, (last - 1)->right)};
+        *first = span;
+        std::move(last, end, first + 1);
+        count_ -= static_cast<std::size_t>(last - first) - 1;
+        return;
+    }
+    std::move_backward(first, end, end + 1);
+    *first = span;
+    if (++count_ <= kMost)
+        return;
+    auto* const shortest =
+        std::min_element(spans_.data(), spans_.data() + count_,
+                         [](const Span& a, const Span& b) { return a.length() < b.length(); });
+    std::move(shortest + 1, spans_.data() + count_, shortest);
+    --count_;
 }
 
 void fillSpan(const PlaneRow& row, Span span, std::uint32_t fill) {
     HWY_DYNAMIC_DISPATCH(fillImpl)(row, span, fill);
 }
 
-void paintStampRows(const PlaneRow& row, const StampList& stamps, Span known, const StampPaint& paint) {
+void paintStampRows(const PlaneRow& row, const StampList& stamps, const FilledSpans& known,
+                    const StampPaint& paint) {
     HWY_DYNAMIC_DISPATCH(paintRowsImpl)(row, stamps, known, paint);
 }
 

@@ -1,9 +1,10 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
-
-#include "foundation/Bitmap.h"
 
 /// The rows of brush stamps: how much of each pixel a stamp covers, and what that leaves in the plane.
 ///
@@ -44,17 +45,25 @@ struct StampEllipse {
     double ry = 0;  ///< above 0
 };
 
-/// Stamps as the row painter reads them: what it looks at for every stamp stands side by side. The
-/// bounds hold every pixel that the stamp touches, clipped to the plane; right and bottom are beyond.
+/// Stamps as the row painter reads them: what it looks at for every stamp stands side by side.
 class StampList {
  public:
     void clear();
-    void add(const StampEllipse& ellipse, const foundation::IntRect& bounds);
 
-    [[nodiscard]] int count() const { return static_cast<int>(ellipses.size()); }
+    /// Appends a stamp that may touch the plane's rows from `top` up to and without `bottom`.
+    void add(const StampEllipse& ellipse, int top, int bottom);
 
-    std::vector<StampEllipse> ellipses;
-    std::vector<std::int32_t> left, right, top, bottom;
+    [[nodiscard]] std::size_t count() const { return count_; }
+    [[nodiscard]] StampEllipse ellipse(std::size_t index) const {
+        return {cx[index], cy[index], rx[index], ry[index]};
+    }
+
+    /// Longer than count() by the widest vector, for whole vectors to be read.
+    std::vector<double> cx, cy, rx, ry;
+    std::vector<std::int32_t> tops, bottoms;
+
+ private:
+    std::size_t count_ = 0;
 };
 
 /// One row of the plane while a list of stamps is painted.
@@ -68,7 +77,24 @@ struct PlaneRow {
 struct Span {
     int left = 0;
     int right = 0;
+    [[nodiscard]] int length() const { return right - left; }
     [[nodiscard]] bool isEmpty() const { return left >= right; }
+};
+
+/// Spans of a row that are known to hold the fill: apart from each other, from left to right. Where
+/// there are more than fit, short ones are forgotten.
+class FilledSpans {
+ public:
+    static constexpr std::size_t kMost = 8;
+
+    void clear() { count_ = 0; }
+    void add(Span span);
+
+    [[nodiscard]] std::span<const Span> spans() const { return {spans_.data(), count_}; }
+
+ private:
+    std::array<Span, kMost + 1> spans_;
+    std::size_t count_ = 0;
 };
 
 /// What the stamps of one call have in common.
@@ -81,8 +107,9 @@ struct StampPaint {
 void fillSpan(const PlaneRow& row, Span span, std::uint32_t fill);
 
 /// Paints one row of every stamp of the list, in order, pixel by pixel and rounding after each, but
-/// for the pixels of `known`: those hold `fill` already, and no stamp of this paint changes them.
-void paintStampRows(const PlaneRow& row, const StampList& stamps, Span known, const StampPaint& paint);
+/// for pixels that are known to hold `fill` already: no stamp of this paint changes those.
+void paintStampRows(const PlaneRow& row, const StampList& stamps, const FilledSpans& known,
+                    const StampPaint& paint);
 
 /// The coverage of `count` pixels of row `y` from `x` on, in 255ths: the definition of what
 /// paintStampRows() paints with.

@@ -9,8 +9,8 @@
 // How a stroke is painted quickly and still exactly. A pixel that some stamp covers wholly ends at
 // `fill` whatever else the call does to it: that stamp sets it to fill, and every later one mixes fill
 // with fill, round((f (255 - c) + f c) / 255) = f. So in each row the spans that are wholly covered
-// are united and filled first; then the stamps are painted in order, each on its pixels outside the
-// largest such span. What is left for the second step is a thin line along both sides of the stroke.
+// are united and filled first; then the stamps are painted in order, each on its pixels outside
+// those spans. What is left for the second step is a thin line along both sides of the stroke.
 namespace trimora::cutengine::kernels {
 namespace {
 
@@ -64,7 +64,7 @@ class StampGroup {
         const IntRect bounds = boundsOf(ellipse, plane_);
         if (bounds.isEmpty())
             return;
-        stamps_.add(ellipse, bounds);
+        stamps_.add(ellipse, bounds.y, bounds.bottom());
         bounds_ = united(bounds_, bounds);
         addCore(ellipse);
     }
@@ -73,7 +73,8 @@ class StampGroup {
     IntRect paint() {
         for (int y = bounds_.y; y < bounds_.bottom(); ++y) {
             const PlaneRow row{reinterpret_cast<std::uint32_t*>(plane_.row(y)), plane_.width, y};
-            paintStampRows(row, stamps_, fillCovered(row), paint_);
+            fillCovered(row);
+            paintStampRows(row, stamps_, filled_, paint_);
         }
         const IntRect painted = bounds_;
         stamps_.clear();
@@ -82,7 +83,7 @@ class StampGroup {
         return painted;
     }
 
-    [[nodiscard]] bool isFull() const { return stamps_.ellipses.size() >= kGroup; }
+    [[nodiscard]] bool isFull() const { return stamps_.count() >= kGroup; }
 
  private:
     // The wholly covered part of a stamp. Of stamps that lie close together one in several is enough:
@@ -102,14 +103,16 @@ class StampGroup {
             cores_.push_back(core);
     }
 
-    // Fills every span of the row that a core covers and returns the longest one.
-    Span fillCovered(const PlaneRow& row) {
-        Span longest;
+    // Fills every span of the row that a core covers. Those of cores that follow each other mostly
+    // overlap and are filled at one go.
+    void fillCovered(const PlaneRow& row) {
+        filled_.clear();
         Span current;
         const auto finish = [&] {
+            if (current.isEmpty())
+                return;
             fillSpan(row, current, paint_.fill);
-            if (current.right - current.left > longest.right - longest.left)
-                longest = current;
+            filled_.add(current);
         };
         for (const StampEllipse& core : cores_) {
             const Span covered = coveredSpan(core, row.y, row.width);
@@ -123,13 +126,13 @@ class StampGroup {
             }
         }
         finish();
-        return longest;
     }
 
     MutableBitmapView plane_;
     StampPaint paint_;
     StampList stamps_;
     std::vector<StampEllipse> cores_;
+    FilledSpans filled_;
     IntRect bounds_;
 };
 
