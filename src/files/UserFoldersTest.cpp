@@ -43,13 +43,13 @@ TEST(UserFolders, AreWhereTheEnvironmentSays) {
 }
 
 TEST(UserFolders, AreBelowTheHomeFolderOtherwise) {
-    const Variable home("HOME", "/home/ann");
+    const Variable home("HOME", "/people/ann");
     const Variable data("XDG_DATA_HOME", nullptr);
     const Variable config("XDG_CONFIG_HOME", "");
     const Variable cache("XDG_CACHE_HOME", "relative/path");
-    EXPECT_EQ(dataHome(), "/home/ann/.local/share");
-    EXPECT_EQ(configHome(), "/home/ann/.config");
-    EXPECT_EQ(cacheHome(), "/home/ann/.cache");
+    EXPECT_EQ(dataHome(), "/people/ann/.local/share");
+    EXPECT_EQ(configHome(), "/people/ann/.config");
+    EXPECT_EQ(cacheHome(), "/people/ann/.cache");
 }
 
 TEST(UserFolders, AreFoundWithoutAHomeInTheEnvironment) {
