@@ -1,0 +1,53 @@
+#include "cutengine/kernels/PixelRows.h"
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "cutengine/kernels/PixelRows.cpp"
+#include "hwy/foreach_target.h"  // compiles this file again for every target
+#include "hwy/highway.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace trimora::cutengine::kernels::HWY_NAMESPACE {
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+int differingImpl(const std::uint32_t* row, const std::uint32_t* other, int width, std::int32_t* places) {
+    const hn::ScalableTag<std::uint32_t> d;
+    const hn::ScalableTag<std::int32_t> d32;
+    const int lanes = static_cast<int>(hn::Lanes(d));
+    int count = 0;
+    int x = 0;
+    for (; x + 4 * lanes <= width; x += 4 * lanes) {
+        // Four vectors at a time: nearly always all of them are the same.
+        auto differs = hn::Zero(d);
+        for (int i = 0; i < 4 * lanes; i += lanes)
+            differs = hn::Or(differs, hn::Xor(hn::LoadU(d, row + x + i), hn::LoadU(d, other + x + i)));
+        if (hn::AllTrue(d, hn::Eq(differs, hn::Zero(d))))
+            continue;
+        for (int i = 0; i < 4 * lanes; i += lanes) {
+            const auto same = hn::Eq(hn::LoadU(d, row + x + i), hn::LoadU(d, other + x + i));
+            const auto place = hn::Iota(d32, x + i);
+            count += static_cast<int>(
+                hn::CompressStore(place, hn::RebindMask(d32, hn::Not(same)), d32, places + count));
+        }
+    }
+    for (; x < width; ++x) {
+        places[count] = x;
+        count += row[x] != other[x] ? 1 : 0;
+    }
+    return count;
+}
+
+}  // namespace trimora::cutengine::kernels::HWY_NAMESPACE
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace trimora::cutengine::kernels {
+
+HWY_EXPORT(differingImpl);
+
+int differingPixels(const std::uint32_t* row, const std::uint32_t* other, int width, std::int32_t* places) {
+    return HWY_DYNAMIC_DISPATCH(differingImpl)(row, other, width, places);
+}
+
+}  // namespace trimora::cutengine::kernels
+#endif  // HWY_ONCE

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <cstdint>
+
+namespace trimora::cutengine::kernels {
+
+/// Writes the places, rising from 0, where two rows of `width` pixels differ to `places`, which has
+/// room for kPlacesSlack more than `width`; returns how many there are.
+inline constexpr int kPlacesSlack = 64;
+int differingPixels(const std::uint32_t* row, const std::uint32_t* other, int width, std::int32_t* places);
+
+}  // namespace trimora::cutengine::kernels
