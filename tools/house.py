@@ -35,6 +35,11 @@ def sources(folder: Path) -> list[Path]:
     return sorted(path for path in folder.rglob("*") if path.suffix in (".h", ".cpp"))
 
 
+def is_for_tests(path: Path) -> bool:
+    """Whether a source is a test, or a helper that only the tests of its floor include."""
+    return path.stem.endswith(("Test", "ForTests", "Fixture"))
+
+
 def floor_of(path: str, floors: dict[str, Floor]) -> str | None:
     """The floor of a path relative to src/: its longest leading folder that the table names."""
     parts = Path(path).parent.parts

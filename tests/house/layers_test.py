@@ -37,8 +37,9 @@ class LayersTest(unittest.TestCase):
         code, said = self.check({"mid/inner/C.cpp": '#include "mid/A.h"\n'})
         self.assertEqual(code, 1, said)
 
-    def test_only_tests_may_include_the_test_helpers(self):
-        self.assertEqual(self.check({"low/BTest.cpp": '#include "testing/Seed.h"\n'})[0], 0)
+    def test_only_tests_and_their_helpers_may_include_the_testing_floor(self):
+        for helper in ("low/BTest.cpp", "low/BForTests.h", "low/BFixture.h"):
+            self.assertEqual(self.check({helper: '#include "testing/Seed.h"\n'})[0], 0, helper)
         self.assertEqual(self.check({"low/B.cpp": '#include "testing/Seed.h"\n'})[0], 1)
 
     def test_test_may_not_reach_a_higher_floor_either(self):
