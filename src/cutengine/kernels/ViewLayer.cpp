@@ -102,8 +102,7 @@ Cover ViewLayer::findCover(int block) const {
     const Cover border = columnCovers_[static_cast<std::size_t>(block)];
     if (rowCoverage_ == 0 || border == Cover::none)
         return Cover::none;
-    const Cover masked =
-        mask_ ? mask_->coverOf(block * kViewBlockWidth, (block + 1) * kViewBlockWidth) : Cover::whole;
+    const Cover masked = mask_ ? mask_->coverOf(block) : Cover::whole;
     if (masked == Cover::none)
         return Cover::none;
     return border == Cover::whole && rowCoverage_ == 1 ? masked : Cover::mixed;

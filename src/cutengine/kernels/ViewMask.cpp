@@ -14,12 +14,14 @@ float real(Share weight) {
 }  // namespace
 
 void ViewMask::moveToColumns(int x, int width) {
-    heldRows_ = {-1, -1};
+    blocks_ = width / kViewBlockWidth;
     row_ = -1;
     firstColumn_ = across_.at(x).index;
     const auto columns = across_.next(across_.at(x + width - 1).index) - firstColumn_ + 1;
-    for (auto& line : lines_)
-        line.resize(static_cast<std::size_t>(columns));
+    for (Line& line : lines_) {
+        line.row = -1;
+        line.values.resize(static_cast<std::size_t>(columns));
+    }
     for (int i = 0; i < width; ++i) {
         const SamplePlace place = across_.at(x + i);
         const auto slot = static_cast<std::size_t>(i);
@@ -35,38 +37,46 @@ bool ViewMask::moveToRow(int y) {
     if (place.index == row_)
         return false;
     row_ = place.index;
-    top_ = line(row_);
-    bottom_ = line(down_.next(row_));
+    top_ = lineOf(row_);
+    bottom_ = lineOf(down_.next(row_));
     return true;
-}
-
-Cover ViewMask::coverOf(int begin, int end) const {
-    const int first = left_[static_cast<std::size_t>(begin)];
-    const int count = right_[static_cast<std::size_t>(end) - 1] - first + 1;
-    const std::uint8_t value = top_[first];
-    const bool solid = (value == 0 || value == 255) && isConstant(top_ + first, count, value) &&
-                       isConstant(bottom_ + first, count, value);
-    if (!solid)
-        return Cover::mixed;
-    return value == 0 ? Cover::none : Cover::whole;
 }
 
 float ViewMask::at(int pixel) const {
     const auto i = static_cast<std::size_t>(pixel);
     const auto between = [](float from, float to, float weight) { return from + (to - from) * weight; };
-    const float top = between(top_[left_[i]], top_[right_[i]], weights_[i]);
-    const float bottom = between(bottom_[left_[i]], bottom_[right_[i]], weights_[i]);
-    return between(top, bottom, weight_) * (1.0F / 255);
+    const auto across = [&](const Line& line) {
+        const std::uint8_t* const values = line.values.data();
+        return between(values[left_[i]], values[right_[i]], weights_[i]);
+    };
+    return between(across(*top_), across(*bottom_), weight_) * (1.0F / 255);
 }
 
-const std::uint8_t* ViewMask::line(int row) {
-    const auto slot = static_cast<std::size_t>(row % 2);
-    std::vector<std::uint8_t>& line = lines_[slot];
-    if (heldRows_[slot] != row) {
-        heldRows_[slot] = row;
-        copyMaskRow(level_, firstColumn_, row, static_cast<int>(line.size()), line.data());
+const ViewMask::Line* ViewMask::lineOf(int row) {
+    Line& line = lines_[static_cast<std::size_t>(row % 2)];
+    if (line.row != row) {
+        line.row = row;
+        copyMaskRow(level_, firstColumn_, row, static_cast<int>(line.values.size()), line.values.data());
+        findCovers(line);
     }
-    return line.data();
+    return &line;
+}
+
+void ViewMask::findCovers(Line& line) const {
+    const auto coverOfColumns = [&line](int first, int count) {
+        const std::uint8_t* const values = line.values.data() + first;
+        if ((*values != 0 && *values != 255) || !isConstant(values, count, *values))
+            return Cover::mixed;
+        return *values == 0 ? Cover::none : Cover::whole;
+    };
+    const Cover all = coverOfColumns(0, static_cast<int>(line.values.size()));
+    line.covers.fill(all);
+    for (int block = 0; all == Cover::mixed && block < blocks_; ++block) {
+        const auto begin = static_cast<std::size_t>(block * kViewBlockWidth);
+        const int first = left_[begin];
+        const int last = right_[begin + kViewBlockWidth - 1];
+        line.covers[static_cast<std::size_t>(block)] = coverOfColumns(first, last - first + 1);
+    }
 }
 
 }  // namespace trimora::cutengine::kernels

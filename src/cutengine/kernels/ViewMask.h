@@ -24,14 +24,25 @@ class ViewMask {
     /// Whether the answers of coverOf() may be others than in the row before.
     bool moveToRow(int y);
 
-    /// What the mask leaves of pixels `begin` to `end` of the row. Mixed where in doubt.
-    [[nodiscard]] Cover coverOf(int begin, int end) const;
+    /// What the mask leaves of a block of the row. Mixed where in doubt.
+    [[nodiscard]] Cover coverOf(int block) const {
+        const Cover cover = top_->covers[static_cast<std::size_t>(block)];
+        return cover == bottom_->covers[static_cast<std::size_t>(block)] ? cover : Cover::mixed;
+    }
 
     /// The mask at a pixel of the row, 0 to 1, interpolated.
     [[nodiscard]] float at(int pixel) const;
 
  private:
-    const std::uint8_t* line(int row);
+    /// A row of the level, as far as the strip reads it, and what it leaves of each block.
+    struct Line {
+        int row = -1;
+        std::vector<std::uint8_t> values;
+        std::array<Cover, kViewStripWidth / kViewBlockWidth> covers{};
+    };
+
+    const Line* lineOf(int row);
+    void findCovers(Line& line) const;
 
     const MaskSnapshot::Level& level_;
     PlacedSamples across_;
@@ -39,10 +50,10 @@ class ViewMask {
     int firstColumn_ = 0;  ///< of the level, that the strip reads
     int row_ = -1;         ///< of the level, in top_; the one after it is in bottom_
     float weight_ = 0;
-    const std::uint8_t* top_ = nullptr;
-    const std::uint8_t* bottom_ = nullptr;
-    std::array<int, 2> heldRows_{-1, -1};  ///< rows in lines_: an even one and an odd one
-    std::array<std::vector<std::uint8_t>, 2> lines_;
+    const Line* top_ = nullptr;
+    const Line* bottom_ = nullptr;
+    std::array<Line, 2> lines_;  ///< of an even row and an odd one
+    int blocks_ = 0;
     std::array<int, kViewStripWidth> left_;  ///< columns of the lines
     std::array<int, kViewStripWidth> right_;
     std::array<float, kViewStripWidth> weights_;

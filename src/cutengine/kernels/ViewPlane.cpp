@@ -60,6 +60,7 @@ const Sample* ViewPlane::stretchedRow(int row) {
     if (heldRows_[slot] == row)
         return to;
     heldRows_[slot] = row;
+    fetchAhead(row + 2);
     if (contiguous_) {
         const std::uint8_t* const left = bitmap_.row(row) + samplesIn(indices_[0]);
         stretchSamples(left, left + kPixelBytes, weights_.data(), samplesIn(width_), to);
@@ -68,6 +69,17 @@ const Sample* ViewPlane::stretchedRow(int row) {
         stretchPairs(pairs_.data(), weights_.data(), samplesIn(width_), to);
     }
     return to;
+}
+
+/// Asks for the part of a row that the strip will read soon. Rows of a large picture lie pages apart,
+/// where the processor does not look ahead by itself.
+void ViewPlane::fetchAhead(int row) const {
+    if (row >= bitmap_.height)
+        return;
+    constexpr std::size_t kCacheLine = 64;
+    const std::size_t end = samplesIn(indices_[static_cast<std::size_t>(width_) - 1] + 1);
+    for (std::size_t at = samplesIn(indices_[0]); at < end; at += kCacheLine)
+        __builtin_prefetch(bitmap_.row(row) + at);
 }
 
 void ViewPlane::gatherPairs(int row) {

@@ -9,7 +9,7 @@
 namespace trimora::cutengine::kernels {
 
 /// The renderer works on strips of columns this wide, whose rows stay in the cache nearest the core.
-inline constexpr int kViewStripWidth = 512;
+inline constexpr int kViewStripWidth = 256;
 
 /// ... and decides for blocks of this many columns at a time what has to be drawn at all. Blocks stand
 /// at multiples of their width in the view, whatever part of it is drawn: the same pixel is always
@@ -39,6 +39,7 @@ class ViewPlane {
  private:
     const Sample* stretchedRow(int row);
     void gatherPairs(int row);
+    void fetchAhead(int row) const;
     [[nodiscard]] bool copiesPixels() const;
 
     foundation::BitmapView bitmap_;

@@ -15,7 +15,8 @@ struct ViewScene {
     double scaleFactor = 1;
 
     /// The picture's rectangle (0, 0, size) in picture points, y-up, is mapped by these into view
-    /// points, y-up; both fields may differ while one of them is ahead.
+    /// points, y-up; both fields may differ while one of them is ahead. They scale and move only
+    /// (b = c = 0); where a scale is not positive, or anything not finite, that layer is not drawn.
     foundation::Size pictureSize;
     foundation::AffineTransform pictureToView;
     foundation::AffineTransform backgroundToView;
@@ -34,9 +35,17 @@ struct ViewScene {
 /// else; `target` is the whole view, view height x scaleFactor pixels high, and comes out opaque.
 ///
 /// Sampling: bilinear between pixel centres, edges repeated, from the level of the pyramid whose
-/// pixels are just finer than the screen's: level k for a zoom (in device pixels) in (2^-(k+1), 2^-k].
-/// The picture's border is smoothed over one device pixel. Rows run in bands on `workers`. The result
-/// of a pixel does not depend on `area`.
+/// pixels are just finer than the screen's: level k for a zoom (device pixels per pixel of level 0; the
+/// larger one, should they differ across and down) in (2^-(k+1), 2^-k]. A pixel of level k lies where
+/// the 2^k pixels of level 0 lie that it is made of. The mask is sampled in the same way, at its own
+/// level.
+///
+/// Composing: every layer lies over what is below it, out = p s + b (1 - alpha(p) s), where the share s
+/// is the mask times the part of the device pixel's area inside the picture's rectangle, so that the
+/// border is smooth. All layers are put together in 128ths of a level and rounded once; the result is
+/// within 0.6 levels of the real numbers.
+///
+/// Rows run in bands on `workers`. The result of a pixel does not depend on `area`.
 void renderView(const ViewScene& scene, foundation::MutableBitmapView target, const foundation::IntRect& area,
                 foundation::Workers& workers);
 
