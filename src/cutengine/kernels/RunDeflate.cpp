@@ -126,6 +126,8 @@ void RunDeflate::zeros(std::uint64_t count) {
 }
 
 void RunDeflate::pixel(std::uint32_t value) {
+    constexpr std::uint32_t kAllButLast = 0x00FFFFFF;
+    constexpr std::uint32_t kBytesButLast = 3;
     if (afterPixel_ && value == lastPixel_) {
         flushZeros();
         ++pendingPixels_;
@@ -133,12 +135,20 @@ void RunDeflate::pixel(std::uint32_t value) {
             addToChecksum(static_cast<std::uint8_t>(value >> shift));
         return;
     }
-    for (int shift = 0; shift < 32; shift += 8) {
-        const auto component = static_cast<std::uint8_t>(value >> shift);
-        if (component == 0)
-            zeros(1);
-        else
-            byte(component);
+    if (afterPixel_ && ((value | lastPixel_) & kAllButLast) == 0) {
+        // The first three bytes are those of the pixel before: a match is shorter than three zeros.
+        flushRuns();
+        push({Kind::pixelRun, kBytesButLast});
+        written_ += kBytesButLast;
+        byte(static_cast<std::uint8_t>(value >> 24));
+    } else {
+        for (int shift = 0; shift < 32; shift += 8) {
+            const auto component = static_cast<std::uint8_t>(value >> shift);
+            if (component == 0)
+                zeros(1);
+            else
+                byte(component);
+        }
     }
     afterPixel_ = true;
     lastPixel_ = value;

@@ -21,7 +21,7 @@ class RunDeflate {
 
     void byte(std::uint8_t value);
     void zeros(std::uint64_t count);
-    /// Four bytes, the lowest of `value` first.
+    /// Four bytes, not all zero, the lowest of `value` first.
     void pixel(std::uint32_t value);
 
     /// The compressed stream. Nothing can be written after it.
