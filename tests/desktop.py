@@ -6,6 +6,7 @@ import os
 import subprocess
 import time
 
+CONFIGURATION = os.path.join(os.path.dirname(os.path.abspath(__file__)), "openbox.xml")
 PATIENCE = 60  # seconds that any single thing may take on a busy machine
 
 
@@ -62,7 +63,7 @@ class Desktop:
             self.env = dict(os.environ, DISPLAY=":" + number.readline().strip())
         self.env.pop("WAYLAND_DISPLAY", None)
         self.env.pop("QT_QPA_PLATFORM", None)
-        self.start(["openbox", "--sm-disable"])
+        self.start(["openbox", "--sm-disable", "--config-file", CONFIGURATION])
         wait_for("the window manager", self.window_manager_runs)
         return self
 

@@ -63,12 +63,17 @@ constexpr Row kRows[] = {
     {Command::about, "&Help", "&About Trimora", "", "What this program is", "", "", Group::none, true},
 };
 
+QList<QKeySequence> keysOf(const Row& row) {
+    const QString keys = QString::fromUtf8(row.keys);
+    return keys.isEmpty() ? QList<QKeySequence>() : QKeySequence::listFromString(keys);
+}
+
 QString plain(QString text) {
     return text.remove(u'&').remove(u'…');
 }
 
 QString tipWithKeys(const Row& row) {
-    const auto keys = QKeySequence::listFromString(QString::fromUtf8(row.keys));
+    const auto keys = keysOf(row);
     const QString tip = QString::fromUtf8(row.tip);
     if (keys.isEmpty())
         return tip;
@@ -79,7 +84,7 @@ void dress(QAction& action, const Row& row) {
     const QString text = QString::fromUtf8(row.text);
     action.setText(text);
     action.setIconText(plain(text));
-    action.setShortcuts(QKeySequence::listFromString(QString::fromUtf8(row.keys)));
+    action.setShortcuts(keysOf(row));
     action.setToolTip(tipWithKeys(row));
     const QString icon = QString::fromUtf8(row.icon);
     const QString active = QString::fromUtf8(row.activeIcon);
@@ -130,7 +135,7 @@ QString Commands::shortcutTable() {
     };
     for (const Row& row : kRows) {
         QStringList keys;
-        for (const QKeySequence& sequence : QKeySequence::listFromString(QString::fromUtf8(row.keys)))
+        for (const QKeySequence& sequence : keysOf(row))
             keys += sequence.toString(QKeySequence::NativeText).toHtmlEscaped();
         if (!keys.isEmpty())
             add(keys.join(QStringLiteral(", ")), plain(QString::fromUtf8(row.text)));

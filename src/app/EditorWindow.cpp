@@ -223,6 +223,7 @@ void EditorWindow::showPicture(cutengine::PicturePtr picture, const path& file) 
         QStringLiteral("%1 × %2 pixels").arg(picture->pixelWidth()).arg(picture->pixelHeight()));
     setWindowTitle(QStringLiteral("%1 – Trimora").arg(QFile::decodeName(file.filename().c_str())));
     view().setImage(std::move(picture));
+    view().updateCursor();
     showBackground();
     updateEnabled();
 }

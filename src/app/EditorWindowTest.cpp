@@ -90,6 +90,14 @@ TEST_F(EditorWindowTest, AnOpenedPictureIsShownAndNamed) {
     EXPECT_FALSE(enabled(Command::savePicture));
 }
 
+TEST_F(EditorWindowTest, AnOpenedPictureGivesAWaitingPointerTheBrush) {
+    QEnterEvent enter({10, 10}, {10, 10}, {10, 10});
+    QCoreApplication::sendEvent(&cutView(), &enter);
+    EXPECT_EQ(cutView().cursor().shape(), Qt::ArrowCursor);
+    open("/p/cat.png");
+    EXPECT_EQ(cutView().cursor().shape(), Qt::BitmapCursor);
+}
+
 TEST_F(EditorWindowTest, AnUnreadablePictureLeavesEverythingAsItIs) {
     open("/p/cat.png");
     stroke();
@@ -212,6 +220,8 @@ TEST_F(EditorWindowTest, ZoomCommandsUndoEachOtherAndFitBringsBack) {
 TEST_F(EditorWindowTest, DroppedFilesAreOpened) {
     QMimeData data;
     data.setUrls({QUrl::fromLocalFile("/p/notes.txt"), QUrl::fromLocalFile("/p/dog.png")});
+    QDragEnterEvent enter({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(&window_, &enter);
     QDropEvent drop({10, 10}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
     QCoreApplication::sendEvent(&window_, &drop);
     settle();

@@ -38,8 +38,8 @@ StatusLine::StatusLine(QWidget* parent)
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins(metrics::kPanelMargin, 0, metrics::kPanelMargin, 0);
     row->setSpacing(metrics::kGap);
-    row->addWidget(busy_);
     row->addWidget(text_, 1);
+    row->addWidget(busy_);
     row->addWidget(numbers_);
 
     fade_.setSingleShot(true);

@@ -21,6 +21,7 @@ QToolButton* makeButton(QAction& action, int iconSize, Qt::ToolButtonStyle style
     button->setIconSize({iconSize, iconSize});
     button->setToolButtonStyle(style);
     button->setFocusPolicy(Qt::TabFocus);
+    button->setProperty("panel", true);
     button->setAccessibleName(action.iconText());
     button->setAccessibleDescription(action.toolTip());
     return button;

@@ -33,6 +33,7 @@ class CutViewFixture : public ::testing::Test {
     /// A picture that fills the view, one picture point to a view point.
     void openPicture() {
         view().setImage(plainPicture(400, 300));
+        view().updateCursor();  // where the pointer lay over the view before
         settle();
     }
 

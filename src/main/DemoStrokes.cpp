@@ -17,22 +17,34 @@ using Outline = std::vector<Point>;
 
 // The figures' outlines, clockwise, in thousandths of the picture's width from its top left corner.
 constexpr double kUnits = 1000;
-const Outline kChick = {{318, 149}, {345, 156}, {372, 168}, {410, 160}, {450, 154}, {490, 160}, {522, 170},
-                        {550, 156}, {578, 149}, {586, 200}, {612, 240}, {624, 285}, {620, 335}, {598, 395},
-                        {622, 435}, {636, 490}, {634, 550}, {614, 606}, {570, 654}, {500, 676}, {440, 680},
-                        {380, 674}, {325, 650}, {285, 600}, {260, 545}, {250, 490}, {262, 445}, {296, 400},
-                        {276, 350}, {266, 295}, {278, 240}, {312, 205}};
-const Outline kVase = {{708, 308}, {730, 302}, {752, 301}, {776, 302}, {797, 308}, {793, 350},
-                       {800, 395}, {825, 438}, {848, 488}, {855, 530}, {846, 580}, {825, 625},
-                       {812, 657}, {782, 663}, {752, 664}, {720, 663}, {692, 657}, {676, 620},
-                       {659, 570}, {650, 520}, {662, 475}, {692, 432}, {711, 390}, {714, 350}};
+const Outline kChick = {{318, 150}, {336, 158}, {372, 190}, {410, 170}, {450, 163}, {490, 168}, {524, 188},
+                        {552, 160}, {577, 152}, {577, 200}, {600, 240}, {614, 285}, {612, 335}, {592, 395},
+                        {612, 432}, {627, 490}, {626, 550}, {606, 604}, {564, 650}, {500, 672}, {440, 676},
+                        {380, 670}, {330, 646}, {292, 600}, {268, 545}, {260, 490}, {272, 445}, {306, 400},
+                        {288, 350}, {277, 295}, {292, 240}, {322, 205}};
+const Outline kVase = {{708, 306}, {730, 302}, {752, 301}, {776, 302}, {797, 306}, {790, 350}, {793, 385},
+                       {806, 415}, {825, 440}, {846, 488}, {855, 530}, {846, 580}, {825, 625}, {812, 660},
+                       {782, 664}, {752, 665}, {720, 664}, {692, 660}, {676, 620}, {659, 570}, {650, 520},
+                       {664, 475}, {692, 434}, {713, 390}, {716, 350}};
 
 constexpr double kBroadBrush = 60;
 constexpr double kFineBrush = 20;
 constexpr double kStep = 4;  // from one place of a stroke to the next
 
+/// The outline with each corner cut off at a quarter of its edges, which bends it.
+Outline bent(const Outline& outline) {
+    Outline result;
+    for (std::size_t i = 0; i < outline.size(); ++i) {
+        const Point a = outline[i];
+        const Point b = outline[(i + 1) % outline.size()];
+        result.push_back({a.x + (b.x - a.x) / 4, a.y + (b.y - a.y) / 4});
+        result.push_back({b.x - (b.x - a.x) / 4, b.y - (b.y - a.y) / 4});
+    }
+    return result;
+}
+
 std::vector<Outline> figures(Size shown) {
-    std::vector<Outline> scaled = {kChick, kVase};
+    std::vector<Outline> scaled = {bent(bent(kChick)), bent(bent(kVase))};
     for (Outline& outline : scaled) {
         for (Point& corner : outline)
             corner = {corner.x * shown.width / kUnits, corner.y * shown.width / kUnits};
