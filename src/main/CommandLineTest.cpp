@@ -1,0 +1,44 @@
+#include "main/CommandLine.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace trimora {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using Words = std::vector<const char*>;
+
+TEST(CommandLine, FilesAreOpened) {
+    EXPECT_TRUE(CommandLine::parse({})->files.empty());
+    const auto line = CommandLine::parse(Words{"a.png", "--", "--odd.png"});
+    ASSERT_TRUE(line);
+    EXPECT_EQ(line->mode, CommandLine::Mode::edit);
+    EXPECT_THAT(line->files, ElementsAre("a.png", "--odd.png"));
+}
+
+TEST(CommandLine, ADemoTakesAFolderAndOnePicture) {
+    const auto line = CommandLine::parse(Words{"--demo", "out", "a.png"});
+    ASSERT_TRUE(line);
+    EXPECT_EQ(line->mode, CommandLine::Mode::demo);
+    EXPECT_EQ(line->demoFolder, "out");
+    EXPECT_THAT(line->files, ElementsAre("a.png"));
+    EXPECT_FALSE(CommandLine::parse(Words{"--demo", "out"}));
+    EXPECT_FALSE(CommandLine::parse(Words{"--demo", "out", "a.png", "b.png"}));
+}
+
+TEST(CommandLine, HelpAndVersionWinOverTheRest) {
+    EXPECT_EQ(CommandLine::parse(Words{"a.png", "--help", "--unknown"})->mode, CommandLine::Mode::help);
+    EXPECT_EQ(CommandLine::parse(Words{"--version"})->mode, CommandLine::Mode::version);
+}
+
+TEST(CommandLine, WhatIsNotKnownIsNamed) {
+    const auto unknown = CommandLine::parse(Words{"--colour"});
+    ASSERT_FALSE(unknown);
+    EXPECT_THAT(unknown.error().message, HasSubstr("--colour"));
+    EXPECT_FALSE(CommandLine::parse(Words{"--demo"}));
+}
+
+}  // namespace
+}  // namespace trimora

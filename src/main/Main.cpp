@@ -1,0 +1,56 @@
+#include <QApplication>
+#include <cstdio>
+
+#include "controls/AppStyle.h"
+#include "main/CommandLine.h"
+#include "main/Demo.h"
+#include "main/Wiring.h"
+
+namespace {
+
+using trimora::CommandLine;
+
+// Every sample of a stroke counts, and scale factors are taken as the screen has them.
+void setUpToolkit(CommandLine::Mode mode) {
+    if (mode == CommandLine::Mode::demo)
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
+    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
+    QCoreApplication::setApplicationName(QStringLiteral("Trimora"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(TRIMORA_VERSION));
+    QGuiApplication::setDesktopFileName(QStringLiteral("trimora"));
+}
+
+int runEditor(int& argc, char** argv, const CommandLine& line) {
+    setUpToolkit(line.mode);
+    QApplication application(argc, argv);
+    trimora::controls::applyAppStyle(application);
+    trimora::Wiring wiring;
+    wiring.window().show();
+    if (line.mode == CommandLine::Mode::demo)
+        return trimora::runDemo(wiring.window(), line.files.front(), line.demoFolder);
+    wiring.window().open(line.files);
+    return QApplication::exec();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const auto line = CommandLine::parse({argv + 1, argv + argc});
+    if (!line) {
+        std::fprintf(stderr, "trimora: %s; --help tells more\n", line.error().message.c_str());
+        return 2;
+    }
+    switch (line->mode) {
+        case CommandLine::Mode::help:
+            std::fputs(CommandLine::help(), stdout);
+            return 0;
+        case CommandLine::Mode::version:
+            std::puts("Trimora " TRIMORA_VERSION);
+            return 0;
+        case CommandLine::Mode::edit:
+        case CommandLine::Mode::demo:
+            break;
+    }
+    return runEditor(argc, argv, *line);
+}
