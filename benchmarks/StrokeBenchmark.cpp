@@ -29,6 +29,8 @@ using foundation::Rect;
 
 constexpr int kSide = 2000;
 constexpr double kLength = 2000;
+constexpr Pixel kOpaque{0, 0, 0, 255};
+constexpr Pixel kCut{};
 
 enum class Shape : std::uint8_t { level, slanted, curved };
 
@@ -60,13 +62,13 @@ std::vector<Rect> stroke(double diameter, double hardness, Shape shape) {
     return stamps;
 }
 
-// Each painter owns its plane and fills it anew before the stroke; filling is the same small part of
-// every contestant's time.
+// Each painter owns its plane. Every second run restores what the run before has cut.
 std::function<void()> byTrimora(const std::vector<Rect>& stamps, const BrushStamp* soft) {
-    const auto plane = std::make_shared<Bitmap>(std::move(Bitmap::create(kSide, kSide)).value());
-    return [plane, &stamps, soft] {
-        plane->fill(Pixel{0, 0, 0, 255});
-        paintStamps(plane->view(), stamps, {Pixel{}, soft});
+    const auto plane =
+        std::make_shared<Bitmap>(std::move(Bitmap::createFilled(kSide, kSide, kOpaque)).value());
+    return [plane, &stamps, soft, restores = false]() mutable {
+        paintStamps(plane->view(), stamps, {restores ? kOpaque : kCut, soft});
+        restores = !restores;
     };
 }
 
@@ -80,14 +82,16 @@ QRadialGradient gradientOf(const QRectF& rect, const BrushStamp& soft) {
 
 std::function<void()> byQt(const std::vector<Rect>& stamps, const BrushStamp* soft) {
     const auto plane = std::make_shared<QImage>(kSide, kSide, QImage::Format_ARGB32_Premultiplied);
-    return [plane, &stamps, soft] {
-        plane->fill(Qt::black);
+    plane->fill(Qt::black);
+    return [plane, &stamps, soft, restores = false]() mutable {
         QPainter painter(plane.get());
         painter.setRenderHint(QPainter::Antialiasing);
         painter.setPen(Qt::NoPen);
-        painter.setBrush(Qt::transparent);
+        painter.setBrush(restores ? Qt::black : Qt::transparent);
         painter.setCompositionMode(soft == nullptr ? QPainter::CompositionMode_Source
+                                   : restores      ? QPainter::CompositionMode_SourceOver
                                                    : QPainter::CompositionMode_DestinationOut);
+        restores = !restores;
         for (const Rect& stamp : stamps) {
             const QRectF rect(stamp.x, kSide - stamp.maxY(), stamp.width, stamp.height);
             if (soft != nullptr)
@@ -101,9 +105,12 @@ std::function<void()> byQt(const std::vector<Rect>& stamps, const BrushStamp* so
 struct CairoPlane {
     cairo_surface_t* surface = cairo_image_surface_create(CAIRO_FORMAT_ARGB32, kSide, kSide);
     cairo_t* context = cairo_create(surface);
-    CairoPlane() = default;
     CairoPlane(const CairoPlane&) = delete;
     CairoPlane& operator=(const CairoPlane&) = delete;
+    CairoPlane() {
+        cairo_set_source_rgba(context, 0, 0, 0, 1);
+        cairo_paint(context);
+    }
     ~CairoPlane() {
         cairo_destroy(context);
         cairo_surface_destroy(surface);
@@ -127,13 +134,13 @@ void drawWithCairo(cairo_t* context, const Rect& stamp, const BrushStamp* soft) 
 
 std::function<void()> byCairo(const std::vector<Rect>& stamps, const BrushStamp* soft) {
     const auto plane = std::make_shared<CairoPlane>();
-    return [plane, &stamps, soft] {
+    return [plane, &stamps, soft, restores = false]() mutable {
         cairo_t* const context = plane->context;
-        cairo_set_operator(context, CAIRO_OPERATOR_SOURCE);
-        cairo_set_source_rgba(context, 0, 0, 0, 1);
-        cairo_paint(context);
-        cairo_set_operator(context, soft == nullptr ? CAIRO_OPERATOR_SOURCE : CAIRO_OPERATOR_DEST_OUT);
-        cairo_set_source_rgba(context, 0, 0, 0, 0);
+        cairo_set_operator(context, soft == nullptr ? CAIRO_OPERATOR_SOURCE
+                                    : restores      ? CAIRO_OPERATOR_OVER
+                                                    : CAIRO_OPERATOR_DEST_OUT);
+        cairo_set_source_rgba(context, 0, 0, 0, restores ? 1 : 0);
+        restores = !restores;
         for (const Rect& stamp : stamps)
             drawWithCairo(context, stamp, soft);
         cairo_surface_flush(plane->surface);
@@ -141,15 +148,16 @@ std::function<void()> byCairo(const std::vector<Rect>& stamps, const BrushStamp*
 }
 
 std::function<void()> byOpenCv(const std::vector<Rect>& stamps) {
-    const auto plane = std::make_shared<cv::Mat>(kSide, kSide, CV_8UC4);
-    return [plane, &stamps] {
+    const auto plane = std::make_shared<cv::Mat>(kSide, kSide, CV_8UC4, cv::Scalar(0, 0, 0, 255));
+    return [plane, &stamps, restores = false]() mutable {
         constexpr int kShift = 4;  // bits of a pixel's fraction
         const auto fixed = [](double value) { return static_cast<int>(std::lround(value * (1 << kShift))); };
-        plane->setTo(cv::Scalar(0, 0, 0, 255));
+        const cv::Scalar colour(0, 0, 0, restores ? 255 : 0);
+        restores = !restores;
         for (const Rect& stamp : stamps) {
             const foundation::Point centre = stamp.centre();
             cv::circle(*plane, {fixed(centre.x - 0.5), fixed(kSide - centre.y - 0.5)}, fixed(stamp.width / 2),
-                       cv::Scalar(0, 0, 0, 0), cv::FILLED, cv::LINE_AA, kShift);
+                       colour, cv::FILLED, cv::LINE_AA, kShift);
         }
     };
 }

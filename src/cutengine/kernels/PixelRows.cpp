@@ -25,7 +25,7 @@ int differingImpl(const std::uint32_t* row, const std::uint32_t* other, int widt
             continue;
         for (int i = 0; i < 4 * lanes; i += lanes) {
             const auto same = hn::Eq(hn::LoadU(d, row + x + i), hn::LoadU(d, other + x + i));
-            const auto place = hn::Iota(d32, x + i);
+            const auto place = hn::Add(hn::Iota(d32, 0), hn::Set(d32, x + i));
             count += static_cast<int>(
                 hn::CompressStore(place, hn::RebindMask(d32, hn::Not(same)), d32, places + count));
         }

@@ -23,6 +23,30 @@ HWY_INLINE V between(V from, V to, V weight) {
     return hn::Add(from, hn::MulFixedPoint15(hn::Sub(to, from), weight));
 }
 
+void maskShares(const MaskRow& row, std::size_t pixels, Share* shares) {
+    const hn::ScalableTag<std::uint32_t> words;
+    const hn::RebindToSigned<decltype(words)> wholes;
+    const hn::RebindToFloat<decltype(words)> reals;
+    const auto byte = hn::Set(words, 0xFF);
+    const auto down = hn::Set(reals, row.weight);
+    const auto most = hn::Set(reals, row.coverage * kFullShare);
+    const auto real = [&](auto word)
+                          HWY_ATTR { return hn::ConvertTo(reals, hn::BitCast(wholes, hn::And(word, byte))); };
+    const auto mix = [](auto from, auto to, auto weight)
+                         HWY_ATTR { return hn::Add(from, hn::Mul(hn::Sub(to, from), weight)); };
+    for (std::size_t i = 0; i < pixels; i += hn::Lanes(words)) {
+        const auto quad = hn::LoadU(words, row.quads + i);
+        const auto across = hn::LoadU(reals, row.weights + i);
+        const auto top = mix(real(quad), real(hn::ShiftRight<8>(quad)), across);
+        const auto bottom = mix(real(hn::ShiftRight<16>(quad)), real(hn::ShiftRight<24>(quad)), across);
+        const auto mask = hn::Mul(mix(top, bottom, down), hn::Set(reals, 1.0F / 255));
+        const auto shown = hn::Mul(mask, hn::Mul(hn::LoadU(reals, row.coverages + i), most));
+        const auto share = hn::BitCast(words, hn::NearestInt(shown));
+        const auto twice = hn::Or(share, hn::ShiftLeft<16>(share));
+        hn::StoreInterleaved2(twice, twice, words, reinterpret_cast<std::uint32_t*>(shares + 4 * i));
+    }
+}
+
 void stretchSamples(const std::uint8_t* left, const std::uint8_t* right, const Share* weights,
                     std::size_t count, Sample* to) {
     const Samples samples;
@@ -120,6 +144,7 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace trimora::cutengine::kernels {
 
+HWY_EXPORT(maskShares);
 HWY_EXPORT(stretchSamples);
 HWY_EXPORT(stretchPairs);
 HWY_EXPORT(mixSamples);
@@ -128,6 +153,10 @@ HWY_EXPORT(widenSamples);
 HWY_EXPORT(narrowSamples);
 HWY_EXPORT(coverSamples);
 HWY_EXPORT(blendSamples);
+
+void maskShares(const MaskRow& row, std::size_t pixels, Share* shares) {
+    HWY_DYNAMIC_DISPATCH(maskShares)(row, pixels, shares);
+}
 
 void stretchSamples(const std::uint8_t* left, const std::uint8_t* right, const Share* weights,
                     std::size_t count, Sample* to) {

@@ -105,7 +105,7 @@ void compareOneStroke(std::uint64_t seed) {
 
 TEST(StrokePainter, givesTheBytesOfThePlainPainterForRandomStrokes) {
     auto seeds = testing::seededGenerator();
-    for (int k = 0; k < 250 && !HasFailure(); ++k) {
+    for (int k = 0; k < 150 && !HasFailure(); ++k) {
         SCOPED_TRACE(k);
         compareOneStroke(seeds());
     }
@@ -191,9 +191,9 @@ TEST(StrokePainter, ignoresStampsThatAreNoNumbers) {
     const std::vector<Rect> stamps{{nan, 0, 9, 9},     {0, nan, 9, 9},     {0, 0, nan, 9}, {0, 0, 9, nan},
                                    {inf, 0, 9, 9},     {0, -inf, 9, 9},    {0, 0, inf, 9}, {0, 0, inf, inf},
                                    {most, 0, most, 9}, {0, -most, 9, most}};
-    for (const BrushStamp* soft :
-         {static_cast<const BrushStamp*>(nullptr), &std::as_const(*new BrushStamp(9, 0))})
-        paintStamps(plane.view(), stamps, {kCut, soft});
+    const BrushStamp soft(9, 0);
+    paintStamps(plane.view(), stamps, {kCut, nullptr});
+    paintStamps(plane.view(), stamps, {kCut, &soft});
     EXPECT_TRUE(samePixels(plane.view(), filledPlane(30, 30).view()));
 }
 

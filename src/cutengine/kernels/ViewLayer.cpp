@@ -142,10 +142,13 @@ void ViewLayer::drawOver(int begin, int end, Sample* base) {
     blendSamples(base, samples_.data(), shares_.data(), hidden_.data(), count);
 }
 
-void ViewLayer::findShares(int begin, int end, Share* shares) const {
+void ViewLayer::findShares(int begin, int end, Share* shares) {
+    if (mask_) {
+        mask_->findShares(begin, end, columnCoverage_.data(), rowCoverage_, shares);
+        return;
+    }
     for (int i = begin * kViewBlockWidth; i < end * kViewBlockWidth; ++i, shares += kComponents) {
-        const float mask = mask_ ? mask_->at(i) : 1;
-        const float shown = mask * (columnCoverage_[static_cast<std::size_t>(i)] * rowCoverage_);
+        const float shown = columnCoverage_[static_cast<std::size_t>(i)] * rowCoverage_;
         std::fill_n(shares, kComponents, static_cast<Share>(shown * kFullShare + 0.5F));
     }
 }

@@ -46,7 +46,7 @@ class ViewLayer {
     [[nodiscard]] Cover findCover(int block) const;
 
     /// How much each sample shows, border and mask together.
-    void findShares(int begin, int end, Share* shares) const;
+    void findShares(int begin, int end, Share* shares);
 
     ViewLayerSource source_;
     bool drawable_;

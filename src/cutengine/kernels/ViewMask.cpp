@@ -26,7 +26,6 @@ void ViewMask::moveToColumns(int x, int width) {
         const SamplePlace place = across_.at(x + i);
         const auto slot = static_cast<std::size_t>(i);
         left_[slot] = place.index - firstColumn_;
-        right_[slot] = across_.next(place.index) - firstColumn_;
         weights_[slot] = real(place.weight);
     }
 }
@@ -42,14 +41,20 @@ bool ViewMask::moveToRow(int y) {
     return true;
 }
 
-float ViewMask::at(int pixel) const {
-    const auto i = static_cast<std::size_t>(pixel);
-    const auto between = [](float from, float to, float weight) { return from + (to - from) * weight; };
-    const auto across = [&](const Line& line) {
-        const std::uint8_t* const values = line.values.data();
-        return between(values[left_[i]], values[right_[i]], weights_[i]);
-    };
-    return between(across(*top_), across(*bottom_), weight_) * (1.0F / 255);
+void ViewMask::findShares(int begin, int end, const float* columnCoverage, float rowCoverage, Share* shares) {
+    const auto first = static_cast<std::size_t>(begin) * kViewBlockWidth;
+    const std::size_t count = static_cast<std::size_t>(end - begin) * kViewBlockWidth;
+    const std::uint8_t* const top = top_->values.data();
+    const std::uint8_t* const bottom = bottom_->values.data();
+    const int next = across_.next(0);  // 0 in a mask of one column, whose only value stands for both
+    for (std::size_t i = first; i < first + count; ++i) {
+        const int left = left_[i];
+        const int right = left + next;
+        quads_[i] = static_cast<std::uint32_t>(top[left] | top[right] << 8 | bottom[left] << 16) |
+                    static_cast<std::uint32_t>(bottom[right]) << 24;
+    }
+    maskShares({&quads_[first], &weights_[first], weight_, columnCoverage + first, rowCoverage}, count,
+               shares);
 }
 
 const ViewMask::Line* ViewMask::lineOf(int row) {
@@ -74,7 +79,7 @@ void ViewMask::findCovers(Line& line) const {
     for (int block = 0; all == Cover::mixed && block < blocks_; ++block) {
         const auto begin = static_cast<std::size_t>(block * kViewBlockWidth);
         const int first = left_[begin];
-        const int last = right_[begin + kViewBlockWidth - 1];
+        const int last = left_[begin + kViewBlockWidth - 1] + across_.next(0);
         line.covers[static_cast<std::size_t>(block)] = coverOfColumns(first, last - first + 1);
     }
 }

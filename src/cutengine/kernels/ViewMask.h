@@ -30,8 +30,9 @@ class ViewMask {
         return cover == bottom_->covers[static_cast<std::size_t>(block)] ? cover : Cover::mixed;
     }
 
-    /// The mask at a pixel of the row, 0 to 1, interpolated.
-    [[nodiscard]] float at(int pixel) const;
+    /// What shows of each sample of blocks `begin` to `end` of the row: the mask, interpolated, times
+    /// `columnCoverage` of the pixel (counted from the strip's left edge) and `rowCoverage`, 0 to 1.
+    void findShares(int begin, int end, const float* columnCoverage, float rowCoverage, Share* shares);
 
  private:
     /// A row of the level, as far as the strip reads it, and what it leaves of each block.
@@ -55,8 +56,8 @@ class ViewMask {
     std::array<Line, 2> lines_;  ///< of an even row and an odd one
     int blocks_ = 0;
     std::array<int, kViewStripWidth> left_;  ///< columns of the lines
-    std::array<int, kViewStripWidth> right_;
     std::array<float, kViewStripWidth> weights_;
+    std::array<std::uint32_t, kViewStripWidth> quads_;
 };
 
 }  // namespace trimora::cutengine::kernels

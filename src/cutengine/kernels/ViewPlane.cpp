@@ -18,11 +18,13 @@ void ViewPlane::moveToColumns(int x, int width) {
     width_ = width;
     heldRows_ = {-1, -1};
     contiguous_ = true;
+    aligned_ = true;
     for (int i = 0; i < width; ++i) {
         const SamplePlace place = across_.at(x + i);
         indices_[static_cast<std::size_t>(i)] = place.index;
         std::fill_n(weights_.begin() + static_cast<std::ptrdiff_t>(samplesIn(i)), kPixelBytes, place.weight);
         contiguous_ = contiguous_ && place.index == indices_[0] + i;
+        aligned_ = aligned_ && contiguous_ && place.weight == 0;
     }
 }
 
@@ -38,18 +40,13 @@ void ViewPlane::sample(int begin, int end, Sample* to) {
 
 void ViewPlane::draw(int begin, int end, std::uint8_t* to) {
     const std::size_t count = samplesIn(end - begin);
-    if (copiesPixels()) {
+    if (aligned_ && place_.weight == 0) {
         std::memcpy(to, bitmap_.row(place_.index) + samplesIn(indices_[0] + begin), count);
         return;
     }
     const Sample* const top = stretchedRow(place_.index) + samplesIn(begin);
     const Sample* const bottom = stretchedRow(down_.next(place_.index)) + samplesIn(begin);
     mixToBytes(top, bottom, place_.weight, count, to);
-}
-
-/// Whether pixels of bitmap and screen fall on each other in this row.
-bool ViewPlane::copiesPixels() const {
-    return contiguous_ && place_.weight == 0 && weights_[0] == 0;
 }
 
 /// One row of the bitmap interpolated across. Two neighbouring rows are held at a time, so that going

@@ -40,13 +40,13 @@ class ViewPlane {
     const Sample* stretchedRow(int row);
     void gatherPairs(int row);
     void fetchAhead(int row) const;
-    [[nodiscard]] bool copiesPixels() const;
 
     foundation::BitmapView bitmap_;
     PlacedSamples across_;
     PlacedSamples down_;
     SamplePlace place_{};
     int width_ = 0;
+    bool aligned_ = false;     ///< every column falls on a sample; implies contiguous_
     bool contiguous_ = false;  ///< every column reads the sample after the one that its neighbour reads
     std::array<int, 2> heldRows_{-1, -1};  ///< rows in stretched_: an even one and an odd one
     std::array<int, kViewStripWidth> indices_;

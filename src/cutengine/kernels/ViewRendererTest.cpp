@@ -231,6 +231,23 @@ TEST(ViewRenderer, ViewsWiderThanOneStripAreNearTheRealNumbers) {
     }
 }
 
+TEST(ViewRenderer, ZoomsBesideOneThatBeginOnAWholePixelAreNearTheRealNumbers) {
+    auto random = testing::seededGenerator();
+    for (const double zoom : {0.9996, 1.0004, 1.002}) {
+        Stage stage = randomStage(random, zoom, 700, 12);
+        const Bitmap picture = randomPicture(random, 800, 20, AlphaMode::opaque);
+        InlineWorkers workers;
+        const MipPyramid levels = MipPyramid::build(picture.view(), workers);
+        stage.scene.scaleFactor = 1;
+        stage.scene.picture = &levels;
+        stage.scene.pictureSize = {800, 20};
+        stage.scene.mask = nullptr;
+        // The view's rows fall on rows of the picture, and its first pixel on one, but its last do not.
+        stage.scene.pictureToView = {zoom, 0, 0, 1, (1 - zoom) / 2, 12 - 20};
+        expectNear(rendered(stage.scene, 700, 12), stage.scene);
+    }
+}
+
 TEST(ViewRenderer, PartsDrawnByThemselvesEqualTheWholeAndTouchNothingElse) {
     auto random = testing::seededGenerator();
     InlineWorkers workers;

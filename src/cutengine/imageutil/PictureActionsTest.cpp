@@ -1,0 +1,148 @@
+#include "cutengine/imageutil/PictureActions.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "cutengine/imageutil/FilterImage.h"
+#include "foundation/VirtualTime.h"
+#include "testing/CapturedLog.h"
+
+namespace trimora::cutengine {
+namespace {
+
+using foundation::Bitmap;
+using foundation::Rect;
+using foundation::Size;
+using ::testing::Contains;
+
+/// Fails a number of times before it hands out bitmaps of the given sizes.
+class ScriptedDecoder final : public PictureDecoder {
+ public:
+    foundation::Result<DecodedPicture> decode(const std::filesystem::path& /*file*/) override {
+        if (++calls <= failures)
+            return foundation::Error{"not a picture"};
+        DecodedPicture decoded;
+        for (const auto& [width, height] : sizes)
+            decoded.representations.push_back(Bitmap::createFilled(width, height, {1, 2, 3, 255}).value());
+        return decoded;
+    }
+    int calls = 0;
+    int failures = 0;
+    std::vector<std::pair<int, int>> sizes{{4, 3}};
+};
+
+class PictureActionsTest : public ::testing::Test {
+ protected:
+    ScriptedDecoder decoder;
+    foundation::VirtualTime time;
+    int random = 0;
+    Patience patience{time, [this] { return random; }};
+    foundation::InlineWorkers workers;
+};
+
+TEST_F(PictureActionsTest, SizeIsTheLargestWidthAndTheLargestHeightEachByItself) {
+    decoder.sizes = {{40, 10}, {20, 30}};
+    const LoadedPicture loaded = imageFromURL("x", decoder);
+    EXPECT_EQ(loaded.picture->size(), (Size{40, 30}));
+    EXPECT_EQ(loaded.picture->representations().size(), 2U);
+}
+
+TEST_F(PictureActionsTest, TwoResolutionsOfOnePictureLoadAtTheLargerPixelSize) {
+    decoder.sizes = {{100, 80}, {200, 160}};
+    EXPECT_EQ(imageFromURL("x", decoder).picture->size(), (Size{200, 160}));
+}
+
+TEST_F(PictureActionsTest, BestRepresentationIsTheSmallestThatIsLargeEnough) {
+    decoder.sizes = {{400, 320}, {100, 80}, {200, 160}};
+    const PicturePtr picture = imageFromURL("x", decoder).picture;
+    EXPECT_EQ(picture->bestRepresentation(90, 70)->width(), 100);
+    EXPECT_EQ(picture->bestRepresentation(101, 70)->width(), 200);
+    EXPECT_EQ(picture->bestRepresentation(900, 70)->width(), 400);
+    EXPECT_EQ(picture->bestRepresentation()->width(), 400);
+}
+
+TEST_F(PictureActionsTest, UnreadableFileYieldsNoneAndTheReason) {
+    decoder.failures = 1;
+    const LoadedPicture loaded = imageFromURL("x", decoder);
+    EXPECT_EQ(loaded.picture, nullptr);
+    EXPECT_EQ(loaded.notice, "not a picture");
+}
+
+TEST_F(PictureActionsTest, FileThatNeverBecomesReadableIsTriedElevenTimesInAll) {
+    decoder.failures = 1000;
+    EXPECT_EQ(imageFromURL_async("x", true, decoder, patience).picture, nullptr);
+    EXPECT_EQ(decoder.calls, 11);
+    EXPECT_NEAR(time.seconds(), 0.5, 1e-9);
+    random = 99'999;
+    (void)imageFromURL_async("x", true, decoder, patience);
+    EXPECT_NEAR(time.seconds(), 0.5 + 1.49999, 1e-9);
+}
+
+TEST_F(PictureActionsTest, WaitingStopsAtTheFirstSuccess) {
+    decoder.failures = 3;
+    EXPECT_NE(imageFromURL_async("x", true, decoder, patience).picture, nullptr);
+    EXPECT_EQ(decoder.calls, 4);
+}
+
+TEST_F(PictureActionsTest, FileThatIsThereAlreadyIsTriedOnce) {
+    decoder.failures = 1000;
+    (void)imageFromURL_async("x", false, decoder, patience);
+    EXPECT_EQ(decoder.calls, 1);
+    EXPECT_EQ(time.seconds(), 0);
+}
+
+TEST_F(PictureActionsTest, ResizeMakesOneBitmapOfTheGivenSize) {
+    decoder.sizes = {{40, 10}, {20, 30}};
+    const PicturePtr whole = resize(imageFromURL("x", decoder).picture, 40, 30, workers);
+    ASSERT_EQ(whole->representations().size(), 1U);
+    EXPECT_EQ(whole->size(), (Size{40, 30}));
+}
+
+TEST_F(PictureActionsTest, ResizeToItsOwnSizeKeepsThePicture) {
+    const PicturePtr picture = imageFromURL("x", decoder).picture;
+    EXPECT_EQ(resize(picture, 4, 3, workers), picture);
+}
+
+TEST_F(PictureActionsTest, ResizeOfNothingLogsInvalidImage) {
+    testing::CapturedLog log;
+    EXPECT_EQ(resize(nullptr, 4, 3, workers), nullptr);
+    EXPECT_EQ(resize(Picture::createSized({0, 0}, {}), 4, 3, workers), nullptr);
+    EXPECT_THAT(log.texts(), Contains("Invalid Image").Times(2));
+}
+
+TEST_F(PictureActionsTest, CropMovesTheResultToTheOrigin) {
+    decoder.sizes = {{300, 200}};
+    const FilterImage image = FilterImage::fromPicture(imageFromURL("x", decoder).picture);
+    const FilterImage cropped = image.crop({10, 20, 100, 50});
+    EXPECT_EQ(cropped.extent(), (Rect{0, 0, 100, 50}));
+    EXPECT_EQ(cropped.picture()->size(), (Size{100, 50}));
+}
+
+TEST_F(PictureActionsTest, CropTakesThePixelsOfItsArea) {
+    Bitmap bitmap = Bitmap::createFilled(10, 10, {0, 0, 0, 255}).value();
+    bitmap.setPixel(3, 10 - 1 - 4, {9, 9, 9, 255});
+    const FilterImage image = FilterImage::fromPicture(Picture::create(std::move(bitmap)));
+    const PicturePtr part = image.crop({2, 3, 4, 4}).crop({1, 1, 2, 2}).picture();
+    EXPECT_EQ(part->bestRepresentation()->pixel(0, 1), (foundation::Pixel{9, 9, 9, 255}));
+}
+
+TEST_F(PictureActionsTest, FilterImageOfNothingIsEmpty) {
+    const FilterImage image = FilterImage::fromPicture(nullptr);
+    EXPECT_TRUE(image.isEmpty());
+    EXPECT_TRUE(image.extent().isZero());
+    EXPECT_EQ(image.picture(), nullptr);
+    EXPECT_EQ(blurredCopy(nullptr, workers), nullptr);
+}
+
+TEST_F(PictureActionsTest, BlurredCopyHasThePicturesSizeAndARadiusOfItsSidesByTwoHundred) {
+    Bitmap bitmap = Bitmap::createFilled(1000, 800, {0, 0, 0, 255}).value();
+    bitmap.setPixel(500, 400, {255, 255, 255, 255});
+    const PicturePtr blurred = blurredCopy(Picture::create(std::move(bitmap)), workers);
+    EXPECT_EQ(blurred->size(), (Size{1000, 800}));
+    const auto pixels = blurred->bestRepresentation();
+    EXPECT_GT(pixels->pixel(500 + 9, 400).red, 0);
+    EXPECT_EQ(pixels->pixel(500 + 10, 400).red, 0);
+}
+
+}  // namespace
+}  // namespace trimora::cutengine
