@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <climits>
 #include <cstdio>  // jpeglib.h needs FILE
 #include <optional>
 #include <string>
@@ -29,6 +30,8 @@ using foundation::Result;
 constexpr int kMostScans = 100;
 constexpr int kScansAlwaysAllowed = 20;
 constexpr std::uint64_t kMostScannedPixels = 5'000'000'000;
+constexpr std::uint64_t kPixelsNeverDoubted = 64'000'000;
+constexpr std::uint64_t kPixelsPerByteAtMost = 8 * DCTSIZE2;  // a block takes one bit or more
 
 /// One run of the library over one file. The library reports failure by a long jump, so every function
 /// that calls it sets the place to return to, holds no object with a destructor, and says whether all
@@ -77,6 +80,14 @@ class Reading {
         return true;
     }
 
+    /// Whether the file is so short that it cannot even hold the first scan of a very large picture that is
+    /// sent in several, and which the library would fill in whole, at great cost, with nothing.
+    [[nodiscard]] bool isImplausible() {
+        const std::uint64_t pixels = width() * height();
+        return pixels > kPixelsNeverDoubted && pixels / kPixelsPerByteAtMost > file_.size() &&
+               jpeg_has_multiple_scans(&info_) != 0;
+    }
+
     [[nodiscard]] std::uint64_t width() const { return info_.image_width; }
     [[nodiscard]] std::uint64_t height() const { return info_.image_height; }
     [[nodiscard]] int rowsRead() const { return static_cast<int>(info_.output_scanline); }
@@ -115,17 +126,23 @@ class Reading {
 
     /// Level -1 is a warning that the data is not as it should be; most are harmless.
     void notice(int level) {
-        if (level == -1 && (errors_.msg_code == JWRN_HIT_MARKER || errors_.msg_code == JWRN_HUFF_BAD_CODE))
-            damaged_ = true;
+        if (level != -1)
+            return;
+        if (errors_.msg_code == JWRN_HIT_MARKER && info_.unread_marker == JPEG_EOI)
+            noMoreData();
+        damaged_ |= errors_.msg_code == JWRN_HIT_MARKER || errors_.msg_code == JWRN_HUFF_BAD_CODE;
+    }
+
+    void noMoreData() {
+        if (!dataEndsAtRow_)
+            dataEndsAtRow_ = rowsRead();
     }
 
     /// The file ends before its picture does: hands the library an end marker, as often as it asks.
     boolean endOfFile() {
         static constexpr std::array<JOCTET, 2> kEnd = {0xFF, JPEG_EOI};
-        if (!cutShort_) {
-            cutShort_ = true;
-            cutShortAt_ = rowsRead();
-        }
+        cutShort_ = true;
+        noMoreData();
         info_.src->next_input_byte = kEnd.data();
         info_.src->bytes_in_buffer = kEnd.size();
         return TRUE;
@@ -148,13 +165,13 @@ class Reading {
             fail("the file has more scans than any picture needs");
     }
 
-    /// A baseline file is decoded as it is read: once it has ended, only what the library has in hand (the
-    /// blocks at this place and the next row of them) can still hold something of the picture.
+    /// A baseline file is decoded as it is read: once its data has ended, only what the library has in hand
+    /// (the blocks at this place and the next row of them) can still hold something of the picture.
     [[nodiscard]] int lastRowWorthReading() {
-        if (!cutShort_ || jpeg_has_multiple_scans(&info_))
+        if (!dataEndsAtRow_ || jpeg_has_multiple_scans(&info_))
             return INT_MAX;
         const int blockHeight = info_.max_v_samp_factor * DCTSIZE;
-        return (cutShortAt_ / blockHeight + 2) * blockHeight;
+        return (*dataEndsAtRow_ / blockHeight + 2) * blockHeight;
     }
 
     Bytes file_;
@@ -166,7 +183,7 @@ class Reading {
     bool cutShort_ = false;
     bool damaged_ = false;
     bool nothingFollows_ = false;
-    int cutShortAt_ = 0;
+    std::optional<int> dataEndsAtRow_;  // what had been read when the data turned out to have ended
 };
 
 Error unreadable(const Reading& reading) {
@@ -181,6 +198,8 @@ Result<DecodedPicture> JpegDecoder::decode(Bytes file) const {
         return reading.isCutShort() ? Error{"the file ends before its picture begins"} : unreadable(reading);
     if (std::optional<Error> refusal = budget().refusal(reading.width(), reading.height()))
         return *std::move(refusal);
+    if (reading.isImplausible())
+        return Error{"the file is far too short for a picture of its size"};
     if (reading.holdsNothing())
         return Error{"the file ends before its picture begins"};
     Result<Bitmap> pixels = Bitmap::create(static_cast<int>(reading.width()),

@@ -13,6 +13,19 @@ using foundation::AlphaMode;
 using foundation::Bitmap;
 using foundation::Result;
 
+/// Changes the size that the header of the frame tells.
+void setSize(samples::Buffer& file, int width, int height) {
+    for (std::size_t i = 0; i + 9 < file.size(); ++i) {
+        if (file[i] != 0xFF || (file[i + 1] != 0xC0 && file[i + 1] != 0xC2))
+            continue;
+        file[i + 5] = static_cast<std::uint8_t>(height >> 8);
+        file[i + 6] = static_cast<std::uint8_t>(height);
+        file[i + 7] = static_cast<std::uint8_t>(width >> 8);
+        file[i + 8] = static_cast<std::uint8_t>(width);
+        return;
+    }
+}
+
 class JpegDecoderTest : public ::testing::Test {
  protected:
     foundation::InlineWorkers workers_;
@@ -150,16 +163,31 @@ TEST_F(JpegDecoderTest, FileThatEndsBeforeThePictureIsAnError) {
 
 TEST_F(JpegDecoderTest, PictureAboveTheBudgetIsRefusedFromItsHeader) {
     samples::Buffer file = samples::jpeg(picture_.view());
-    for (std::size_t i = 0; i + 9 < file.size(); ++i) {
-        if (file[i] == 0xFF && file[i + 1] == 0xC0) {  // the header of the frame: height, then width
-            file[i + 5] = file[i + 7] = 0xFF;
-            file[i + 6] = file[i + 8] = 0xDC;
-            break;
-        }
-    }
+    setSize(file, 65'500, 65'500);
     const Result<DecodedPicture> read = decoder_.decode(file);
     ASSERT_FALSE(read);
     EXPECT_EQ(read.error().message, "the picture has 4291 megapixels, and the free memory is enough for 10");
+}
+
+TEST_F(JpegDecoderTest, DataThatEndsBeforeThePictureLeavesTheRestTransparent) {
+    samples::Buffer file = samples::jpeg(picture_.view());
+    setSize(file, 2000, 3000);  // the end marker comes after a tenth of a row of it
+    const Result<DecodedPicture> read = decoder_.decode(file);
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->notice, "the file is damaged; what could be read is shown");
+    EXPECT_EQ(read->representations[0].pixel(0, 0).alpha, 255);
+    EXPECT_EQ(read->representations[0].pixel(1000, 2000), foundation::Pixel{});
+}
+
+TEST_F(JpegDecoderTest, LargePictureInScansThatTheFileCannotHoldIsRefused) {
+    samples::JpegOptions options;
+    options.progressive = true;
+    samples::Buffer file = samples::jpeg(picture_.view(), options);
+    setSize(file, 20'000, 20'000);
+    const JpegDecoder roomy(PixelBudget(1'000'000'000), workers_);
+    const Result<DecodedPicture> read = roomy.decode(file);
+    ASSERT_FALSE(read);
+    EXPECT_EQ(read.error().message, "the file is far too short for a picture of its size");
 }
 
 TEST_F(JpegDecoderTest, ThousandScansAreRefused) {

@@ -3,11 +3,14 @@
 #include <spng.h>
 
 #include <algorithm>
+#include <array>
+#include <cmath>
 #include <cstring>
 #include <memory>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "codecs/PixelRows.h"
 #include "codecs/PngChunks.h"
@@ -22,6 +25,7 @@ using foundation::AlphaMode;
 using foundation::Bitmap;
 using foundation::Error;
 using foundation::MutableBitmapView;
+using foundation::Pixel;
 using foundation::Result;
 
 constexpr int kWideDepth = 16;
@@ -94,6 +98,62 @@ Outcome readNarrow(spng_ctx* context, MutableBitmapView to) {
         [&](int y) { exchangeRedAndBlue(to.row(y), count); });
 }
 
+/// Whether a pixel is one number of few bits, with at most 256 looks.
+bool isIndexed(const PngChunks& chunks) {
+    return !chunks.isInterlaced && chunks.bitDepth <= 8 &&
+           (chunks.colourType == SPNG_COLOR_TYPE_GRAYSCALE || chunks.colourType == SPNG_COLOR_TYPE_INDEXED);
+}
+
+using Looks = std::array<std::uint32_t, 256>;
+
+/// What each number looks like, as the four bytes of a pixel. Numbers beyond the palette are opaque black.
+Looks looksOf(spng_ctx* context, const PngChunks& chunks) {
+    std::array<Pixel, 256> pixels;
+    pixels.fill({0, 0, 0, 255});
+    spng_trns transparency{};
+    const bool transparent = spng_get_trns(context, &transparency) == 0;
+    if (chunks.colourType == SPNG_COLOR_TYPE_INDEXED) {
+        spng_plte palette{};
+        spng_get_plte(context, &palette);
+        for (std::size_t i = 0; i < std::min<std::size_t>(palette.n_entries, pixels.size()); ++i)
+            pixels[i] = {palette.entries[i].blue, palette.entries[i].green, palette.entries[i].red, 255};
+        for (std::size_t i = 0; transparent && i < transparency.n_type3_entries; ++i)
+            pixels[i].alpha = transparency.type3_alpha[i];
+    } else {
+        const std::size_t brightest = (std::size_t{1} << chunks.bitDepth) - 1;
+        for (std::size_t i = 0; i <= brightest; ++i) {
+            const auto grey = static_cast<std::uint8_t>(i * 255 / brightest);
+            pixels[i] = {grey, grey, grey, 255};
+        }
+        if (transparent)
+            pixels[transparency.gray & brightest].alpha = 0;
+    }
+    Looks looks{};
+    std::memcpy(looks.data(), pixels.data(), sizeof looks);
+    return looks;
+}
+
+/// Writes a row of numbers of 1, 2, 4 or 8 bits, first pixel in the highest bits, as what they look like.
+void putLooks(const std::vector<std::uint8_t>& numbers, int bits, const Looks& looks, std::uint8_t* to,
+              std::size_t count) {
+    const auto depth = static_cast<std::size_t>(bits);
+    const std::uint32_t mask = (1U << bits) - 1;
+    for (std::size_t i = 0; i < count; ++i) {
+        const std::size_t bit = i * depth;
+        const std::uint32_t number = numbers[bit / 8] >> (8 - depth - bit % 8) & mask;
+        std::memcpy(to + i * 4, &looks[number], 4);
+    }
+}
+
+Outcome readIndexed(spng_ctx* context, const PngChunks& chunks, MutableBitmapView to) {
+    const auto count = static_cast<std::size_t>(to.width);
+    const Looks looks = looksOf(context, chunks);
+    std::vector<std::uint8_t> numbers((count * static_cast<std::size_t>(chunks.bitDepth) + 7) / 8);
+    return readRows(
+        context, numbers.size(), [&](int) { return numbers.data(); },
+        [&](int y) { putLooks(numbers, chunks.bitDepth, looks, to.row(y), count); });
+}
+
 /// Seven passes fill the rows bit by bit, so nothing may be turned before the last.
 Outcome readNarrowInterlaced(spng_ctx* context, MutableBitmapView to) {
     const auto count = static_cast<std::size_t>(to.width);
@@ -160,15 +220,32 @@ Error unreadable(const PngChunks& chunks, int reason) {
     return {std::string("the PNG file cannot be read: ") + spng_strerror(reason)};
 }
 
-/// Sets the library up to give R,G,B,A rows; its answer.
+int formatFor(const PngChunks& chunks) {
+    if (isIndexed(chunks))
+        return SPNG_FMT_PNG;
+    return chunks.bitDepth == kWideDepth ? SPNG_FMT_RGBA16 : SPNG_FMT_RGBA8;
+}
+
+/// Sets the library up to give row after row; its answer.
 int start(spng_ctx* context, const PngChunks& chunks, Pieces& pieces) {
     if (chunks.isCutShort)  // the checksum of the last piece is not there
         spng_set_crc_action(context, SPNG_CRC_USE, SPNG_CRC_USE);
     if (const int answer = spng_set_png_stream(context, &Pieces::read, &pieces); answer != 0)
         return answer;
-    return spng_decode_image(context, nullptr, 0,
-                             chunks.bitDepth == kWideDepth ? SPNG_FMT_RGBA16 : SPNG_FMT_RGBA8,
-                             SPNG_DECODE_PROGRESSIVE | SPNG_DECODE_TRNS);
+    const int flags = SPNG_DECODE_PROGRESSIVE | (isIndexed(chunks) ? 0 : SPNG_DECODE_TRNS);
+    return spng_decode_image(context, nullptr, 0, formatFor(chunks), flags);
+}
+
+/// Reads the rows in the way that fits the file. Pictures of 16 bits are converted by the profile here.
+Outcome readPixels(spng_ctx* context, const PngChunks& chunks, const ColourProfile* profile,
+                   MutableBitmapView to, foundation::Workers& workers) {
+    if (chunks.bitDepth == kWideDepth) {
+        const int rowsHeld = chunks.isInterlaced ? to.height : kWideRowsHeld;
+        return readWide(context, WideRows(to, profile, workers, rowsHeld), to.width);
+    }
+    if (isIndexed(chunks))
+        return readIndexed(context, chunks, to);
+    return chunks.isInterlaced ? readNarrowInterlaced(context, to) : readNarrow(context, to);
 }
 
 }  // namespace
@@ -190,17 +267,8 @@ Result<DecodedPicture> PngDecoder::decode(Bytes file) const {
     if (!pixels)
         return pixels.error();
 
-    const bool wide = chunks.bitDepth == kWideDepth;
     const std::unique_ptr<ColourProfile> profile = profileOf(chunks);
-    Outcome outcome;
-    if (wide)
-        outcome = readWide(context.get(),
-                           WideRows(pixels->view(), profile.get(), workers(),
-                                    chunks.isInterlaced ? pixels->height() : kWideRowsHeld),
-                           pixels->width());
-    else
-        outcome = chunks.isInterlaced ? readNarrowInterlaced(context.get(), pixels->view())
-                                      : readNarrow(context.get(), pixels->view());
+    Outcome outcome = readPixels(context.get(), chunks, profile.get(), pixels->view(), workers());
     if (outcome.rows == 0)
         return unreadable(chunks, SPNG_EIDAT_STREAM);
     if (!outcome.whole && chunks.isInterlaced) {
@@ -210,7 +278,7 @@ Result<DecodedPicture> PngDecoder::decode(Bytes file) const {
 
     Result<Bitmap> bitmap =
         finished({std::move(*pixels), outcome.rows, ColourModel::rgb, exifOrientation(chunks.exif)},
-                 wide ? nullptr : profile.get(), workers());
+                 chunks.bitDepth == kWideDepth ? nullptr : profile.get(), workers());
     if (!bitmap)
         return bitmap.error();
     DecodedPicture picture;

@@ -83,8 +83,10 @@ TEST_F(PngDecoderTest, ReadsPalettesWithTransparency) {
     few.setPixel(1, 1, {0, 255, 0, 128});
     few.setPixel(2, 2, {0, 0, 0, 0});
     for (const int depth : {2, 4, 8}) {
-        const Bitmap bitmap = read(samples::png(few.view(), {depth, 3, false, {}, false}));
-        EXPECT_TRUE(samePixels(bitmap.view(), premultiplied(few).view())) << depth;
+        for (const bool interlaced : {false, true}) {
+            const Bitmap bitmap = read(samples::png(few.view(), {depth, 3, interlaced, {}, false}));
+            EXPECT_TRUE(samePixels(bitmap.view(), premultiplied(few).view())) << depth << interlaced;
+        }
     }
 }
 
@@ -96,6 +98,11 @@ TEST_F(PngDecoderTest, KeyColourIsTransparent) {
         EXPECT_EQ(bitmap.pixel(0, 0), Pixel{});
         EXPECT_EQ(bitmap.pixel(4, 4), (Pixel{9, 9, 9, 255}));
         EXPECT_EQ(bitmap.alphaMode(), AlphaMode::premultiplied);
+        for (const bool interlaced : {false, true}) {
+            const Bitmap grey = read(samples::png(keyed.view(), {depth, 0, interlaced, {}, true}));
+            EXPECT_EQ(grey.pixel(0, 0), Pixel{});
+            EXPECT_EQ(grey.pixel(4, 4), (Pixel{9, 9, 9, 255}));
+        }
     }
 }
 

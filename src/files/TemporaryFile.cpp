@@ -1,7 +1,6 @@
 #include "files/TemporaryFile.h"
 
 #include <fcntl.h>
-#include <stdio.h>
 #include <sys/random.h>
 #include <unistd.h>
 
@@ -52,9 +51,9 @@ std::string nameByTrying(const Attempt& attempt) {
 TemporaryFile::TemporaryFile(TemporaryFile&& other) noexcept
     : folder_(other.folder_), file_(std::move(other.file_)), name_(std::exchange(other.name_, {})) {}
 
-Result<TemporaryFile> TemporaryFile::create(int folder, unsigned mode) {
+Result<TemporaryFile> TemporaryFile::create(int folder, unsigned mode, Name wanted) {
     FileDescriptor file;
-    if (canNameLater())
+    if (wanted == Name::whenWhole && canNameLater())
         file = openAt(folder, ".", O_TMPFILE | O_WRONLY, mode);
     if (file)
         return TemporaryFile(folder, std::move(file), {});

@@ -19,9 +19,15 @@ namespace trimora::files {
 /// Not thread-safe. The folder's descriptor must stay open while the object lives.
 class TemporaryFile {
  public:
+    enum class Name : std::uint8_t {
+        whenWhole,  ///< none before publish(), where the file system can do that
+        atOnce,     ///< a hidden one from the start, as it is done where the file system cannot
+    };
+
     /// A new empty file in the open folder. `mode` is cut by the process's file mask, as for any new
     /// file. On failure returns an error; nothing changed.
-    [[nodiscard]] static foundation::Result<TemporaryFile> create(int folder, unsigned mode);
+    [[nodiscard]] static foundation::Result<TemporaryFile> create(int folder, unsigned mode,
+                                                                  Name name = Name::whenWhole);
 
     ~TemporaryFile() { discard(); }
     TemporaryFile(TemporaryFile&& other) noexcept;
