@@ -4,7 +4,7 @@
 
 #include "cutengine/kernels/MipPyramid.h"
 #include "cutengine/kernels/ViewMask.h"
-#include "cutengine/kernels/ViewPlacement.h"
+#include "cutengine/kernels/SamplePlacement.h"
 #include "cutengine/kernels/ViewPlane.h"
 #include "foundation/Geometry.h"
 

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "cutengine/kernels/MaskSnapshot.h"
-#include "cutengine/kernels/ViewPlacement.h"
+#include "cutengine/kernels/SamplePlacement.h"
 #include "cutengine/kernels/ViewPlane.h"
 
 namespace trimora::cutengine::kernels {

@@ -3,7 +3,7 @@
 #include <array>
 
 #include "cutengine/kernels/SampleRows.h"
-#include "cutengine/kernels/ViewPlacement.h"
+#include "cutengine/kernels/SamplePlacement.h"
 #include "foundation/Bitmap.h"
 
 namespace trimora::cutengine::kernels {
