@@ -5,7 +5,7 @@
 #include <array>
 #include <cmath>
 
-#include "codecs/SampleFiles.h"
+#include "codecs/SampleFilesForTests.h"
 
 namespace trimora::codecs {
 namespace {

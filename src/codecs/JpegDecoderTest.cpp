@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "codecs/Orientation.h"
-#include "codecs/SampleFiles.h"
+#include "codecs/SampleFilesForTests.h"
 
 namespace trimora::codecs {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "codecs/SampleFiles.h"
+#include "codecs/SampleFilesForTests.h"
 #include "foundation/ThreadQueues.h"
 
 namespace trimora::codecs {

@@ -9,7 +9,7 @@
 #include <thread>
 
 #include "codecs/PictureFormat.h"
-#include "codecs/SampleFiles.h"
+#include "codecs/SampleFilesForTests.h"
 #include "foundation/ThreadQueues.h"
 #include "testing/Seed.h"
 #include "testing/TemporaryFolder.h"

@@ -6,7 +6,7 @@
 
 #include "codecs/PixelRows.h"
 #include "codecs/PngDecoder.h"
-#include "codecs/SampleFiles.h"
+#include "codecs/SampleFilesForTests.h"
 #include "foundation/ThreadQueues.h"
 #include "testing/Seed.h"
 

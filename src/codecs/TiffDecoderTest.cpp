@@ -4,7 +4,7 @@
 #include <tiffio.h>
 
 #include "codecs/PixelRows.h"
-#include "codecs/SampleFiles.h"
+#include "codecs/SampleFilesForTests.h"
 
 namespace trimora::codecs {
 namespace {

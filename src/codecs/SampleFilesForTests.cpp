@@ -1,4 +1,4 @@
-#include "codecs/SampleFiles.h"
+#include "codecs/SampleFilesForTests.h"
 
 #include <gif_lib.h>
 #include <lcms2.h>
