@@ -3,8 +3,8 @@
 #include <optional>
 
 #include "cutengine/kernels/MipPyramid.h"
-#include "cutengine/kernels/ViewMask.h"
 #include "cutengine/kernels/SamplePlacement.h"
+#include "cutengine/kernels/ViewMask.h"
 #include "cutengine/kernels/ViewPlane.h"
 #include "foundation/Geometry.h"
 

@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "cutengine/kernels/SampleRows.h"
 #include "cutengine/kernels/SamplePlacement.h"
+#include "cutengine/kernels/SampleRows.h"
 #include "foundation/Bitmap.h"
 
 namespace trimora::cutengine::kernels {
