@@ -81,8 +81,8 @@ class ThreadQueueFactory final : public QueueFactory {
 
  private:
     SerialQueue& mainQueue_;
+    ThreadWorkers workers_;  // before background_, whose last tasks may still split their work
     ThreadPoolQueue background_;
-    ThreadWorkers workers_;
 };
 
 }  // namespace trimora::foundation
