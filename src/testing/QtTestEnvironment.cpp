@@ -1,9 +1,10 @@
 #include <gtest/gtest.h>
 
-#include <QApplication>
+#include <QApplication>   // layer-exception: linked into tests of floors that know the toolkit
+#include <QTemporaryDir>  // layer-exception: the same
 #include <memory>
 
-/// Compiled into every test program of a floor that needs Qt: one QApplication for all its tests, and
+/// Linked into every test program of a floor that needs Qt: one QApplication for all its tests, and
 /// a failure wherever the toolkit warns.
 namespace trimora::testing {
 namespace {
@@ -17,6 +18,8 @@ class QtTestEnvironment final : public ::testing::Environment {
  public:
     void SetUp() override {
         qInstallMessageHandler(failAtWarnings);
+        if (!qEnvironmentVariableIsSet("XDG_RUNTIME_DIR"))  // outside a session the toolkit warns
+            qputenv("XDG_RUNTIME_DIR", runtimeFolder_.path().toLocal8Bit());
         QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
         QGuiApplication::setHighDpiScaleFactorRoundingPolicy(
             Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
@@ -28,6 +31,7 @@ class QtTestEnvironment final : public ::testing::Environment {
     }
 
  private:
+    QTemporaryDir runtimeFolder_;
     int argumentCount_ = 1;
     char name_[8] = "trimora";
     char* arguments_[2] = {name_, nullptr};
