@@ -39,4 +39,14 @@ inline constexpr int kWindowHeight = 800;
 inline constexpr int kSmallestWidth = 720;
 inline constexpr int kSmallestHeight = 520;
 
+inline constexpr double kTrackWidth = 3;  ///< line of a slider with a knob
+inline constexpr int kSliderAcross =
+    25;  ///< such a slider, across its line: odd, so that the line is centred
+inline constexpr int kSliderShortest = 80;  ///< and along it
+inline constexpr double kKnobRing =
+    1.5;  ///< from its knob to the middle of the focus ring, and the ring's width
+inline constexpr int kPercentFieldWidth = 48;  ///< field for "100%"
+inline constexpr int kPercentFieldHeight = 24;
+inline constexpr int kSliderIcon = 24;  ///< picture beside such a slider
+
 }  // namespace trimora::controls::metrics
