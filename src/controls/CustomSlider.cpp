@@ -2,7 +2,6 @@
 
 #include <QLinearGradient>
 #include <QPainter>
-#include <QPainterPath>
 
 #include "controls/Metrics.h"
 #include "controls/Palette.h"
@@ -12,17 +11,14 @@ namespace trimora::controls {
 
 void CustomSlider::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (!isEnabled())
-        painter.setOpacity(palette::kUnusableSlider);
     const SliderParts places = parts();
+    beginPainting(painter, places.knob);
     drawTrack(painter, places);
     paintKnob(painter, places.knob);
 }
 
 void CustomSlider::drawTrack(QPainter& painter, const SliderParts& parts) const {
     constexpr double kRadius = metrics::kTrackWidth / 2;
-    painter.setPen(Qt::NoPen);
     painter.setBrush(palette::kTrack);
     if (parts.unfilled.width() > 0)
         painter.drawRoundedRect(parts.unfilled, kRadius, kRadius);

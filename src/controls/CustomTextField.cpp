@@ -36,7 +36,8 @@ CustomTextField::CustomTextField(QWidget* parent) : TextField(parent) {
 }
 
 QSize CustomTextField::sizeHint() const {
-    return {metrics::kPercentFieldWidth, metrics::kPercentFieldHeight};
+    const int fullest = fontMetrics().horizontalAdvance(QStringLiteral("100%")) + 2 * metrics::kGap;
+    return {std::max(metrics::kPercentFieldWidth, fullest), metrics::kPercentFieldHeight};
 }
 
 void CustomTextField::textDidChange() {

@@ -2,6 +2,8 @@
 
 #include <QPainter>
 
+#include "controls/Palette.h"
+
 namespace trimora::controls {
 
 IconView::IconView(QWidget* parent) : QWidget(parent) {
@@ -15,7 +17,9 @@ void IconView::setImage(const QIcon& image) {
 
 void IconView::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    image_.paint(&painter, rect(), Qt::AlignCenter, isEnabled() ? QIcon::Normal : QIcon::Disabled);
+    if (!isEnabled())
+        painter.setOpacity(palette::kUnusableSlider);
+    image_.paint(&painter, rect());
 }
 
 }  // namespace trimora::controls

@@ -45,7 +45,7 @@ inline constexpr int kSliderAcross =
 inline constexpr int kSliderShortest = 80;  ///< and along it
 inline constexpr double kKnobRing =
     1.5;  ///< from its knob to the middle of the focus ring, and the ring's width
-inline constexpr int kPercentFieldWidth = 48;  ///< field for "100%"
+inline constexpr int kPercentFieldWidth = 48;  ///< field for "100%"; more where the font needs it
 inline constexpr int kPercentFieldHeight = 24;
 inline constexpr int kSliderIcon = 24;  ///< picture beside such a slider
 

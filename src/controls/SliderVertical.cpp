@@ -10,11 +10,8 @@ namespace trimora::controls {
 void SliderVertical::paintEvent(QPaintEvent* /*event*/) {
     constexpr double kRadius = metrics::kTrackWidth / 2;
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    if (!isEnabled())
-        painter.setOpacity(palette::kUnusableSlider);
     const SliderParts places = parts();
-    painter.setPen(Qt::NoPen);
+    beginPainting(painter, places.knob);
     painter.setBrush(palette::kVerticalTrack);
     if (places.unfilled.height() > 0)
         painter.drawRoundedRect(places.unfilled, kRadius, kRadius);

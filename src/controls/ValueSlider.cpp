@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
+#include <QPainterPath>
 #include <QWheelEvent>
 
 #include "controls/Metrics.h"
@@ -66,7 +67,20 @@ SliderParts ValueSlider::parts() const {
     return standing;
 }
 
+void ValueSlider::beginPainting(QPainter& painter, const QRectF& knob) const {
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    if (isEnabled())
+        return;
+    painter.setOpacity(palette::kUnusableSlider);
+    QPainterPath besideKnob;
+    besideKnob.addRect(rect());
+    besideKnob.addEllipse(knob);
+    painter.setClipPath(besideKnob);
+}
+
 void ValueSlider::paintKnob(QPainter& painter, const QRectF& place) {
+    painter.setClipping(false);
     scrubber_.render(&painter, place);
     if (!hasFocus())
         return;

@@ -48,6 +48,9 @@ class ValueSlider : public util::ValueControl {
     [[nodiscard]] SliderParts parts() const;
     /// The size of the image named "Scrubber", in points.
     [[nodiscard]] QSizeF knobSize() const;
+    /// Makes what is painted from here on faint where the slider cannot be used, and keeps the track
+    /// from shining through the knob then; before the track, the knob last.
+    void beginPainting(QPainter& painter, const QRectF& knob) const;
     /// The image itself, and the focus ring round it.
     void paintKnob(QPainter& painter, const QRectF& place);
 
