@@ -3,6 +3,7 @@
 #include <QIcon>
 #include <QString>
 #include <QWidget>
+#include <cstddef>
 #include <cstdint>
 #include <list>
 #include <memory>

@@ -4,6 +4,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -61,7 +62,7 @@ class RuntimeClass {
     }
 
     /// Declares that objects of this class and its subclasses have a variable of this name.
-    void addVariable(std::string name) { variables_.insert_or_assign(std::move(name), true); }
+    void addVariable(std::string name) { variables_.insert(std::move(name)); }
     [[nodiscard]] bool hasVariable(std::string_view name) const;
 
  private:
@@ -71,7 +72,7 @@ class RuntimeClass {
     const std::string name_;
     const RuntimeClassPtr superclass_;
     std::map<std::string, Method, std::less<>> methods_;
-    std::map<std::string, bool, std::less<>> variables_;
+    std::set<std::string, std::less<>> variables_;
 };
 
 /// An object that takes messages by name and carries values that others attach to it. Derive from it
