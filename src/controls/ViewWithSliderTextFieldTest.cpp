@@ -113,6 +113,16 @@ TEST_F(ViewWithSliderTextFieldTest, ATypedNumberMovesTheSliderWhenItIsCommitted)
     EXPECT_TRUE(slider().hasFocus());
 }
 
+TEST_F(ViewWithSliderTextFieldTest, ANumberStillBeingTypedKeepsTheKeyboardAndEscapeTakesItBack) {
+    type("12,");
+    commit();
+    EXPECT_TRUE(field().hasFocus());
+    EXPECT_EQ(field().text(), "12,");
+    QTest::keyClick(&field(), Qt::Key_Escape);
+    EXPECT_EQ(field().text(), "30%");
+    EXPECT_TRUE(delegate_.values.empty());
+}
+
 TEST_F(ViewWithSliderTextFieldTest, ATypedNumberIsClampedToTheRange) {
     type("250");
     commit();

@@ -102,15 +102,11 @@ void TextField::textDidEndEditing() {
         setFloatValue(control_->floatValue());
 }
 
-void TextField::commit() {
-    edited_ = false;
-    textDidEndEditing();
-}
-
 void TextField::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-        commit();
-        didCommit();
+        textDidEndEditing();
+        if (!edited_)  // showing what the text came to ended the edit
+            didCommit();
     } else if (event->key() == Qt::Key_Escape && edited_ && control_) {
         setFloatValue(control_->floatValue());
     } else {
@@ -123,7 +119,7 @@ void TextField::focusOutEvent(QFocusEvent* event) {
     const bool keyboardComesBack =
         event->reason() == Qt::ActiveWindowFocusReason || event->reason() == Qt::PopupFocusReason;
     if (edited_ && !keyboardComesBack)
-        commit();
+        textDidEndEditing();
 }
 
 }  // namespace trimora::util

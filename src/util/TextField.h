@@ -50,7 +50,7 @@ class TextField : public QLineEdit {
     void keyPressEvent(QKeyEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
 
-    /// After Return: the field keeps the keyboard, its text selected.
+    /// Return has committed the text: the field keeps the keyboard, its text selected.
     virtual void didCommit() { selectAll(); }
 
     /// The text with every "," replaced by ".".
@@ -63,7 +63,6 @@ class TextField : public QLineEdit {
     [[nodiscard]] QString formatted(float value) const;
 
  private:
-    void commit();
     [[nodiscard]] bool showsPercent() const;
 
     QPointer<ValueControl> control_;
