@@ -39,4 +39,12 @@ inline constexpr int kWindowHeight = 800;
 inline constexpr int kSmallestWidth = 720;
 inline constexpr int kSmallestHeight = 520;
 
+inline constexpr double kTrackWidth = 3;    ///< line of a slider with a knob
+inline constexpr int kSliderAcross = 25;    ///< such a slider's thickness; odd, so that the line is centred
+inline constexpr int kSliderShortest = 80;  ///< and along it
+inline constexpr double kKnobRing = 1.5;    ///< focus ring of a knob: its width, and how far out it lies
+inline constexpr int kPercentFieldWidth = 48;  ///< field for "100%"; more where the font needs it
+inline constexpr int kPercentFieldHeight = 24;
+inline constexpr int kSliderIcon = 24;  ///< picture beside such a slider
+
 }  // namespace trimora::controls::metrics

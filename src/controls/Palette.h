@@ -20,4 +20,8 @@ inline constexpr QColor kAccentEnd{253, 73, 73};             ///< and where it e
 inline constexpr QColor kFrame{255, 255, 255, 77};           ///< dashed frame of the empty view
 inline constexpr QColor kFocus{255, 255, 255, 128};          ///< ring round what the keyboard acts on
 
+inline constexpr QColor kTrack{0, 0, 0};             ///< a slider's line beyond its knob
+inline constexpr QColor kVerticalTrack{23, 23, 23};  ///< the same of an upright slider
+inline constexpr double kUnusableSlider = 0.35;      ///< opacity of a slider that cannot be used
+
 }  // namespace trimora::controls::palette
