@@ -20,13 +20,15 @@ function(_trimora_target_name out folder)
   set(${out} trimora_${name} PARENT_SCOPE)
 endfunction()
 
-# trimora_floor(FOLDER SOURCES ... [LIBRARIES ...] [PUBLIC_LIBRARIES ...] [TESTS ...] [TEST_LIBRARIES ...])
+# trimora_floor(FOLDER [QT] SOURCES ... [LIBRARIES ...] [PUBLIC_LIBRARIES ...] [TESTS ...] [TEST_LIBRARIES ...])
 #   FOLDER          the folder below src/, as in layers.txt
 #   LIBRARIES       outside libraries that only the floor's sources need
 #   PUBLIC_LIBRARIES  outside libraries that its headers need too
 #   TESTS           test sources, linked with this floor, those below it and src/testing
+#   QT              the floor needs Qt: its sources may hold meta objects, its tests run in a
+#                   QApplication on the offscreen platform and fail at any warning of the toolkit
 function(trimora_floor folder)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES;PUBLIC_LIBRARIES;TESTS;TEST_LIBRARIES" ${ARGN})
+  cmake_parse_arguments(ARG "QT" "" "SOURCES;LIBRARIES;PUBLIC_LIBRARIES;TESTS;TEST_LIBRARIES" ${ARGN})
   if(NOT DEFINED TRIMORA_FLOOR_${folder}_BELOW)
     message(FATAL_ERROR "${folder} has no line in src/layers.txt")
   endif()
@@ -49,18 +51,27 @@ function(trimora_floor folder)
   target_link_libraries(${target} ${scope} ${ARG_PUBLIC_LIBRARIES} Threads::Threads)
   foreach(below IN LISTS TRIMORA_FLOOR_${folder}_BELOW)
     _trimora_target_name(below_target ${below})
-    target_link_libraries(${target} ${scope} ${below_target})
+    target_link_libraries(${target} ${scope} $<TARGET_NAME_IF_EXISTS:${below_target}>)
   endforeach()
 
   if(TRIMORA_TESTS AND ARG_TESTS)
-    trimora_test(${target}_test SOURCES ${ARG_TESTS} LIBRARIES ${target} ${ARG_TEST_LIBRARIES})
+    set(qt)
+    if(ARG_QT)
+      set(qt QT)
+    endif()
+    trimora_test(${target}_test ${qt} SOURCES ${ARG_TESTS} LIBRARIES ${target} ${ARG_TEST_LIBRARIES})
   endif()
 endfunction()
 
-# trimora_test(NAME SOURCES ... LIBRARIES ...): one GoogleTest program whose tests CTest runs one by one.
+# trimora_test(NAME [QT] SOURCES ... LIBRARIES ...): one GoogleTest program whose tests CTest runs one by one.
 include(GoogleTest)
 function(trimora_test name)
-  cmake_parse_arguments(ARG "" "" "SOURCES;LIBRARIES;PROPERTIES" ${ARGN})
+  cmake_parse_arguments(ARG "QT" "" "SOURCES;LIBRARIES;PROPERTIES" ${ARGN})
+  if(ARG_QT)
+    list(APPEND ARG_SOURCES ${CMAKE_SOURCE_DIR}/src/testing/QtTestEnvironment.cpp)
+    list(APPEND ARG_LIBRARIES Qt6::Widgets Qt6::Test)
+    list(APPEND ARG_PROPERTIES ENVIRONMENT QT_QPA_PLATFORM=offscreen)
+  endif()
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE trimora_compiler trimora_testing ${ARG_LIBRARIES} GTest::gmock)
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST PROPERTIES TIMEOUT 300 ${ARG_PROPERTIES})
