@@ -1,0 +1,140 @@
+#include "controls/AppStyle.h"
+
+#include <QApplication>
+#include <QFont>
+#include <QPalette>
+#include <QProxyStyle>
+#include <QString>
+
+#include "controls/Metrics.h"
+#include "controls/Palette.h"
+
+namespace trimora::controls {
+namespace {
+
+class AppStyle final : public QProxyStyle {
+ public:
+    AppStyle() : QProxyStyle(QStringLiteral("fusion")) {}
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returned) const override {
+        if (hint == SH_MenuBar_AltKeyNavigation)
+            return 0;
+        return QProxyStyle::styleHint(hint, option, widget, returned);
+    }
+};
+
+QPalette makePalette() {
+    QPalette made;
+    made.setColor(QPalette::Window, palette::kPanel);
+    made.setColor(QPalette::WindowText, palette::kText);
+    made.setColor(QPalette::Base, palette::kField);
+    made.setColor(QPalette::AlternateBase, palette::kRaised);
+    made.setColor(QPalette::Text, palette::kText);
+    made.setColor(QPalette::PlaceholderText, palette::kSecondaryText);
+    made.setColor(QPalette::Button, palette::kRaised);
+    made.setColor(QPalette::ButtonText, palette::kText);
+    made.setColor(QPalette::BrightText, palette::kText);
+    made.setColor(QPalette::ToolTipBase, palette::kRaised);
+    made.setColor(QPalette::ToolTipText, palette::kText);
+    made.setColor(QPalette::Highlight, palette::kAccent);
+    made.setColor(QPalette::HighlightedText, palette::kText);
+    made.setColor(QPalette::Link, palette::kAccentEnd);
+    for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
+        made.setColor(QPalette::Disabled, role, palette::kDisabledText);
+    return made;
+}
+
+QString css(const QColor& colour) {
+    return QStringLiteral("rgba(%1,%2,%3,%4)")
+        .arg(colour.red())
+        .arg(colour.green())
+        .arg(colour.blue())
+        .arg(colour.alpha());
+}
+
+/// The sheet names its colours and sizes with @words; this table says what they stand for.
+QString filledIn(QString sheet) {
+    const std::pair<const char*, QString> words[] = {
+        {"@panel", css(palette::kPanel)},
+        {"@raised", css(palette::kRaised)},
+        {"@field", css(palette::kField)},
+        {"@line", css(palette::kLine)},
+        {"@text", css(palette::kText)},
+        {"@secondary", css(palette::kSecondaryText)},
+        {"@disabled", css(palette::kDisabledText)},
+        {"@accentStart", css(palette::kAccentStart)},
+        {"@accentEnd", css(palette::kAccentEnd)},
+        {"@accent", css(palette::kAccent)},
+        {"@focus", css(palette::kFocus)},
+        {"@radius", QString::number(metrics::kCornerRadius)},
+        {"@round", QString::number(metrics::kToolButton / 2)},
+        {"@tool", QString::number(metrics::kToolButton - 2)},
+        {"@bar", QString::number(metrics::kBarButton - 2)},
+        {"@groove", QString::number(metrics::kSliderGroove)},
+        {"@handleInset", QString::number((metrics::kSliderHandle - metrics::kSliderGroove) / 2)},
+        {"@handleRadius", QString::number(metrics::kSliderHandle / 2)},
+        {"@handle", QString::number(metrics::kSliderHandle)},
+        {"@gap", QString::number(metrics::kGap)},
+    };
+    for (const auto& [word, value] : words)
+        sheet.replace(QLatin1String(word), value);
+    return sheet;
+}
+
+constexpr const char* kSheet = R"(
+QMenuBar { background: @panel; color: @text; }
+QMenuBar::item { padding: 4px 8px; background: transparent; }
+QMenuBar::item:selected, QMenu::item:selected { background: @accent; }
+QMenu { background: @raised; color: @text; border: 1px solid @line; padding: 4px 0px; }
+QMenu::item { padding: 4px 24px 4px 24px; }
+QMenu::item:disabled { color: @disabled; background: transparent; }
+QMenu::separator { height: 1px; background: @line; margin: 4px 0px; }
+QToolTip { background: @raised; color: @text; border: 1px solid @line; padding: 4px; }
+
+#toolbar { background: @panel; border-bottom: 1px solid @line; }
+#toolStrip { background: @panel; border-right: 1px solid @line; }
+#rightPanel { background: @panel; border-left: 1px solid @line; }
+#statusLine { background: @panel; border-top: 1px solid @line; }
+#caption, #statusNumbers { color: @secondary; }
+#statusText[trouble="true"] { color: @accentEnd; }
+
+QToolButton { color: @text; background: transparent; border: 1px solid transparent;
+              border-radius: @radiuspx; padding: 0px @gappx; min-height: @barpx; }
+QToolButton:hover { background: @raised; }
+QToolButton:pressed { background: @field; }
+QToolButton:focus { border-color: @focus; }
+QToolButton:disabled { color: @disabled; }
+QToolButton[tool="true"] { border-radius: @roundpx; padding: 0px; min-width: @toolpx; max-width: @toolpx;
+                           min-height: @toolpx; max-height: @toolpx; }
+QToolButton[mode="true"]:checked { background: @raised; border-color: @accent; }
+QToolButton[primary="true"]:enabled { background: qlineargradient(x1:0, y1:0, x2:1, y2:0,
+                                      stop:0 @accentStart, stop:1 @accentEnd); }
+QToolButton[primary="true"]:enabled:hover { background: @accent; }
+
+QSpinBox { background: @field; color: @text; border: 1px solid @field; border-radius: @radiuspx;
+           padding: 2px; selection-background-color: @accent; }
+QSpinBox:focus { border-color: @focus; }
+QSpinBox:disabled { color: @disabled; }
+QSlider::groove:vertical { background: @field; width: @groovepx; border-radius: @radiuspx; }
+QSlider::add-page:vertical { background: @accent; border-radius: @radiuspx; width: @groovepx; }
+QSlider::add-page:vertical:disabled { background: @field; }
+QSlider::handle:vertical { background: @text; height: @handlepx; margin: 0px -@handleInsetpx;
+                           border-radius: @handleRadiuspx; border: 0px; }
+QSlider::handle:vertical:disabled { background: @disabled; }
+QProgressBar { background: @field; border: 0px; border-radius: @radiuspx; max-height: @groovepx; }
+QProgressBar::chunk { background: @accent; }
+)";
+
+}  // namespace
+
+void applyAppStyle(QApplication& application) {
+    QApplication::setStyle(new AppStyle);
+    QApplication::setPalette(makePalette());
+    QFont font = QApplication::font();
+    font.setPointSizeF(metrics::kSmallFont);
+    QApplication::setFont(font);
+    application.setStyleSheet(filledIn(QString::fromLatin1(kSheet)));
+}
+
+}  // namespace trimora::controls

@@ -1,0 +1,14 @@
+#pragma once
+
+class QApplication;
+
+namespace trimora::controls {
+
+/// Gives the program its dark, quiet look: style, palette, font and style sheet, all made from
+/// Palette.h and Metrics.h. Once, before the first window. Main thread.
+///
+/// A menu bar under this style is not opened by a lone press of Alt: that key sizes the brush with
+/// the wheel, and letting it go must leave the keyboard where it is. Alt with a letter still opens.
+void applyAppStyle(QApplication& application);
+
+}  // namespace trimora::controls
