@@ -45,6 +45,30 @@ inline constexpr int kSliderShortest = 80;  ///< and along it
 inline constexpr double kKnobRing = 1.5;    ///< focus ring of a knob: its width, and how far out it lies
 inline constexpr int kPercentFieldWidth = 48;  ///< field for "100%"; more where the font needs it
 inline constexpr int kPercentFieldHeight = 24;
-inline constexpr int kSliderIcon = 24;  ///< picture beside such a slider
+inline constexpr int kSliderIcon = 24;         ///< picture beside such a slider
+inline constexpr double kDiscInset = 5;        ///< from a round button's click area to its disc, on each side
+inline constexpr double kImageRise = 1;        ///< by how much the image's box of a round button is taller
+inline constexpr double kFocusLine = 1.5;      ///< width of the ring round what the keyboard acts on
+inline constexpr double kSelectionLine = 2;    ///< border of a selected tile
+inline constexpr double kCallFont = 12;        ///< text of a call to action
+inline constexpr double kHalfDiscFont = 43;    ///< title of a half-disc button
+inline constexpr double kHalfDiscShare = 2.8;  ///< the width over the half disc's radius
+inline constexpr double kHalfDiscTextShare = 0.75;  ///< of its width: what a title may fill
+inline constexpr int kHalfDisc = 120;               ///< width of a half-disc button
+inline constexpr int kCallWidth = 104;              ///< a call to action
+inline constexpr int kCallHeight = 32;
+inline constexpr int kButtonPadding = 12;  ///< from a rectangular button's edge to its text
+
+inline constexpr int kHueStripWidth = 12;   ///< colour picker: the narrow strip
+inline constexpr int kShadeField = 84;      ///< the square beside it; both are so high
+inline constexpr int kColorField = 24;      ///< height of the row under them
+inline constexpr int kHueMarker = 4;        ///< height of the strip's marker, which is as wide as the strip
+inline constexpr int kShadeMarker = 8;      ///< side of the field's marker
+inline constexpr double kMarkerLine = 1.5;  ///< width of a marker's ring
+inline constexpr double kMarkerEdge = 1;    ///< and of the dark line outside it
+inline constexpr double kHueCorner = 1;     ///< corner radius of the strip
+inline constexpr double kShadeCorner = 2;   ///< and of the field
+inline constexpr int kArrowStep = 1;        ///< how far an arrow key moves a marker
+inline constexpr int kLongArrowStep = 10;   ///< and with Shift held
 
 }  // namespace trimora::controls::metrics

@@ -20,8 +20,26 @@ inline constexpr QColor kAccentEnd{253, 73, 73};             ///< and where it e
 inline constexpr QColor kFrame{255, 255, 255, 77};           ///< dashed frame of the empty view
 inline constexpr QColor kFocus{255, 255, 255, 128};          ///< ring round what the keyboard acts on
 
-inline constexpr QColor kTrack{0, 0, 0};             ///< a slider's line beyond its knob
-inline constexpr QColor kVerticalTrack{23, 23, 23};  ///< the same of an upright slider
-inline constexpr double kUnusableSlider = 0.35;      ///< opacity of a slider that cannot be used
+inline constexpr QColor kTrack{0, 0, 0};               ///< a slider's line beyond its knob
+inline constexpr QColor kVerticalTrack{23, 23, 23};    ///< the same of an upright slider
+inline constexpr double kUnusableSlider = 0.35;        ///< opacity of a slider that cannot be used
+inline constexpr QColor kDisc{25, 25, 25};             ///< the disc of a round tool button
+inline constexpr QColor kDiscEdge{75, 75, 75};         ///< the line round it
+inline constexpr QColor kDiscPressed{44, 44, 44};      ///< the disc while it is held down
+inline constexpr QColor kAccentPressed{255, 35, 100};  ///< the accent while it is held down
+inline constexpr QColor kCallStart{253, 30, 93};       ///< a call to action, where its gradient begins
+inline constexpr QColor kCallEnd{255, 87, 87};         ///< and where it ends
+inline constexpr QColor kCallText{255, 255, 255};
+inline constexpr QColor kCallPressedText{0, 0, 0};
+inline constexpr QColor kCallPressedTitle{128, 128, 128};  ///< the title's own colour meanwhile
+inline constexpr QColor kHoverVeil{255, 255, 255, 26};     ///< over a filled button under the pointer
+inline constexpr QColor kPressedVeil{0, 0, 0, 38};         ///< over a filled button that is held down
+inline constexpr QColor kButtonHigh{52, 52, 52};           ///< upper end of a quiet button's gradient
+inline constexpr QColor kButtonLow{36, 36, 36};            ///< lower end
+inline constexpr QColor kButtonEdge{75, 75, 75};           ///< the line round a bordered button
+inline constexpr QColor kMarker{255, 255, 255};            ///< ring of a colour picker's marker
+inline constexpr QColor kMarkerEdge{0, 0, 0, 153};   ///< dark line round that ring, seen on light colours
+inline constexpr double kDisabledOpacity = 0.3;      ///< of everything on a button that cannot be used
+inline constexpr double kPressedImageOpacity = 0.7;  ///< of an image without a second one for the press
 
 }  // namespace trimora::controls::palette
