@@ -1,5 +1,7 @@
 #include "analytics/store/TXAnalyticsCoreDataManager.h"
 
+#include <system_error>
+
 #include "analytics/Diagnostics.h"
 #include "analytics/Installation.h"
 #include "analytics/ProcessWide.h"
@@ -40,9 +42,11 @@ std::optional<ManagedObject> TXAnalyticsCoreDataManager::entityForName(std::stri
 std::filesystem::path TXAnalyticsCoreDataManager::dbFileURL() const {
     const std::filesystem::path folder =
         wiring().applicationSupportDirectory / applicationName(wiring().bundle);
-    if (const auto made = files::makeFolder(folder); !made)
-        debugWarning(
-            formatted("Wasn't able to create dir %s %s", folder.c_str(), made.error().message.c_str()));
+    const auto made = files::makeFolder(folder);
+    std::error_code ignored;
+    if (!std::filesystem::is_directory(folder, ignored))
+        debugWarning(formatted("Wasn't able to create dir %s %s", folder.c_str(),
+                               made ? "something else has its name" : made.error().message.c_str()));
     return folder / "telemetrix.db";
 }
 
