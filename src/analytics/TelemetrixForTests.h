@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -16,6 +17,7 @@
 #include "analytics/info/ApplicationBundle.h"
 #include "analytics/info/DeviceSource.h"
 #include "analytics/info/LocationSource.h"
+#include "analytics/info/TXStaticAnalyticsInfo.h"
 #include "analytics/info/UserDefaults.h"
 #include "analytics/public/TXAnalyticsQueue.h"
 #include "analytics/public/Telemetrix.h"
@@ -245,7 +247,7 @@ class TelemetrixTest : public ::testing::Test {
         Telemetrix::startSession();
         settle();
     }
-    void rememberLaunch();
+    static void rememberLaunch() { TXStaticAnalyticsInfo::applicationDidFirstLaunch(); }
 
     void settle() { queues.settle(); }
     void advance(double seconds) {

@@ -93,9 +93,7 @@ class Transfer {
         set(CURLOPT_HTTPHEADER, headers_.get());
     }
 
-    void add(const std::string& line) {
-        headers_.reset(curl_slist_append(headers_.release(), line.c_str()));
-    }
+    void add(const std::string& line) { headers_.reset(curl_slist_append(headers_.release(), line.c_str())); }
 
     HttpRequest request_;
     HttpTransport::Completion completion_;
@@ -183,8 +181,9 @@ class CurlTransport::Worker {
                 continue;
             const CURL* const handle = message->easy_handle;
             const CURLcode code = message->data.result;
-            const auto done = std::find_if(underWay_.begin(), underWay_.end(),
-                                           [&](const auto& transfer) { return transfer->handle() == handle; });
+            const auto done = std::find_if(underWay_.begin(), underWay_.end(), [&](const auto& transfer) {
+                return transfer->handle() == handle;
+            });
             auto transfer = std::move(*done);
             underWay_.erase(done);
             curl_multi_remove_handle(multi_.get(), transfer->handle());
