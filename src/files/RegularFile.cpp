@@ -69,6 +69,10 @@ Result<FileBytes> readAll(const FileDescriptor& file, std::size_t limit) {
     return readUpTo(file.number(), static_cast<std::size_t>(size));
 }
 
+Result<FileBytes> readStart(const FileDescriptor& file, std::size_t size) {
+    return readUpTo(file.number(), size);
+}
+
 Result<FileBytes> readRegularFile(const std::filesystem::path& path, std::size_t limit) {
     const Result<FileDescriptor> file = openRegularFileAt(AT_FDCWD, path.c_str(), Links::follow);
     if (!file)

@@ -43,6 +43,9 @@ enum class Links : std::uint8_t {
 /// what it held at the beginning.
 [[nodiscard]] foundation::Result<FileBytes> readAll(const FileDescriptor& file, std::size_t limit);
 
+/// The first bytes of an open regular file: `size` of them, or fewer where it holds fewer.
+[[nodiscard]] foundation::Result<FileBytes> readStart(const FileDescriptor& file, std::size_t size);
+
 /// openRegularFileAt() and readAll() of a path; links are followed.
 [[nodiscard]] foundation::Result<FileBytes> readRegularFile(const std::filesystem::path& path,
                                                             std::size_t limit);

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+#include <cstdlib>
+
+#include "codecs/PictureFileDecoder.h"
+#include "codecs/PictureFormat.h"
+#include "foundation/Queues.h"
+
+namespace trimora::fuzz {
+
+/// Reads the bytes as a picture if they are of that format; -1 keeps others out of the corpus. What comes
+/// out must be a picture or a reason.
+inline int readPicture(codecs::PictureFormat format, const std::uint8_t* data, std::size_t size) {
+    const codecs::Bytes file(data, size);
+    if (codecs::formatOf(file) != format)
+        return -1;
+    foundation::InlineWorkers workers;
+    const codecs::PictureFileDecoder decoder(workers, codecs::PixelBudget(4'000'000));
+    const auto read = decoder.decodeBytes(file);
+    if (read ? read->representations.empty() : read.error().message.empty())
+        std::abort();
+    return 0;
+}
+
+}  // namespace trimora::fuzz

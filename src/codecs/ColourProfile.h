@@ -1,0 +1,71 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+#include "codecs/Bytes.h"
+
+namespace trimora::codecs {
+
+/// Profiles above this are not read: real ones have at most a few megabytes.
+inline constexpr std::size_t kMostProfileBytes = std::size_t{8} << 20;
+
+/// What the numbers of a decoded pixel mean, before any profile is applied.
+enum class ColourModel : std::uint8_t {
+    grey,          ///< one lightness, repeated in all three colour components
+    rgb,           ///< three colours
+    cmyk,          ///< four inks, 255 (or 65535) is full ink
+    invertedCmyk,  ///< four inks, 0 is full ink
+};
+
+/// The layout of the pixels that a ColourProfile reads.
+enum class SampleDepth : std::uint8_t {
+    eight,    ///< 4 bytes a pixel: B,G,R,A, or C,M,Y,K
+    sixteen,  ///< 4 numbers of 16 bits a pixel: R,G,B,A
+};
+
+/// Where red, green, blue and white of a picture lie: x and y of CIE 1931.
+struct Chromaticities {
+    struct Place {
+        double x;
+        double y;
+    };
+    Place white;
+    Place red;
+    Place green;
+    Place blue;
+};
+
+/// Turns the colours of a picture into sRGB, as its embedded profile says (perceptual intent).
+///
+/// Made once a picture; apply() may then be called on several threads at once.
+class ColourProfile {
+ public:
+    /// The conversion that an ICC profile asks for. None where nothing is to be done (the profile is
+    /// sRGB to within one level of 255, under whatever name) or can be (it is damaged, too large, or of
+    /// another colour model than the picture).
+    [[nodiscard]] static std::unique_ptr<ColourProfile> fromIcc(Bytes icc, ColourModel model,
+                                                                SampleDepth depth);
+
+    /// The conversion of a picture whose light is its numbers to the power of `gamma` (2.2 and the like),
+    /// with these primaries (sRGB's where none are given; grey pictures need none). None as above.
+    [[nodiscard]] static std::unique_ptr<ColourProfile> fromGamma(double gamma,
+                                                                  const std::optional<Chromaticities>& places,
+                                                                  ColourModel model, SampleDepth depth);
+
+    /// Writes the colours of `count` pixels as sRGB in B,G,R,A of 8 bits, straight. The alpha bytes of
+    /// `to` are left as they are. `from` may be `to` where the depth is eight.
+    void apply(const void* from, std::uint8_t* to, std::size_t count) const;
+
+ private:
+    struct DeleteTransform {
+        void operator()(void* transform) const;
+    };
+    explicit ColourProfile(void* transform) : transform_(transform) {}
+
+    std::unique_ptr<void, DeleteTransform> transform_;  // of lcms
+};
+
+}  // namespace trimora::codecs

@@ -1,0 +1,223 @@
+#include "codecs/PngDecoder.h"
+
+#include <spng.h>
+
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "codecs/PixelRows.h"
+#include "codecs/PngChunks.h"
+#include "codecs/RawPicture.h"
+#include "codecs/WideRows.h"
+
+namespace trimora::codecs {
+namespace {
+
+using cutengine::DecodedPicture;
+using foundation::AlphaMode;
+using foundation::Bitmap;
+using foundation::Error;
+using foundation::MutableBitmapView;
+using foundation::Result;
+
+constexpr int kWideDepth = 16;
+constexpr int kWideRowsHeld = 64;
+constexpr std::uint32_t kGammaUnit = 100'000;
+constexpr std::uint32_t kUsualGammaLow = 45'000;  // 1 / 2.2, which programs write beside sRGB pictures
+constexpr std::uint32_t kUsualGammaHigh = 46'000;
+
+/// Hands the library the pieces one after another.
+class Pieces {
+ public:
+    explicit Pieces(const std::vector<Bytes>& pieces) : pieces_(pieces) {}
+
+    static int read(spng_ctx* /*context*/, void* user, void* to, std::size_t size) {
+        return static_cast<Pieces*>(user)->take(static_cast<std::uint8_t*>(to), size);
+    }
+
+ private:
+    int take(std::uint8_t* to, std::size_t size) {
+        while (size > 0) {
+            if (index_ == pieces_.size())
+                return SPNG_IO_EOF;
+            const Bytes piece = part(pieces_[index_], offset_, size);
+            std::copy(piece.begin(), piece.end(), to);
+            to += piece.size();
+            size -= piece.size();
+            offset_ += piece.size();
+            if (offset_ == pieces_[index_].size()) {
+                ++index_;
+                offset_ = 0;
+            }
+        }
+        return 0;
+    }
+
+    const std::vector<Bytes>& pieces_;
+    std::size_t index_ = 0;
+    std::size_t offset_ = 0;
+};
+
+using Context = std::unique_ptr<spng_ctx, void (*)(spng_ctx*)>;
+
+/// How much of the picture could be had.
+struct Outcome {
+    int rows = 0;  ///< from the top that hold something
+    bool whole = false;
+};
+
+/// Decodes row by row into place(y), and calls done(y) after each.
+template <typename Place, typename Done>
+Outcome readRows(spng_ctx* context, std::size_t rowSize, const Place& place, const Done& done) {
+    Outcome outcome;
+    spng_row_info info{};
+    while (!outcome.whole && spng_get_row_info(context, &info) == 0) {
+        const int y = static_cast<int>(info.row_num);
+        const int answer = spng_decode_row(context, place(y), rowSize);
+        if (answer != 0 && answer != SPNG_EOI)
+            break;
+        done(y);
+        outcome.rows = std::max(outcome.rows, y + 1);
+        outcome.whole = answer == SPNG_EOI;
+    }
+    return outcome;
+}
+
+Outcome readNarrow(spng_ctx* context, MutableBitmapView to) {
+    const auto count = static_cast<std::size_t>(to.width);
+    return readRows(
+        context, count * 4, [&](int y) { return to.row(y); },
+        [&](int y) { exchangeRedAndBlue(to.row(y), count); });
+}
+
+/// Seven passes fill the rows bit by bit, so nothing may be turned before the last.
+Outcome readNarrowInterlaced(spng_ctx* context, MutableBitmapView to) {
+    const auto count = static_cast<std::size_t>(to.width);
+    for (int y = 0; y < to.height; ++y)
+        std::memset(to.row(y), 0, count * 4);
+    const Outcome outcome = readRows(
+        context, count * 4, [&](int y) { return to.row(y); }, [](int) {});
+    for (int y = 0; y < to.height; ++y)
+        exchangeRedAndBlue(to.row(y), count);
+    return outcome;
+}
+
+Outcome readWide(spng_ctx* context, WideRows rows, int width) {
+    const Outcome outcome = readRows(
+        context, static_cast<std::size_t>(width) * 8, [&](int y) { return rows.row(y); }, [](int) {});
+    rows.flush();
+    return outcome;
+}
+
+std::optional<Chromaticities> chromaticities(Bytes chrm) {
+    if (chrm.size() < 32)
+        return std::nullopt;
+    const auto place = [&](std::size_t offset) {
+        return Chromaticities::Place{static_cast<double>(u32(chrm, offset)) / kGammaUnit,
+                                     static_cast<double>(u32(chrm, offset + 4)) / kGammaUnit};
+    };
+    return Chromaticities{place(0), place(8), place(16), place(24)};
+}
+
+bool isNearSrgb(const std::optional<Chromaticities>& places) {
+    if (!places)
+        return true;
+    const auto near = [](double a, double b) { return std::abs(a - b) < 0.005; };
+    return near(places->red.x, 0.64) && near(places->red.y, 0.33) && near(places->green.x, 0.30) &&
+           near(places->green.y, 0.60) && near(places->blue.x, 0.15) && near(places->blue.y, 0.06);
+}
+
+std::unique_ptr<ColourProfile> profileOf(const PngChunks& chunks) {
+    const bool grey = chunks.colourType == SPNG_COLOR_TYPE_GRAYSCALE ||
+                      chunks.colourType == SPNG_COLOR_TYPE_GRAYSCALE_ALPHA;
+    const ColourModel model = grey ? ColourModel::grey : ColourModel::rgb;
+    const SampleDepth depth = chunks.bitDepth == kWideDepth ? SampleDepth::sixteen : SampleDepth::eight;
+    if (!chunks.icc.empty())
+        return ColourProfile::fromIcc(unpackedIcc(chunks.icc), model, depth);
+    const std::uint32_t gamma = u32(chunks.gama, 0);
+    if (chunks.isSrgb || gamma == 0)
+        return nullptr;
+    const std::optional<Chromaticities> places = chromaticities(chunks.chrm);
+    if (gamma >= kUsualGammaLow && gamma <= kUsualGammaHigh && isNearSrgb(places))
+        return nullptr;
+    return ColourProfile::fromGamma(static_cast<double>(kGammaUnit) / gamma, places, model, depth);
+}
+
+bool hasAlpha(const PngChunks& chunks) {
+    return chunks.hasTransparency || chunks.colourType == SPNG_COLOR_TYPE_GRAYSCALE_ALPHA ||
+           chunks.colourType == SPNG_COLOR_TYPE_TRUECOLOR_ALPHA;
+}
+
+constexpr const char* kNoPicture = "the file ends before its picture begins";
+
+Error unreadable(const PngChunks& chunks, int reason) {
+    if (chunks.isCutShort)
+        return {kNoPicture};
+    return {std::string("the PNG file cannot be read: ") + spng_strerror(reason)};
+}
+
+/// Sets the library up to give R,G,B,A rows; its answer.
+int start(spng_ctx* context, const PngChunks& chunks, Pieces& pieces) {
+    if (chunks.isCutShort)  // the checksum of the last piece is not there
+        spng_set_crc_action(context, SPNG_CRC_USE, SPNG_CRC_USE);
+    if (const int answer = spng_set_png_stream(context, &Pieces::read, &pieces); answer != 0)
+        return answer;
+    return spng_decode_image(context, nullptr, 0,
+                             chunks.bitDepth == kWideDepth ? SPNG_FMT_RGBA16 : SPNG_FMT_RGBA8,
+                             SPNG_DECODE_PROGRESSIVE | SPNG_DECODE_TRNS);
+}
+
+}  // namespace
+
+Result<DecodedPicture> PngDecoder::decode(Bytes file) const {
+    PngChunks chunks;
+    if (Result<void> read = readPngChunks(file, chunks); !read)
+        return read.error();
+    if (std::optional<Error> refusal = budget().refusal(chunks.width, chunks.height))
+        return *std::move(refusal);
+    Pieces pieces(chunks.picture);
+    const Context context(spng_ctx_new(0), spng_ctx_free);
+    if (!context)
+        return Error{"not enough memory to read the file"};
+    if (const int answer = start(context.get(), chunks, pieces); answer != 0)
+        return unreadable(chunks, answer);
+    Result<Bitmap> pixels = Bitmap::create(static_cast<int>(chunks.width), static_cast<int>(chunks.height),
+                                           hasAlpha(chunks) ? AlphaMode::straight : AlphaMode::opaque);
+    if (!pixels)
+        return pixels.error();
+
+    const bool wide = chunks.bitDepth == kWideDepth;
+    const std::unique_ptr<ColourProfile> profile = profileOf(chunks);
+    Outcome outcome;
+    if (wide)
+        outcome = readWide(context.get(),
+                           WideRows(pixels->view(), profile.get(), workers(),
+                                    chunks.isInterlaced ? pixels->height() : kWideRowsHeld),
+                           pixels->width());
+    else
+        outcome = chunks.isInterlaced ? readNarrowInterlaced(context.get(), pixels->view())
+                                      : readNarrow(context.get(), pixels->view());
+    if (outcome.rows == 0)
+        return unreadable(chunks, SPNG_EIDAT_STREAM);
+    if (!outcome.whole && chunks.isInterlaced) {
+        outcome.rows = pixels->height();  // what is missing lies between the rows that were read
+        pixels->setAlphaMode(AlphaMode::straight);
+    }
+
+    Result<Bitmap> bitmap =
+        finished({std::move(*pixels), outcome.rows, ColourModel::rgb, exifOrientation(chunks.exif)},
+                 wide ? nullptr : profile.get(), workers());
+    if (!bitmap)
+        return bitmap.error();
+    DecodedPicture picture;
+    picture.representations.push_back(std::move(*bitmap));
+    if (!outcome.whole)
+        picture.notice = chunks.isCutShort ? kCutShort : kDamaged;
+    return picture;
+}
+
+}  // namespace trimora::codecs

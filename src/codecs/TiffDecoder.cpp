@@ -1,0 +1,117 @@
+#include "codecs/TiffDecoder.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "codecs/TiffFile.h"
+#include "codecs/TiffPage.h"
+
+namespace trimora::codecs {
+namespace {
+
+using cutengine::DecodedPicture;
+using foundation::Bitmap;
+using foundation::Error;
+using foundation::Result;
+
+constexpr std::size_t kMostPages = 1000;
+constexpr const char* kTooManyPages = "the file has more than 1000 pages; the first are shown";
+
+// What pictures are packed with. Others are rare, and some of their readers take memory without bound.
+constexpr std::array<std::uint16_t, 11> kPackings = {
+    COMPRESSION_NONE,     COMPRESSION_CCITTRLE,  COMPRESSION_CCITTFAX3, COMPRESSION_CCITTFAX4,
+    COMPRESSION_LZW,      COMPRESSION_JPEG,      COMPRESSION_DEFLATE,   COMPRESSION_ADOBE_DEFLATE,
+    COMPRESSION_PACKBITS, COMPRESSION_CCITTRLEW, COMPRESSION_ZSTD};
+
+struct Page {
+    std::uint64_t offset;  ///< of its directory in the file
+    std::uint64_t width;   ///< upright
+    std::uint64_t height;
+};
+
+Page currentPage(const TiffFile& file) {
+    Page page{TIFFCurrentDirOffset(file.handle()), file.tag<std::uint32_t>(TIFFTAG_IMAGEWIDTH),
+              file.tag<std::uint32_t>(TIFFTAG_IMAGELENGTH)};
+    if (orientationOf(file.tag<std::uint16_t>(TIFFTAG_ORIENTATION, 1)) >= Orientation::leftTop)
+        std::swap(page.width, page.height);
+    return page;
+}
+
+/// The pages that hold pictures, none decoded. The library ends the walk where directories form a loop.
+std::vector<Page> pagesOf(const TiffFile& file, bool& more) {
+    std::vector<Page> pages;
+    do {
+        if ((file.tag<std::uint32_t>(TIFFTAG_SUBFILETYPE) & FILETYPE_MASK) == 0)
+            pages.push_back(currentPage(file));
+    } while (pages.size() < kMostPages && TIFFReadDirectory(file.handle()) == 1);
+    more = pages.size() == kMostPages && TIFFLastDirectory(file.handle()) == 0;
+    return pages;
+}
+
+std::optional<Error> refusalOf(const std::vector<Page>& pages, const PixelBudget& budget) {
+    std::uint64_t widest = 1;
+    std::uint64_t highest = 1;
+    std::uint64_t pixels = 0;
+    for (const Page& page : pages) {
+        if (std::optional<Error> refusal = budget.refusal(page.width, page.height))
+            return refusal;
+        widest = std::max(widest, page.width);
+        highest = std::max(highest, page.height);
+        pixels += page.width * page.height;
+    }
+    if (std::optional<Error> refusal = budget.refusal(widest, highest))
+        return refusal;
+    return budget.refusal(pixels);
+}
+
+Error unreadable(const TiffFile& file) {
+    return {"the TIFF file cannot be read: " +
+            (file.complaint().empty() ? std::string("it holds no picture") : file.complaint())};
+}
+
+Result<Bitmap> decodePage(const TiffFile& file, const Page& page, bool& whole, foundation::Workers& workers) {
+    if (TIFFSetSubDirectory(file.handle(), page.offset) != 1)
+        return unreadable(file);
+    const auto packing = file.tag<std::uint16_t>(TIFFTAG_COMPRESSION, COMPRESSION_NONE);
+    if (std::find(kPackings.begin(), kPackings.end(), packing) == kPackings.end())
+        return Error{"the TIFF file is packed in a way that is not read here"};
+    return decodeTiffPage(file, whole, workers);
+}
+
+}  // namespace
+
+Result<DecodedPicture> TiffDecoder::decode(Bytes bytes) const {
+    const TiffFile file(bytes);
+    if (file.handle() == nullptr)
+        return unreadable(file);
+    bool more = false;
+    const std::vector<Page> pages = pagesOf(file, more);
+    if (std::optional<Error> refusal = refusalOf(pages, budget()))
+        return *std::move(refusal);
+
+    DecodedPicture picture;
+    std::optional<Error> failure;
+    bool allWhole = true;
+    for (const Page& page : pages) {
+        bool whole = true;
+        Result<Bitmap> bitmap = decodePage(file, page, whole, workers());
+        allWhole = allWhole && bitmap && whole;
+        if (bitmap)
+            picture.representations.push_back(std::move(*bitmap));
+        else if (!failure)
+            failure = bitmap.error();
+    }
+    if (picture.representations.empty())
+        return failure ? *failure : unreadable(file);
+    if (!allWhole)
+        picture.notice = kDamaged;
+    else if (more)
+        picture.notice = kTooManyPages;
+    return picture;
+}
+
+}  // namespace trimora::codecs

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <tiffio.h>
+
+#include <cstdint>
+#include <string>
+
+#include "codecs/Bytes.h"
+
+namespace trimora::codecs {
+
+/// A TIFF file in memory, opened by libtiff for reading. What the library complains of is kept, not
+/// printed. Not movable: the library holds its address.
+class TiffFile {
+ public:
+    explicit TiffFile(Bytes bytes);
+    ~TiffFile();
+    TiffFile(const TiffFile&) = delete;
+    TiffFile& operator=(const TiffFile&) = delete;
+
+    /// Null where the bytes are no TIFF file or its first page cannot be read.
+    [[nodiscard]] TIFF* handle() const { return handle_; }
+
+    /// The library's first complaint; empty where it had none.
+    [[nodiscard]] const std::string& complaint() const { return complaint_; }
+
+    /// A tag of the current page, or the format's default for it, or `otherwise`.
+    template <typename Number>
+    [[nodiscard]] Number tag(std::uint32_t name, Number otherwise = 0) const {
+        Number value = otherwise;
+        return TIFFGetFieldDefaulted(handle_, name, &value) == 1 ? value : otherwise;
+    }
+
+ private:
+    static int onError(TIFF* tiff, void* self, const char* module, const char* format, va_list arguments);
+    static tmsize_t read(thandle_t self, void* to, tmsize_t size);
+    static toff_t seek(thandle_t self, toff_t offset, int origin);
+    static toff_t size(thandle_t self);
+    static int map(thandle_t self, void** base, toff_t* size);
+
+    Bytes bytes_;
+    std::uint64_t position_ = 0;
+    std::string complaint_;
+    TIFF* handle_ = nullptr;
+};
+
+}  // namespace trimora::codecs
