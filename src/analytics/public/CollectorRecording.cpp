@@ -32,10 +32,8 @@ void recordEventLater(const std::string& name, std::function<Dictionary()> data)
     });
 }
 
-void recordEventOfSession(const std::string& name, const Dictionary& data, const std::string& session) {
-    TXAnalyticsQueue::addTask([name, data, session] {
-        save(TXEventBuilder::createEventWithName_forSession(name, data, session, context()));
-    });
+void saveEventOfSession(const std::string& name, const Dictionary& data, const std::string& session) {
+    save(TXEventBuilder::createEventWithName_forSession(name, data, session, context()));
 }
 
 }  // namespace trimora::analytics

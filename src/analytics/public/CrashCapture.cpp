@@ -121,17 +121,23 @@ void collectLeftBehind(const std::filesystem::path& folder) {
 
 }  // namespace
 
-void CrashCapture::install(const std::filesystem::path& folder) {
-    uninstall();
+void CrashCapture::install() {
+    if (current)
+        return;
+    current = std::make_unique<Installed>();
+    FatalSignals::handle();
+    current->terminateBefore = std::set_terminate(handleUncaughtException);
+}
+
+void CrashCapture::prepareRecord(const std::filesystem::path& folder) {
     collectLeftBehind(folder);
-    auto installed = std::make_unique<Installed>();
-    installed->path = folder / formatted("telemetrix-%d.crash", static_cast<int>(::getpid()));
-    installed->file = files::openAt(AT_FDCWD, installed->path.c_str(),
-                                    O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW, kOwnerOnly);
-    ::flock(installed->file.number(), LOCK_EX | LOCK_NB);
-    FatalSignals::handle(installed->file.number());
-    installed->terminateBefore = std::set_terminate(handleUncaughtException);
-    current = std::move(installed);
+    if (current->file)
+        return;
+    current->path = folder / formatted("telemetrix-%d.crash", static_cast<int>(::getpid()));
+    current->file =
+        files::openAt(AT_FDCWD, current->path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW, kOwnerOnly);
+    ::flock(current->file.number(), LOCK_EX | LOCK_NB);
+    FatalSignals::writeTo(current->file.number());
 }
 
 void CrashCapture::uninstall() {
@@ -139,7 +145,8 @@ void CrashCapture::uninstall() {
         return;
     std::set_terminate(current->terminateBefore);
     FatalSignals::release();
-    ::unlink(current->path.c_str());
+    if (current->file)
+        ::unlink(current->path.c_str());
     current.reset();
 }
 

@@ -12,18 +12,22 @@ namespace trimora::analytics {
 /// "kTLCrashLogKey": one entry, the session id and the text. A fatal signal (SIGSEGV, SIGBUS, SIGFPE,
 /// SIGILL, SIGABRT, SIGTRAP, SIGSYS) is written as bare numbers to a file that was opened beforehand
 /// ("telemetrix-<process id>.crash" beside the store), by async-signal-safe calls alone and, on the
-/// thread that called install(), on a stack of its own. The next install() turns such files of processes
-/// that are gone into entries of "kTLCrashLogKey". Either way the process then dies as it would have
-/// without this class.
+/// thread that called install(), on a stack of its own. A later process turns such files into entries of
+/// "kTLCrashLogKey". Either way the process then dies as it would have without this class.
 ///
-/// One for the process. install() and uninstall() belong to the main thread.
+/// One for the process. install() and uninstall() belong to the main thread; install() costs
+/// microseconds, and what touches the disk is in prepareRecord().
 class CrashCapture {
  public:
     /// What "kTLCrashLogKey" holds: session id to text.
     using Crashes = std::map<std::string, std::string>;
 
-    /// Collects what crashed processes left in `folder`, and begins to watch this one.
-    static void install(const std::filesystem::path& folder);
+    /// Begins to watch this process. Does nothing where that was done before.
+    static void install();
+
+    /// Collects what crashed processes left in `folder`, and opens this one's file there. Until then a
+    /// fatal signal leaves no record. Any thread, between install() and uninstall().
+    static void prepareRecord(const std::filesystem::path& folder);
 
     /// Puts everything back as it was. Does nothing where nothing is installed.
     static void uninstall();

@@ -149,7 +149,7 @@ void recordCrash(int number, siginfo_t* info, void* context) {
 
 }  // namespace
 
-void FatalSignals::handle(int file) {
+void FatalSignals::handle() {
     stack_t stack = {};
     if (::sigaltstack(nullptr, &stack) == 0 && (stack.ss_flags & SS_DISABLE) != 0) {
         stack = {};
@@ -157,13 +157,16 @@ void FatalSignals::handle(int file) {
         stack.ss_size = handlerStack.size();
         ::sigaltstack(&stack, nullptr);
     }
-    recordFile = file;
     struct sigaction action = {};
     action.sa_sigaction = recordCrash;
     action.sa_flags = SA_SIGINFO | SA_ONSTACK;
     ::sigemptyset(&action.sa_mask);
     for (std::size_t i = 0; i < kSignals.size(); ++i)
         ::sigaction(kSignals[i], &action, &before[i]);
+}
+
+void FatalSignals::writeTo(int file) {
+    recordFile = file;
 }
 
 void FatalSignals::release() {

@@ -8,9 +8,12 @@ namespace trimora::analytics {
 /// to a file that is open already, and let the signal take its course. For CrashCapture alone.
 class FatalSignals {
  public:
-    /// Begins to handle; `file` is an open descriptor that stays the caller's. On the calling thread the
-    /// handlers run on a stack of their own, so that an overflow of its stack is told too.
-    static void handle(int file);
+    /// Begins to handle; nothing is written before writeTo(). On the calling thread the handlers run on
+    /// a stack of their own, so that an overflow of its stack is told too.
+    static void handle();
+
+    /// Where the record of a crash goes: an open descriptor that stays the caller's. Any thread.
+    static void writeTo(int file);
 
     /// Gives every signal back to whoever had it.
     static void release();

@@ -13,6 +13,7 @@
 #include "analytics/public/CollectorRecording.h"
 #include "analytics/public/CrashCapture.h"
 #include "analytics/public/TXAnalyticsCollector.h"
+#include "analytics/public/TXAnalyticsQueue.h"
 #include "analytics/public/Telemetrix.h"
 #include "analytics/public/TelemetrixNotifications.h"
 #include "analytics/session/TXSessionManager.h"
@@ -87,6 +88,10 @@ std::vector<TXEvent> sessionEnds(const std::vector<TXEvent>& all, const std::str
     return found;
 }
 
+void saveCrash(const std::string& text, const std::string& session) {
+    saveEventOfSession(std::string(events::kAppCrash), {{"stacktrace", text}}, session);
+}
+
 }  // namespace
 
 void TXAnalyticsCollector::appInstall() {
@@ -151,7 +156,7 @@ void TXAnalyticsCollector::sessionEnd() {
 
 void TXAnalyticsCollector::appCrash(const std::string& text, const std::string& session) {
     if (Telemetrix::innerId())
-        recordEventOfSession(std::string(events::kAppCrash), {{"stacktrace", text}}, session);
+        TXAnalyticsQueue::addTask([text, session] { saveCrash(text, session); });
 }
 
 void TXAnalyticsCollector::load() {
@@ -161,16 +166,23 @@ void TXAnalyticsCollector::load() {
 
 void TXAnalyticsCollector::unload() {
     startObservation().end();
-    CrashCapture::uninstall();
     setAnalyticsCollectorDelegate(nullptr);
 }
 
 void TXAnalyticsCollector::subscribeToCrash() {
-    CrashCapture::install(TXAnalyticsCoreDataManager::sharedManager().dbFileURL().parent_path());
-    for (const auto& [session, text] : CrashCapture::pendingCrashes())
-        appCrash(text, session);
-    CrashCapture::forgetPendingCrashes();
     startObservation().end();
+    CrashCapture::install();
+    atUninstallation(CrashCapture::uninstall);
+    // One task, queued before those of the session manager: the crash is in its session before that
+    // session is posted.
+    TXAnalyticsQueue::addTask([] {
+        CrashCapture::prepareRecord(TXAnalyticsCoreDataManager::sharedManager().dbFileURL().parent_path());
+        if (Telemetrix::innerId()) {
+            for (const auto& [session, text] : CrashCapture::pendingCrashes())
+                saveCrash(text, session);
+        }
+        CrashCapture::forgetPendingCrashes();
+    });
 }
 
 }  // namespace trimora::analytics
