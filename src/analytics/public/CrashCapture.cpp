@@ -1,0 +1,175 @@
+#include "analytics/public/CrashCapture.h"
+
+#include <cxxabi.h>
+#include <execinfo.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <array>
+#include <cstdlib>
+#include <exception>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <typeinfo>
+#include <utility>
+
+#include "analytics/Diagnostics.h"
+#include "analytics/Installation.h"
+#include "analytics/info/UserDefaults.h"
+#include "analytics/public/CrashRecord.h"
+#include "analytics/public/FatalSignals.h"
+#include "files/FileDescriptor.h"
+#include "files/RegularFile.h"
+
+namespace trimora::analytics {
+namespace {
+
+constexpr const char* kCrashLogKey = "kTLCrashLogKey";
+constexpr std::size_t kLargestRecord = 1024 * 1024;
+constexpr unsigned kOwnerOnly = 0600;
+
+struct Installed {
+    std::filesystem::path path;
+    files::FileDescriptor file;
+    std::terminate_handler terminateBefore = nullptr;
+};
+std::unique_ptr<Installed> current;
+
+void storeCrashes(const CrashCapture::Crashes& crashes) {
+    // What a dying process says need not be UTF-8.
+    const std::string text =
+        nlohmann::json(crashes).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+    wiring().userDefaults.setObject(kCrashLogKey, text);
+    wiring().userDefaults.synchronize();
+}
+
+std::string demangled(const char* name) {
+    int status = 0;
+    const std::unique_ptr<char, void (*)(void*)> plain(abi::__cxa_demangle(name, nullptr, nullptr, &status),
+                                                       std::free);
+    return plain ? plain.get() : name;
+}
+
+std::string describeException() {
+    const std::exception_ptr exception = std::current_exception();
+    if (!exception)
+        return "terminate called without an exception";
+    std::string type = "unknown exception";
+    if (const std::type_info* const info = abi::__cxa_current_exception_type())
+        type = demangled(info->name());
+    try {
+        std::rethrow_exception(exception);
+    } catch (const std::exception& known) {
+        return type + ": " + known.what();
+    } catch (...) {
+        return type;
+    }
+}
+
+std::string callStackSymbols() {
+    std::array<void*, 64> frames = {};
+    const int count = ::backtrace(frames.data(), static_cast<int>(frames.size()));
+    const std::unique_ptr<char*, void (*)(void*)> symbols(::backtrace_symbols(frames.data(), count),
+                                                          std::free);
+    std::string text;
+    for (int i = 0; symbols && i < count; ++i)
+        text.append("\n").append(std::to_string(i)).append(" ").append(symbols.get()[i]);
+    return text;
+}
+
+[[noreturn]] void handleUncaughtException() {
+    FatalSignals::silence();
+    const std::terminate_handler before = current ? current->terminateBefore : nullptr;
+    storeCrashes({{FatalSignals::session(), describeException() + callStackSymbols()}});
+    if (before != nullptr)
+        before();
+    std::abort();
+}
+
+/// The file is locked as long as its process lives.
+bool isLeftBehind(const files::FileDescriptor& file) {
+    return ::flock(file.number(), LOCK_EX | LOCK_NB) == 0;
+}
+
+void collect(const std::filesystem::path& path, CrashCapture::Crashes& crashes) {
+    const auto file = files::openRegularFileAt(AT_FDCWD, path.c_str(), files::Links::refuse);
+    if (!file || !isLeftBehind(*file))
+        return;
+    if (const auto bytes = files::readAll(*file, kLargestRecord)) {
+        const auto view = bytes->view();
+        const std::string written(view.begin(), view.end());
+        if (const auto record = CrashRecord::parse(written))
+            crashes.emplace(record->session, record->text);
+    }
+    ::unlink(path.c_str());
+}
+
+void collectLeftBehind(const std::filesystem::path& folder) {
+    CrashCapture::Crashes crashes = CrashCapture::pendingCrashes();
+    const std::size_t known = crashes.size();
+    std::error_code failure;
+    for (std::filesystem::directory_iterator entry(folder, failure), end; entry != end;
+         entry.increment(failure)) {
+        const std::string name = entry->path().filename();
+        if (name.starts_with("telemetrix-") && name.ends_with(".crash"))
+            collect(entry->path(), crashes);
+    }
+    if (crashes.size() > known)
+        storeCrashes(crashes);
+}
+
+}  // namespace
+
+void CrashCapture::install() {
+    if (current)
+        return;
+    current = std::make_unique<Installed>();
+    FatalSignals::handle();
+    current->terminateBefore = std::set_terminate(handleUncaughtException);
+}
+
+void CrashCapture::prepareRecord(const std::filesystem::path& folder) {
+    collectLeftBehind(folder);
+    if (current->file)
+        return;
+    current->path = folder / formatted("telemetrix-%d.crash", static_cast<int>(::getpid()));
+    current->file =
+        files::openAt(AT_FDCWD, current->path.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_NOFOLLOW, kOwnerOnly);
+    ::flock(current->file.number(), LOCK_EX | LOCK_NB);
+    FatalSignals::writeTo(current->file.number());
+}
+
+void CrashCapture::uninstall() {
+    if (!current)
+        return;
+    std::set_terminate(current->terminateBefore);
+    FatalSignals::release();
+    if (current->file)
+        ::unlink(current->path.c_str());
+    current.reset();
+}
+
+void CrashCapture::setSession(const std::string& session) {
+    FatalSignals::setSession(session);
+}
+
+CrashCapture::Crashes CrashCapture::pendingCrashes() {
+    const auto text = wiring().userDefaults.objectForKey(kCrashLogKey);
+    Crashes crashes;
+    const auto entries = nlohmann::json::parse(text.value_or("{}"), nullptr, false);
+    if (!entries.is_object())
+        return crashes;
+    for (const auto& [session, crash] : entries.items()) {
+        if (crash.is_string())
+            crashes.emplace(session, crash.get<std::string>());
+    }
+    return crashes;
+}
+
+void CrashCapture::forgetPendingCrashes() {
+    wiring().userDefaults.removeObjectForKey(kCrashLogKey);
+    wiring().userDefaults.synchronize();
+}
+
+}  // namespace trimora::analytics

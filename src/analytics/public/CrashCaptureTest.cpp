@@ -1,0 +1,269 @@
+#include "analytics/public/CrashCapture.h"
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <fstream>
+#include <functional>
+#include <iterator>
+#include <stdexcept>
+#include <thread>
+
+#include "analytics/TelemetrixForTests.h"
+#include "analytics/public/CrashRecord.h"
+#include "analytics/public/TXAnalyticsCollector.h"
+
+// AddressSanitizer and ThreadSanitizer have handlers and stacks of their own.
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#define TRIMORA_SANITIZED 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
+#define TRIMORA_SANITIZED 1
+#endif
+#endif
+
+namespace trimora::analytics {
+namespace {
+
+using ::testing::ContainsRegex;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::SizeIs;
+using ::testing::StartsWith;
+
+/// User defaults that a child process leaves to its parent.
+class FileUserDefaults final : public UserDefaults {
+ public:
+    explicit FileUserDefaults(std::filesystem::path file) : file_(std::move(file)) {}
+    [[nodiscard]] std::optional<std::string> objectForKey(std::string_view key) const override {
+        if (key != "kTLCrashLogKey" || !std::filesystem::exists(file_))
+            return std::nullopt;
+        std::ifstream stream(file_);
+        return std::string(std::istreambuf_iterator<char>(stream), {});
+    }
+    void setObject(std::string_view key, std::string_view value) override {
+        if (key == "kTLCrashLogKey")
+            std::ofstream(file_) << value;
+    }
+    void removeObjectForKey(std::string_view /*key*/) override { std::filesystem::remove(file_); }
+    void synchronize() override {}
+
+ private:
+    std::filesystem::path file_;
+};
+
+class CrashCaptureTest : public TelemetrixTest {
+ protected:
+    void SetUp() override {}
+    void TearDown() override {
+        if (installation)
+            quit();
+    }
+    void installWith(UserDefaults& kept) {
+        installation = std::make_unique<Installation>(Wiring{queues,
+                                                             time,
+                                                             time,
+                                                             notifications,
+                                                             kept,
+                                                             bundle,
+                                                             device,
+                                                             location,
+                                                             network,
+                                                             transport,
+                                                             home.path(),
+                                                             {}});
+    }
+    /// A process that starts the library and then comes to grief; returns how it ended.
+    int childStatus(const std::function<void()>& grief) {
+        const pid_t child = ::fork();
+        if (child == 0) {
+            const struct rlimit none = {0, 0};
+            ::setrlimit(RLIMIT_CORE, &none);
+            FileUserDefaults kept(keptFile);
+            installWith(kept);
+            Telemetrix::startSession();
+            settle();
+            std::ofstream(home.path() / "session") << manager().currentSession();
+            grief();
+            std::_Exit(0);
+        }
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        return status;
+    }
+    std::string childSession() {
+        std::string session;
+        std::ifstream(home.path() / "session") >> session;
+        return session;
+    }
+    /// The next start of the library; what it stored of the crash, in the session in which it happened.
+    std::vector<std::string> stackTracesAfterRestart() {
+        FileUserDefaults kept(keptFile);
+        installWith(kept);
+        Telemetrix::startSession();
+        settle();
+        std::vector<std::string> traces;
+        for (const auto& body : bodies(childSession())) {
+            if (body["event"] == "app_crash")
+                traces.push_back(nlohmann::json::parse(body["data"].get<std::string>())["stacktrace"]);
+        }
+        EXPECT_THAT(CrashCapture::pendingCrashes(), IsEmpty());
+        quit();
+        return traces;
+    }
+
+    std::filesystem::path keptFile = home.path() / "defaults";
+};
+
+/// Deeper than any stack, in a way that no compiler turns into a loop.
+int overflowStack(volatile int* depth) {
+    volatile char room[4096];
+    room[0] = static_cast<char>(*depth);
+    *depth = *depth + 1;
+    if (*depth < 0)
+        return 0;
+    return overflowStack(depth) + room[0];
+}
+
+/// Nothing thrown gets past this.
+void withoutCatching(const std::function<void()>& grief) noexcept {
+    grief();
+}
+
+TEST_F(CrashCaptureTest, UncaughtExceptionIsRecordedInItsSessionByTheNextStart) {
+    const int status =
+        childStatus([] { withoutCatching([] { throw std::runtime_error("the \xFF picture"); }); });
+    EXPECT_TRUE(WIFSIGNALED(status));
+    EXPECT_EQ(WTERMSIG(status), SIGABRT);
+    const auto traces = stackTracesAfterRestart();
+    ASSERT_THAT(traces, SizeIs(1));
+    EXPECT_THAT(traces[0], StartsWith("std::runtime_error: the \xEF\xBF\xBD picture\n0 "));
+    EXPECT_THAT(stackTracesAfterRestart(), SizeIs(1));  // not a second time
+}
+
+TEST_F(CrashCaptureTest, ExceptionsOfAnyTypeAreNamed) {
+    childStatus([] { withoutCatching([] { throw 42; }); });
+    EXPECT_THAT(stackTracesAfterRestart().at(0), StartsWith("int\n0 "));
+    childStatus([] { std::terminate(); });
+    EXPECT_THAT(stackTracesAfterRestart().at(0), StartsWith("terminate called without an exception\n0 "));
+}
+
+#ifndef TRIMORA_SANITIZED
+
+TEST_F(CrashCaptureTest, FatalSignalsAreRecordedAndStillKill) {
+    const std::pair<int, const char*> signals[] = {
+        {SIGSEGV, "SIGSEGV"}, {SIGBUS, "SIGBUS"},   {SIGFPE, "SIGFPE"}, {SIGILL, "SIGILL"},
+        {SIGABRT, "SIGABRT"}, {SIGTRAP, "SIGTRAP"}, {SIGSYS, "SIGSYS"}};
+    for (const auto& [number, name] : signals) {
+        const int status = childStatus([number = number] { ::raise(number); });
+        EXPECT_TRUE(WIFSIGNALED(status)) << name;
+        EXPECT_EQ(WTERMSIG(status), number);
+        const auto traces = stackTracesAfterRestart();
+        ASSERT_THAT(traces, SizeIs(1)) << name;
+        EXPECT_THAT(traces[0], StartsWith(std::string(name) + " (code 0, address 0x"));
+        EXPECT_THAT(traces[0], ContainsRegex("\n0 [^ ]+ \\+ 0x[0-9a-f]+"));
+        std::filesystem::remove(keptFile);
+    }
+}
+
+TEST_F(CrashCaptureTest, FaultTellsItsAddressAndPlace) {
+    const int status = childStatus([] {
+        volatile std::uintptr_t nowhere = 0x18;
+        *reinterpret_cast<volatile int*>(nowhere) = 1;
+    });
+    EXPECT_EQ(WTERMSIG(status), SIGSEGV);
+    const auto traces = stackTracesAfterRestart();
+    ASSERT_THAT(traces, SizeIs(1));
+    EXPECT_THAT(traces[0], StartsWith("SIGSEGV (code 1, address 0x18)\n0 trimora_analytics_test + 0x"));
+}
+
+TEST_F(CrashCaptureTest, OverflowOfTheStackIsRecordedToo) {
+    const int status = childStatus([] {
+        volatile int depth = 0;
+        depth = overflowStack(&depth);
+    });
+    EXPECT_EQ(WTERMSIG(status), SIGSEGV);
+    EXPECT_THAT(stackTracesAfterRestart(), SizeIs(1));
+}
+
+TEST_F(CrashCaptureTest, CrashOfAnotherThreadIsRecorded) {
+    const int status = childStatus([] { std::thread([] { std::abort(); }).join(); });
+    EXPECT_EQ(WTERMSIG(status), SIGABRT);
+    EXPECT_THAT(stackTracesAfterRestart().at(0), StartsWith("SIGABRT (code 0,"));
+}
+
+TEST_F(CrashCaptureTest, KilledProcessLeavesNoCrash) {
+    const int status = childStatus([] { ::raise(SIGKILL); });
+    EXPECT_EQ(WTERMSIG(status), SIGKILL);
+    EXPECT_THAT(stackTracesAfterRestart(), IsEmpty());
+    for (const auto& entry : std::filesystem::directory_iterator(home.path() / "Trimora"))
+        EXPECT_NE(entry.path().extension(), ".crash");
+}
+
+#endif
+
+TEST_F(CrashCaptureTest, PendingCrashesOfSeveralSessionsAreEachRecordedInTheirs) {
+    defaults.values["kTLCrashLogKey"] = R"({"A":"first","B":"second","C":7})";
+    install();
+    start();
+    EXPECT_EQ(bodies("A").at(0)["data"], R"({"stacktrace":"first"})");
+    EXPECT_EQ(bodies("B").at(0)["event"], "app_crash");
+    EXPECT_THAT(bodies("C"), IsEmpty());
+    EXPECT_EQ(defaults.values.count("kTLCrashLogKey"), 0U);
+}
+
+TEST_F(CrashCaptureTest, CrashIsPostedWithTheSessionInWhichItHappened) {
+    install();
+    leaveSession("crashed", 0, 50);
+    defaults.values["kTLCrashLogKey"] = R"({"crashed":"trace"})";
+    transport.answer = 200;
+    start();
+    ASSERT_THAT(posted(), SizeIs(1));
+    EXPECT_THAT(transport.requests()[0].body, HasSubstr(R"(\"stacktrace\":\"trace\")"));
+}
+
+TEST_F(CrashCaptureTest, NonsenseInTheUserDefaultsIsForgotten) {
+    defaults.values["kTLCrashLogKey"] = "not json";
+    install();
+    start();
+    EXPECT_EQ(defaults.values.count("kTLCrashLogKey"), 0U);
+}
+
+TEST_F(CrashCaptureTest, RunningProcessesFileIsLeftAlone) {
+    install();
+    start();
+    const auto file = home.path() / "Trimora" / ("telemetrix-" + std::to_string(::getpid()) + ".crash");
+    EXPECT_TRUE(std::filesystem::exists(file));
+    std::ofstream(home.path() / "Trimora" / "telemetrix-1.crash") << "session A\nsignal 11\n";
+    TXAnalyticsCollector::subscribeToCrash();
+    settle();
+    EXPECT_TRUE(std::filesystem::exists(file));
+    EXPECT_FALSE(std::filesystem::exists(home.path() / "Trimora" / "telemetrix-1.crash"));
+    EXPECT_EQ(bodies("A").at(0)["event"], "app_crash");
+    quit();
+    EXPECT_FALSE(std::filesystem::exists(file));
+}
+
+TEST(CrashRecord, TurnsPlacesIntoFilesAndOffsets) {
+    const auto record = CrashRecord::parse(
+        "session ABC\nsignal 11\ncode 1\naddress 0x18\nframe 0x1234\nframe 0x9999\nframe 0x5010\nmaps\n"
+        "1000-2000 r-xp 00000400 08:01 17     /opt/a program/trimora\n"
+        "5000-6000 rw-p 00000000 00:00 0\n"
+        "broken line\n");
+    ASSERT_TRUE(record);
+    EXPECT_EQ(record->session, "ABC");
+    EXPECT_EQ(record->text, "SIGSEGV (code 1, address 0x18)\n0 trimora + 0x634\n1 0x9999\n2 0x5010");
+}
+
+TEST(CrashRecord, UnfinishedRecordTellsWhatItCan) {
+    EXPECT_FALSE(CrashRecord::parse(""));
+    EXPECT_FALSE(CrashRecord::parse("session "));
+    EXPECT_FALSE(CrashRecord::parse("session A\nsignal"));
+    EXPECT_EQ(CrashRecord::parse("session A\nsignal 6\ncode")->text, "SIGABRT (code , address )");
+    EXPECT_EQ(CrashRecord::parse("session A\nsignal 500")->text.substr(0, 10), "signal 500");
+}
+
+}  // namespace
+}  // namespace trimora::analytics

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <functional>
+#include <optional>
+
+#include "analytics/session/HttpTransport.h"
+#include "analytics/session/TelemetrixError.h"
+
+namespace trimora::analytics {
+
+/// One prepared post of a session.
+class TXSessionRequest {
+ public:
+    /// Nothing when the service took the session, else why it did not.
+    using Completion = std::function<void(const std::optional<TelemetrixError>&)>;
+
+    explicit TXSessionRequest(HttpRequest request) : request_(std::move(request)) {}
+
+    [[nodiscard]] const HttpRequest& request() const { return request_; }
+
+    /// Sends it and returns at once. The completion comes on the transport's own thread: nothing for
+    /// a complete answer 200; kServiceRejectedData for 400; kServiceDidNotAccept for any other status;
+    /// else the transport's own error. What the answer says beyond its status is not read.
+    void sendAsync(Completion completion) const;
+
+ private:
+    HttpRequest request_;
+};
+
+}  // namespace trimora::analytics

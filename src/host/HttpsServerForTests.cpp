@@ -1,0 +1,104 @@
+#include "host/HttpsServerForTests.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+
+namespace trimora::host {
+
+HttpsServer::HttpsServer() {
+    if (!makeCertificates()) {
+        std::printf("no HTTPS server: the openssl program is missing or failed\n");
+        return;
+    }
+    ::setenv("SSL_CERT_FILE", (folder_.path() / "authority.crt").c_str(), 1);
+    ::setenv("no_proxy", "*", 1);
+    std::ofstream(folder_.path() / "ledger");
+    std::ofstream(folder_.path() / "script");
+    int toServer[2];
+    int fromServer[2];
+    if (::pipe(toServer) != 0 || ::pipe(fromServer) != 0)
+        return;
+    process_ = ::fork();
+    if (process_ == 0) {
+        ::dup2(toServer[0], 0);
+        ::dup2(fromServer[1], 1);
+        for (const int end : {toServer[0], toServer[1], fromServer[0], fromServer[1]})
+            ::close(end);
+        ::execlp("python3", "python3", TRIMORA_HTTPS_SERVER, folder_.path().c_str(), nullptr);
+        std::_Exit(127);
+    }
+    ::close(toServer[0]);
+    ::close(fromServer[1]);
+    input_ = ::fdopen(toServer[1], "w");
+    std::FILE* const output = ::fdopen(fromServer[0], "r");
+    char line[512] = "";
+    if (std::fgets(line, sizeof line, output) != nullptr)
+        ports_ = nlohmann::json::parse(line).get<std::map<std::string, int>>();
+    else
+        std::printf("no HTTPS server: python3 is missing or failed\n");
+    std::fclose(output);
+}
+
+HttpsServer::~HttpsServer() {
+    if (input_ != nullptr)
+        std::fclose(input_);
+    if (process_ > 0)
+        ::waitpid(process_, nullptr, 0);
+    ::unsetenv("SSL_CERT_FILE");
+    ::unsetenv("no_proxy");
+}
+
+std::string HttpsServer::url(const std::string& kind, const std::string& identity) const {
+    return "https://localhost:" + std::to_string(ports_.at(identity)) + "/" + kind + "/stat/4";
+}
+
+std::vector<nlohmann::json> HttpsServer::takeLedger() {
+    std::vector<nlohmann::json> entries;
+    std::ifstream stream(folder_.path() / "ledger");
+    std::size_t number = 0;
+    for (std::string line; std::getline(stream, line); ++number) {
+        if (number >= ledgerRead_)
+            entries.push_back(nlohmann::json::parse(line));
+    }
+    ledgerRead_ = number;
+    return entries;
+}
+
+void HttpsServer::setScript(const std::vector<std::string>& kinds) const {
+    std::ofstream stream(folder_.path() / "script");
+    for (const std::string& kind : kinds)
+        stream << kind << '\n';
+}
+
+bool HttpsServer::openssl(const std::string& arguments) const {
+    const std::string command =
+        "cd '" + folder_.path().string() + "' && openssl " + arguments + " >openssl.log 2>&1";
+    return std::system(command.c_str()) == 0;
+}
+
+bool HttpsServer::signedBy(const std::string& authority, const std::string& name, const std::string& host,
+                           const std::string& days) const {
+    std::ofstream(folder_.path() / (name + ".ext")) << "subjectAltName=DNS:" << host << "\n";
+    return openssl("req -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes -subj /CN=" + host + " -keyout " +
+                   name + ".key -out " + name + ".csr") &&
+           openssl("x509 -req -in " + name + ".csr -CA " + authority + ".crt -CAkey " + authority +
+                   ".key -CAcreateserial -days " + days + " -extfile " + name + ".ext -out " + name + ".crt");
+}
+
+bool HttpsServer::makeCertificates() const {
+    const std::string self = "req -x509 -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes -days 2 ";
+    return openssl(self + "-subj /CN=Authority -keyout authority.key -out authority.crt") &&
+           openssl(self + "-subj /CN=Stranger -keyout stranger.key -out stranger.crt") &&
+           openssl(self +
+                   "-subj /CN=localhost -addext subjectAltName=DNS:localhost -keyout self-signed.key -out "
+                   "self-signed.crt") &&
+           signedBy("authority", "good", "localhost", "2") &&
+           signedBy("authority", "expired", "localhost", "-1") &&
+           signedBy("authority", "wrong-host", "example.org", "2") &&
+           signedBy("stranger", "unknown-ca", "localhost", "2");
+}
+
+}  // namespace trimora::host

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstdio>
+#include <filesystem>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "testing/TemporaryFolder.h"
+
+namespace trimora::host {
+
+/// A real HTTPS server on loopback with its own certificate authority, for one test program: see
+/// https_server_for_tests.py for the ways in which it answers. While the object lives, the authority
+/// is the one that SSL_CERT_FILE names.
+class HttpsServer {
+ public:
+    HttpsServer();
+    ~HttpsServer();
+    HttpsServer(const HttpsServer&) = delete;
+    HttpsServer& operator=(const HttpsServer&) = delete;
+
+    /// False, and a reason printed, where the machine lacks what it takes.
+    [[nodiscard]] bool isRunning() const { return !ports_.empty(); }
+
+    /// Where a post is answered in this way, by a server of this identity.
+    [[nodiscard]] std::string url(const std::string& kind, const std::string& identity = "good") const;
+
+    /// What arrived since the last call, as the server wrote it down.
+    [[nodiscard]] std::vector<nlohmann::json> takeLedger();
+
+    /// How posts to url("script") are answered, one after the other; only before the first of them.
+    void setScript(const std::vector<std::string>& kinds) const;
+
+ private:
+    [[nodiscard]] bool makeCertificates() const;
+    [[nodiscard]] bool openssl(const std::string& arguments) const;
+    [[nodiscard]] bool signedBy(const std::string& authority, const std::string& name,
+                                const std::string& host, const std::string& days) const;
+
+    testing::TemporaryFolder folder_;
+    std::map<std::string, int> ports_;
+    std::size_t ledgerRead_ = 0;
+    std::FILE* input_ = nullptr;  // the server runs until it is closed
+    int process_ = -1;
+};
+
+}  // namespace trimora::host

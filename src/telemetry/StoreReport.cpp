@@ -1,0 +1,103 @@
+#include "telemetry/StoreReport.h"
+
+#include <cinttypes>
+#include <cmath>
+#include <cstdint>
+#include <ctime>
+#include <nlohmann/json.hpp>
+#include <ostream>
+
+#include "analytics/Diagnostics.h"
+#include "analytics/session/TXSessionRequestBuilder.h"
+
+namespace trimora::telemetry {
+
+using analytics::formatted;
+using analytics::ManagedObjectContext;
+using analytics::PropertyValues;
+using analytics::SessionStatus;
+using analytics::TXEvent;
+using analytics::TXSSID;
+using foundation::Error;
+using foundation::Result;
+
+namespace {
+
+std::string utc(double unixSeconds) {
+    const auto seconds = static_cast<std::time_t>(std::floor(unixSeconds));
+    std::tm parts = {};
+    ::gmtime_r(&seconds, &parts);
+    char text[32];
+    return {text, std::strftime(text, sizeof text, "%Y-%m-%d %H:%M:%S", &parts)};
+}
+
+std::string statusName(int status) {
+    switch (static_cast<SessionStatus>(status)) {
+        case SessionStatus::active:
+            return "active";
+        case SessionStatus::done:
+            return "done";
+        case SessionStatus::sending:
+            return "sending";
+    }
+    return "unknown (" + std::to_string(status) + ")";
+}
+
+/// The events of a session that is in the store.
+Result<std::vector<TXEvent>> eventsOf(ManagedObjectContext& store, const std::string& session) {
+    const auto rows = store.sessionsNamed(session, PropertyValues::left);
+    if (!rows)
+        return rows.error();
+    if (rows->empty())
+        return Error{"no session " + session + " in the store"};
+    return store.eventsOfSession(session, PropertyValues::fetched);
+}
+
+std::string eventLine(const std::string& text) {
+    const auto body = nlohmann::json::parse(text, nullptr, false);
+    if (!body.is_object() || !body.contains("timestamp") || !body["timestamp"].is_number_integer())
+        return text;
+    const auto milliseconds = body["timestamp"].get<std::int64_t>();
+    std::string line = utc(static_cast<double>(milliseconds) / 1000) +
+                       formatted(".%03" PRId64 "  ", milliseconds % 1000) + body.value("event", "") + "  " +
+                       body.value("data", "");
+    if (body.value("end_timed_event", false))
+        line += "  (end)";
+    return line;
+}
+
+}  // namespace
+
+Result<void> printSessions(ManagedObjectContext& store, std::ostream& out) {
+    const auto sessions = store.allSessions(PropertyValues::fetched);
+    if (!sessions)
+        return sessions.error();
+    for (const TXSSID& session : *sessions) {
+        const std::string name = session.name.value_or("");
+        const auto events = store.eventsOfSession(name, PropertyValues::left);
+        if (!events)
+            return events.error();
+        out << name << "  " << statusName(session.status) << "  " << utc(session.changeStatusTime) << "  "
+            << events->size() << (events->size() == 1 ? " event\n" : " events\n");
+    }
+    return {};
+}
+
+Result<void> printEvents(ManagedObjectContext& store, const std::string& session, std::ostream& out) {
+    const auto events = eventsOf(store, session);
+    if (!events)
+        return events.error();
+    for (const TXEvent& event : *events)
+        out << eventLine(event.body.value_or("")) << '\n';
+    return {};
+}
+
+Result<void> printRequest(ManagedObjectContext& store, const std::string& session, std::ostream& out) {
+    const auto events = eventsOf(store, session);
+    if (!events)
+        return events.error();
+    out << analytics::TXSessionRequestBuilder::bodyOfSession(*events);
+    return {};
+}
+
+}  // namespace trimora::telemetry
