@@ -31,12 +31,9 @@ AnimatedGradientButton::AnimatedGradientButton(const ControlContext& context, QW
       topLayer_(body().make<GradientLayer>()),
       bottomLayer_(body().make<GradientLayer>()),
       veil_(body().make<ControlLayer>()) {
-    topLayer_.colors = {palette::kCallStart, palette::kCallEnd};
-    bottomLayer_.colors = topLayer_.colors;
-    for (GradientLayer* layer : {&topLayer_, &bottomLayer_}) {
-        layer->startPoint = {0, 0.5};
-        layer->endPoint = {1, 0.5};
-    }
+    // The halves meet in the middle colour and keep it there, so that no seam shows.
+    bottomLayer_.colors = {palette::kCallStart, palette::kCallMiddle};
+    topLayer_.colors = {palette::kCallMiddle, palette::kCallEnd};
     veil_.cornerRadius = metrics::kCornerRadius;
     layers().root().anchorPoint = {0, 0};
 }
@@ -69,8 +66,8 @@ bool AnimatedGradientButton::isAnimating() const {
 void AnimatedGradientButton::startAnimation() {
     if (isAnimating())
         return;
-    sweep(topLayer_, "animate1Gradient", 0);
-    sweep(bottomLayer_, "animate2Gradient", motion::kGradientSweep / 4);
+    sweep(topLayer_, "animate1Gradient", {palette::kCallMiddle, palette::kCallStart});
+    sweep(bottomLayer_, "animate2Gradient", {palette::kCallEnd, palette::kCallMiddle});
     breathe();
     update();
 }
@@ -82,12 +79,10 @@ void AnimatedGradientButton::stopAnimation() {
     update();
 }
 
-void AnimatedGradientButton::sweep(GradientLayer& layer, const char* key, double delay) {
-    const std::vector<QColor> traded(layer.colors.rbegin(), layer.colors.rend());
+void AnimatedGradientButton::sweep(GradientLayer& layer, const char* key, const std::vector<QColor>& far) {
     layer.addAnimation(
-        AnimationGroup{
-            .members = thereAndBack(KeyPath::colors, layer.colors, traded, motion::kGradientSweep),
-            .timing = {.beginTime = delay, .duration = motion::kGradientSweep, .repeatCount = kForever}},
+        AnimationGroup{.members = thereAndBack(KeyPath::colors, layer.colors, far, motion::kGradientSweep),
+                       .timing = {.duration = motion::kGradientSweep, .repeatCount = kForever}},
         key, layers().now());
 }
 

@@ -6,8 +6,8 @@
 namespace trimora::controls {
 
 /// A button that asks for attention: while it is started, two gradients, over its upper and its lower
-/// half, trade their colours back and forth, the lower a quarter behind, and the whole breathes. Stopped it
-/// rests as it was drawn. Its body is drawn smaller than its bounds by as much as it breathes.
+/// half, trade their outer colours back and forth, and the whole breathes. Stopped it rests as it was
+/// drawn. Its body is drawn smaller than its bounds by as much as it breathes.
 class AnimatedGradientButton final : public LabelButton {
  public:
     explicit AnimatedGradientButton(const ControlContext& context, QWidget* parent = nullptr);
@@ -21,7 +21,7 @@ class AnimatedGradientButton final : public LabelButton {
     void showState() override;
 
  private:
-    void sweep(GradientLayer& layer, const char* key, double delay);
+    void sweep(GradientLayer& layer, const char* key, const std::vector<QColor>& far);
     void breathe();
 
     GradientLayer& topLayer_;

@@ -26,7 +26,7 @@ namespace trimora::controls {
 namespace {
 
 void showHovered(LayerButton& button) {
-    const QPointF inside(button.width() / 2.0, button.height() / 4.0);
+    const QPointF inside(button.width() / 2.0, button.height() / 2.0);
     QMouseEvent move(QEvent::MouseMove, inside, button.mapToGlobal(inside), Qt::NoButton, Qt::NoButton, {});
     QCoreApplication::sendEvent(&button, &move);
 }

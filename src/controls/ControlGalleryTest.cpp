@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "controls/AppStyle.h"
+#include "controls/ControlNotifications.h"
 #include "controls/ControlsForTests.h"
 #include "controls/LayerButton.h"
 
@@ -25,9 +26,11 @@ QImage screenshot(QWidget& widget, double scaleFactor) {
 TEST(ControlGallery, IsDrawnAtEveryScaleWithEveryStateUnlikeRest) {
     applyAppStyle(*qobject_cast<QApplication*>(QCoreApplication::instance()));
     VirtualWorld world;
-    ControlGallery gallery(world.context());
-    gallery.show();
+    QWidget window;
+    ControlGallery gallery(world.context(), &window);
+    window.show();
     world.settle();
+    world.notifications.post(notifications::kClickColor);  // as when the picker comes into view
     world.advance(1);
     for (const double scale : {1.0, 1.5, 2.0}) {
         const QImage image = screenshot(gallery, scale);

@@ -20,6 +20,7 @@ CustomViewWithButton::CustomViewWithButton(const ControlContext& context, QWidge
       observation_(context.notifications.observe(notifications::kAddViewWithButton,
                                                  [this](const auto&) { unHideView(); })) {
     setFocusPolicy(Qt::TabFocus);
+    setAccessibleName(tr("Floating panel, moved by the arrow keys"));
     auto* const frame = new QVBoxLayout(this);
     frame->setContentsMargins(metrics::kGap, metrics::kGap, metrics::kGap, metrics::kGap);
     hide();

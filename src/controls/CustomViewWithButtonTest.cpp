@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -121,6 +122,16 @@ TEST(SelectableView, APressTurnsTheSelectionOver) {
     QTest::keyClick(&view, Qt::Key_Space);
     EXPECT_TRUE(view.isSelected());
     EXPECT_EQ(told, 3);
+}
+
+TEST(SelectableView, IsABoxToTickToAScreenReader) {
+    VirtualWorld world;
+    SelectableView view(world.context());
+    QAccessibleInterface* const access = QAccessible::queryAccessibleInterface(&view);
+    EXPECT_EQ(access->role(), QAccessible::CheckBox);
+    EXPECT_FALSE(access->state().checked);
+    view.setSelected(true);
+    EXPECT_TRUE(access->state().checked);
 }
 
 TEST(SelectableView, PassesItsLookOnToItsLayerOverAWhiteTile) {

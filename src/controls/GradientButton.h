@@ -13,7 +13,7 @@ class GradientButton final : public LabelButton {
  public:
     explicit GradientButton(const ControlContext& context, QWidget* parent = nullptr);
 
-    /// Colours that a change of which is seen at once. Everything has a quiet grey to begin with.
+    /// Quiet greys to begin with. A change is seen at once.
     struct Colors {
         QColor textColor;
         QColor borderColor;

@@ -60,9 +60,9 @@ void PropertyAnimation::apply(double time, LayerPresentation& shown) const {
         return;
     const double share = curve.at(*progress);
     if (keyPath == KeyPath::colors)
-        shown.colors = between(std::get<std::vector<QColor>>(from), std::get<std::vector<QColor>>(to), share);
+        shown.colors = between(from.colors, to.colors, share);
     else
-        number(shown, keyPath) = between(std::get<double>(from), std::get<double>(to), share);
+        number(shown, keyPath) = between(from.number, to.number, share);
 }
 
 void AnimationGroup::apply(double time, LayerPresentation& shown) const {

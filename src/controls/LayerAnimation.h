@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <limits>
 #include <optional>
+#include <utility>
 #include <variant>
 #include <vector>
 
@@ -51,7 +52,15 @@ struct AnimationTiming {
 /// Moves one property from a value to another. Both values are of the kind that the key path asks for:
 /// colours for `colors` (the same number in both), a number for all others.
 struct PropertyAnimation {
-    using Value = std::variant<double, std::vector<QColor>>;
+    /// A number or colours; a plain one stands wherever a value is asked for.
+    struct Value {
+        Value() = default;
+        Value(double value) : number(value) {}                          // NOLINT(google-explicit-constructor)
+        Value(std::vector<QColor> value) : colors(std::move(value)) {}  // NOLINT(google-explicit-constructor)
+
+        double number = 0;
+        std::vector<QColor> colors;
+    };
 
     KeyPath keyPath = KeyPath::transformScale;
     Value from;

@@ -15,7 +15,7 @@ inline constexpr TimingCurve kGrowCurve{{0.85, 2.5}, {0.3, -0.6}};  ///< a sprin
 inline constexpr double kHoldForMenu = 1.5;  ///< a pointer that rests so long opens a tool's menu
 
 inline constexpr double kPulse = 2;             ///< one ripple of a half-disc button
-inline constexpr double kPulseFromScale = 0.7;  ///< where it is as large as the disc itself
+inline constexpr double kPulseFromScale = 0.7;  ///< where the disc still hides it
 inline constexpr double kPulseFromOpacity = 0.5;
 
 inline constexpr double kGradientSweep = 2.4;  ///< there and back of a moving gradient

@@ -29,6 +29,7 @@ inline constexpr QColor kDiscPressed{44, 44, 44};      ///< the disc while it is
 inline constexpr QColor kAccentPressed{255, 35, 100};  ///< the accent while it is held down
 inline constexpr QColor kCallStart{253, 30, 93};       ///< a call to action, where its gradient begins
 inline constexpr QColor kCallEnd{255, 87, 87};         ///< and where it ends
+inline constexpr QColor kCallMiddle{254, 58, 90};      ///< and half way
 inline constexpr QColor kCallText{255, 255, 255};
 inline constexpr QColor kCallPressedText{0, 0, 0};
 inline constexpr QColor kCallPressedTitle{128, 128, 128};  ///< the title's own colour meanwhile

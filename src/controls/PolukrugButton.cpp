@@ -64,9 +64,12 @@ BezierPath PolukrugButton::layOut(const Rect& bounds) {
 
     mainLayer_.setFrame(bounds);
     mainLayer_.mask = shape;
-    title_.setFrame(shape.bounds());
+    // The title's middle lies at the half disc's centre of mass, a little nearer to the flat side.
+    const double deep = radius * 8 / (3 * std::numbers::pi);
+    const double low = inverted_ ? turned.apply(centre).y : centre.y - deep;
+    title_.setFrame({centre.x - radius, low, radius * 2, deep});
     pulseLayer_.setFrame(bounds);
-    pulseLayer_.path = halfDisc(centre, bounds.width / 2).transformed(turned);
+    pulseLayer_.path = halfDisc(centre, bounds.width / 2 / motion::kHoverScale).transformed(turned);
     // All growing is about the middle of the flat side, which stays on its edge.
     const Point anchor = turned.apply(centre);
     pulseLayer_.anchorPoint = {anchor.x / bounds.width, anchor.y / bounds.height};

@@ -1,5 +1,6 @@
 #include "controls/SelectableView.h"
 
+#include <QAccessibleWidget>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -8,14 +9,46 @@
 #include "controls/Palette.h"
 
 namespace trimora::controls {
+namespace {
+
+/// To a screen reader the tile is a box to tick.
+class SelectableViewInterface final : public QAccessibleWidget {
+ public:
+    explicit SelectableViewInterface(SelectableView* view)
+        : QAccessibleWidget(view, QAccessible::CheckBox), view_(*view) {}
+
+    QAccessible::State state() const override {
+        QAccessible::State state = QAccessibleWidget::state();
+        state.checkable = true;
+        state.checked = view_.isSelected();
+        return state;
+    }
+
+ private:
+    SelectableView& view_;
+};
+
+QAccessibleInterface* makeInterface(const QString& /*className*/, QObject* object) {
+    auto* const view = dynamic_cast<SelectableView*>(object);
+    return view != nullptr ? new SelectableViewInterface(view) : nullptr;
+}
+
+void installAccess() {
+    [[maybe_unused]] static const bool installed = [] {
+        QAccessible::installFactory(makeInterface);
+        return true;
+    }();
+}
+
+}  // namespace
 
 SelectableView::SelectableView(const ControlContext& context, QWidget* parent)
     : QWidget(parent),
       layers_(*this, context),
       layer_(layers_.root().make<ControlLayer>()),
       selection_(layers_.root().make<ControlLayer>()) {
-    layers_.root().backgroundColor = Qt::white;
     setFocusPolicy(Qt::TabFocus);
+    installAccess();
 }
 
 void SelectableView::setColor(const QColor& color) {
@@ -43,6 +76,10 @@ void SelectableView::setBorderColor(const QColor& color) {
 void SelectableView::setSelected(bool selected) {
     isSelected_ = selected;
     update();
+    QAccessible::State changed;
+    changed.checked = true;
+    QAccessibleStateChangeEvent event(this, changed);
+    QAccessible::updateAccessibility(&event);
 }
 
 void SelectableView::toggle() {
@@ -75,6 +112,8 @@ void SelectableView::focusOutEvent(QFocusEvent* event) {
 
 void SelectableView::paintEvent(QPaintEvent* /*event*/) {
     layers_.fitToWidget();
+    // White under an opaque colour would show through at its smooth edges.
+    layers_.root().backgroundColor = layer_.backgroundColor.alpha() < 255 ? Qt::white : Qt::transparent;
     layer_.setFrame(layers_.root().bounds());
     selection_.setFrame(layers_.root().bounds());
     selection_.borderWidth = isSelected_ || hasFocus() ? metrics::kSelectionLine : 0;
