@@ -2,7 +2,9 @@
 
 #include <QApplication>
 #include <QFont>
+#include <QPainter>
 #include <QPalette>
+#include <QPixmap>
 #include <QProxyStyle>
 #include <QString>
 
@@ -21,6 +23,20 @@ class AppStyle final : public QProxyStyle {
         if (hint == SH_MenuBar_AltKeyNavigation)
             return 0;
         return QProxyStyle::styleHint(hint, option, widget, returned);
+    }
+
+    /// Symbols that cannot be used now fade as the words beside them do.
+    QPixmap generatedIconPixmap(QIcon::Mode mode, const QPixmap& symbol,
+                                const QStyleOption* option) const override {
+        if (mode != QIcon::Disabled)
+            return QProxyStyle::generatedIconPixmap(mode, symbol, option);
+        QPixmap faded(symbol.size());
+        faded.setDevicePixelRatio(symbol.devicePixelRatio());
+        faded.fill(Qt::transparent);
+        QPainter painter(&faded);
+        painter.setOpacity(palette::kDisabledText.alphaF());
+        painter.drawPixmap(0, 0, symbol);
+        return faded;
     }
 };
 
@@ -99,12 +115,12 @@ QToolTip { background: @raised; color: @text; border: 1px solid @line; padding: 
 #caption, #statusNumbers { color: @secondary; }
 #statusText[trouble="true"] { color: @accentEnd; }
 
-QToolButton { color: @text; background: transparent; border: 1px solid transparent;
+QToolButton[panel="true"] { color: @text; background: transparent; border: 1px solid transparent;
               border-radius: @radiuspx; padding: 0px @gappx; min-height: @barpx; }
-QToolButton:hover { background: @raised; }
-QToolButton:pressed { background: @field; }
-QToolButton:focus { border-color: @focus; }
-QToolButton:disabled { color: @disabled; }
+QToolButton[panel="true"]:hover { background: @raised; }
+QToolButton[panel="true"]:pressed { background: @field; }
+QToolButton[panel="true"]:focus { border-color: @focus; }
+QToolButton[panel="true"]:disabled { color: @disabled; }
 QToolButton[tool="true"] { border-radius: @roundpx; padding: 0px; min-width: @toolpx; max-width: @toolpx;
                            min-height: @toolpx; max-height: @toolpx; }
 QToolButton[mode="true"]:checked { background: @raised; border-color: @accent; }

@@ -5,7 +5,7 @@ namespace trimora::controls::metrics {
 
 inline constexpr int kToolbarHeight = 52;
 inline constexpr int kToolStripWidth = 64;    ///< Hand, Brush, Restore and the brush size
-inline constexpr int kRightPanelWidth = 128;  ///< background modes and colour
+inline constexpr int kRightPanelWidth = 168;  ///< background modes and colour
 inline constexpr int kStatusHeight = 24;
 
 inline constexpr int kGap = 8;           ///< between neighbours
