@@ -18,15 +18,15 @@ void ImageLayer::paintContents(QPainter& painter, const LayerPresentation& /*sho
     const QRectF target(onGrid((width - imageSize.width()) / 2), -onGrid((height + imageSize.height()) / 2),
                         imageSize.width(), imageSize.height());
 
-    // The length of a transformed unit is how many device pixels a point takes, animations included.
-    const QTransform& device = painter.deviceTransform();
-    const double pixels = std::hypot(device.m11(), device.m12());
-    const QSize drawn(static_cast<int>(std::ceil(imageSize.width() * pixels)),
-                      static_cast<int>(std::ceil(imageSize.height() * pixels)));
-    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    // Grown or shrunk, the image is drawn anew and put on whole pixels again: stretched it would blur.
     painter.scale(1, -1);
-    const QPixmap pixmap = image.pixmap(drawn, 1.0, mode, state);
-    painter.drawPixmap(target, pixmap, QRectF(pixmap.rect()));
+    const QRect pixels = painter.deviceTransform().mapRect(target).toRect();
+    const QTransform toDevice = painter.worldTransform().inverted() * painter.deviceTransform();
+    painter.save();
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.setWorldTransform(toDevice.inverted());
+    painter.drawPixmap(pixels, image.pixmap(pixels.size(), 1.0, mode, state));
+    painter.restore();
     painter.scale(1, -1);
 }
 

@@ -9,8 +9,8 @@ namespace trimora::controls {
 
 /// A layer that shows a drawn image in its middle, at a size of its own whatever the layer's is.
 ///
-/// The image is rendered for the painter's scale factor, and placed on whole device pixels of the
-/// unscaled layer, so that it is as sharp as its drawing.
+/// The image is rendered for the size in device pixels at which it is shown, and put on whole ones: it
+/// is as sharp as its drawing at every scale factor, and on a layer that has grown.
 class ImageLayer final : public ControlLayer {
  public:
     QIcon image;

@@ -80,6 +80,7 @@ BezierPath PolukrugButton::layOut(const Rect& bounds) {
 void PolukrugButton::showState() {
     mainLayer_.backgroundColor = isDown() ? clickColor_ : mainColor_;
     pulseLayer_.fillColor = mainColor_;
+    pulseLayer_.hidden = !isEnabled();
     title_.string = text();
     title_.font = titleFont();
     title_.font.setPixelSize(static_cast<int>(metrics::kHalfDiscFont));
