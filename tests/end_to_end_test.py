@@ -46,11 +46,14 @@ class Editor:
         panel = (14, 14, 14)
         self.left = x + metric("kToolStripWidth")
         self.right = x + width - metric("kRightPanelWidth")
-        self.bottom = y + height - metric("kStatusHeight")
-        self.top = (y + height) // 2
+        # From the view's middle up to the toolbar and down to the status line; each has a line of its own.
+        self.top = self.bottom = y + height // 2
         while screen.pixel(self.left + 3, self.top) != panel:
             self.top -= 1
-        self.top += 2  # the toolbar's own line
+        while screen.pixel(self.left + 3, self.bottom) != panel:
+            self.bottom += 1
+        self.top += 2
+        self.bottom -= 1
         picture = Image.read(SAMPLE)
         self.scale = min((self.right - self.left) / picture.width, (self.bottom - self.top) / picture.height)
         self.unit = self.scale * picture.width / 1000
