@@ -49,6 +49,14 @@ std::string stamp(foundation::Clock::WallTime time) {
     return {text, length};
 }
 
+Result<void> quickCheck(SqliteDatabase& database) {
+    SqliteStatement check = database.statement("PRAGMA quick_check(1)");
+    if (check.step() && check.text(0) == "ok")
+        return {};
+    const Result<void> checked = check.result();
+    return checked ? Error{"store is damaged", SQLITE_CORRUPT} : checked.error();
+}
+
 /// Moves the database and its side files out of the way under a name that is still free.
 Result<std::filesystem::path> moveAside(const std::filesystem::path& file, const std::string& when) {
     std::filesystem::path aside = besides(file, ".damaged-" + when);
@@ -164,11 +172,9 @@ Result<void> StoreCoordinator::open() {
         return configured;
     if (Result<void> prepared = prepareTables(*database_); !prepared)
         return prepared;
-    SqliteStatement check = database_->statement("PRAGMA quick_check(1)");
-    if (check.step() && check.text(0) == "ok")
-        return {};
-    const Result<void> checked = check.result();
-    return checked ? Error{"store is damaged", SQLITE_CORRUPT} : checked.error();
+    if (Result<void> whole = quickCheck(*database_); !whole)
+        return whole;
+    return checkTables(*database_);
 }
 
 Result<void> StoreCoordinator::replaceDamaged(const Error& why) {

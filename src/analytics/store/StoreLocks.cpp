@@ -86,11 +86,14 @@ std::shared_ptr<void> StoreLocks::holdRecovery() {
 }
 
 std::shared_ptr<void> StoreLocks::released(std::int64_t byte) {
-    return {static_cast<void*>(this), [self = shared_from_this(), byte](void*) {
-                const std::scoped_lock lock(self->mutex_);
-                // Somebody may have taken it anew between the last token's end and this call.
-                if (byte != kSendingByte || self->sending_.expired())
-                    setLock(self->file_.number(), byte, F_UNLCK, F_OFD_SETLK);
+    return {static_cast<void*>(this), [self = shared_from_this(), byte](void*) mutable {
+                {
+                    const std::scoped_lock lock(self->mutex_);
+                    // Somebody may have taken it anew between the last token's end and this call.
+                    if (byte != kSendingByte || self->sending_.expired())
+                        setLock(self->file_.number(), byte, F_UNLCK, F_OFD_SETLK);
+                }
+                self.reset();  // this function lives as long as sending_ does, which self holds
             }};
 }
 

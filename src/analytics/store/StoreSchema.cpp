@@ -1,5 +1,7 @@
 #include "analytics/store/StoreSchema.h"
 
+#include <sqlite3.h>
+
 #include <array>
 
 namespace trimora::analytics {
@@ -84,6 +86,29 @@ Result<void> prepareTables(SqliteDatabase& database) {
         done = database.execute("COMMIT");
     if (!done)
         (void)database.execute("ROLLBACK");
+    return done;
+}
+
+Result<void> checkTables(SqliteDatabase& database) {
+    // To explain a statement compiles it, with its triggers, and changes nothing.
+    Result<void> done = database.execute(
+        "BEGIN IMMEDIATE;"
+        "EXPLAIN INSERT INTO TXEvent (ssid, body) VALUES ('', '');"
+        "EXPLAIN UPDATE TXEvent SET ssid = '', body = '' WHERE id = 0;"
+        "EXPLAIN DELETE FROM TXEvent WHERE ssid = '';"
+        "EXPLAIN UPDATE Totals SET droppedSessions = 0, droppedEvents = 0;"
+        "EXPLAIN INSERT INTO TXSSID (name, status, changeStatusTime, owner) VALUES ('', 0, 0, 0);"
+        "SELECT id, name, status, changeStatusTime, owner FROM TXSSID LIMIT 0;"
+        "SELECT id, ssid, body FROM TXEvent LIMIT 0;"
+        "INSERT INTO Totals SELECT 0, 0, 0, 0 WHERE NOT EXISTS (SELECT 1 FROM Totals);"
+        "UPDATE Totals SET events = (SELECT count(*) FROM TXEvent),"
+        "    bytes = (SELECT coalesce(sum(length(CAST(body AS BLOB))), 0) FROM TXEvent);"
+        "COMMIT");
+    if (done)
+        return done;
+    (void)database.execute("ROLLBACK");
+    if (done.error().code == SQLITE_ERROR)
+        return Error{"tables are damaged: " + done.error().message, SQLITE_CORRUPT};
     return done;
 }
 

@@ -25,4 +25,8 @@ enum class StoreKind : std::uint8_t {
 /// failure returns an error; nothing changed.
 [[nodiscard]] foundation::Result<void> prepareTables(SqliteDatabase& database);
 
+/// Sees to it that every table is as this version knows it, and counts anew what the store holds. An
+/// error of code SQLITE_CORRUPT means that the tables are not what their version says.
+[[nodiscard]] foundation::Result<void> checkTables(SqliteDatabase& database);
+
 }  // namespace trimora::analytics
