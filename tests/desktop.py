@@ -8,6 +8,7 @@ import time
 
 CONFIGURATION = os.path.join(os.path.dirname(os.path.abspath(__file__)), "openbox.xml")
 PATIENCE = 60  # seconds that any single thing may take on a busy machine
+STILLNESS = 0.4  # seconds without a change that count as rest; a blinking caret changes more seldom
 
 
 def wait_for(what, condition):
@@ -110,12 +111,15 @@ class Desktop:
         return Image.read(path)
 
     def rest(self, name=None):
-        """What the screen shows once it has stopped changing."""
-        last = self.look()
+        """What the screen shows once it has stood still for a while, longer than any animation lasts
+        and longer than a busy machine takes to answer."""
+        last, since = self.look(), time.monotonic()
 
         def still():
-            nonlocal last
-            before, last = last, self.look()
-            return before == last
+            nonlocal last, since
+            now = self.look()
+            if now != last:
+                last, since = now, time.monotonic()
+            return time.monotonic() - since > STILLNESS
         wait_for("the screen to come to rest", still)
         return self.look(name)
