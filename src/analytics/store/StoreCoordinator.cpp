@@ -49,8 +49,9 @@ std::string stamp(foundation::Clock::WallTime time) {
     return {text, length};
 }
 
-Result<void> quickCheck(SqliteDatabase& database) {
-    SqliteStatement check = database.statement("PRAGMA quick_check(1)");
+// The whole check, indexes included: a question answered from a damaged index would miss events.
+Result<void> checkIntegrity(SqliteDatabase& database) {
+    SqliteStatement check = database.statement("PRAGMA integrity_check(1)");
     if (check.step() && check.text(0) == "ok")
         return {};
     const Result<void> checked = check.result();
@@ -172,7 +173,7 @@ Result<void> StoreCoordinator::open() {
         return configured;
     if (Result<void> prepared = prepareTables(*database_); !prepared)
         return prepared;
-    if (Result<void> whole = quickCheck(*database_); !whole)
+    if (Result<void> whole = checkIntegrity(*database_); !whole)
         return whole;
     return checkTables(*database_);
 }
