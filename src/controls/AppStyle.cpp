@@ -113,7 +113,8 @@ QToolTip { background: @raised; color: @text; border: 1px solid @line; padding: 
 #rightPanel { background: @panel; border-left: 1px solid @line; }
 #statusLine { background: @panel; border-top: 1px solid @line; }
 #caption, #statusNumbers { color: @secondary; }
-#statusText[trouble="true"] { color: @accentEnd; }
+#statusText[trouble="true"], #messageText[trouble="true"] { color: @accentEnd; }
+#messageLine { background: @raised; border: 1px solid @line; border-radius: @radiuspx; }
 
 QToolButton[panel="true"] { color: @text; background: transparent; border: 1px solid transparent;
               border-radius: @radiuspx; padding: 0px @gappx; min-height: @barpx; }

@@ -25,6 +25,15 @@ inline constexpr int kSliderHandle = 14;
 
 inline constexpr int kBusyWidth = 96;  ///< bar that moves while work goes on
 
+inline constexpr int kBarGap = 4;         ///< between buttons of one group of the toolbar
+inline constexpr int kBarGroupRoom = 24;  ///< what a group of the toolbar may grow by while there is room
+inline constexpr int kTitleLeast = 96;    ///< the title's width in the toolbar: collapsed
+inline constexpr int kTitleMost = 480;    ///< and at most
+
+inline constexpr int kMessageHeight = 32;  ///< the line over the picture's lower edge that says what goes on
+inline constexpr int kMessageDistance = 16;  ///< from that edge, and from the sides at least
+inline constexpr int kMessageWheel = 16;     ///< side of the wheel that turns in it while work goes on
+
 inline constexpr int kDropFrameInset = 30;  ///< the empty view's dashed frame, from the view's edge
 inline constexpr int kDropFrameRadius = 5;
 inline constexpr double kDropFrameWidth = 2;
@@ -36,8 +45,8 @@ inline constexpr double kHintFont = 13;     ///< the words in the empty view
 
 inline constexpr int kWindowWidth = 1200;  ///< of a new window
 inline constexpr int kWindowHeight = 800;
-inline constexpr int kSmallestWidth = 720;
-inline constexpr int kSmallestHeight = 520;
+inline constexpr int kSmallestWidth = 800;
+inline constexpr int kSmallestHeight = 560;
 
 inline constexpr double kTrackWidth = 3;    ///< line of a slider with a knob
 inline constexpr int kSliderAcross = 25;    ///< such a slider's thickness; odd, so that the line is centred

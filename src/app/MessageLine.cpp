@@ -1,0 +1,106 @@
+#include "app/MessageLine.h"
+
+#include <QAccessible>
+#include <QCoreApplication>
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QStyle>
+#include <algorithm>
+
+#include "controls/Metrics.h"
+#include "util/SpinningProgress.h"
+
+namespace trimora::app {
+
+namespace metrics = controls::metrics;
+
+namespace {
+
+constexpr double kNoteTime = 8;  // seconds
+
+}  // namespace
+
+MessageLine::MessageLine(const controls::ControlContext& context, QWidget* parent)
+    : QFrame(parent),
+      scheduler_(context.scheduler),
+      mainQueue_(context.mainQueue),
+      busy_(new util::SpinningProgress(this)),
+      label_(new QLabel(this)) {
+    setObjectName(QStringLiteral("messageLine"));
+    setCursor(Qt::ArrowCursor);
+    setFixedHeight(metrics::kMessageHeight);
+    label_->setObjectName(QStringLiteral("messageText"));
+    label_->setTextFormat(Qt::PlainText);
+    label_->setAccessibleName(QCoreApplication::translate("MessageLine", "Message"));
+    busy_->setFixedSize(metrics::kMessageWheel, metrics::kMessageWheel);
+
+    auto* const row = new QHBoxLayout(this);
+    row->setContentsMargins(metrics::kPanelMargin, 0, metrics::kPanelMargin, 0);
+    row->setSpacing(metrics::kGap);
+    row->addWidget(busy_);
+    row->addWidget(label_);
+    parent->installEventFilter(this);
+    hide();
+}
+
+MessageLine::~MessageLine() = default;
+
+void MessageLine::progress(const std::string& line) {
+    show(line, Kind::progress);
+}
+
+void MessageLine::note(const std::string& line) {
+    show(line, Kind::note);
+}
+
+void MessageLine::trouble(const std::string& line) {
+    show(line, Kind::trouble);
+}
+
+QString MessageLine::text() const {
+    return text_;
+}
+
+void MessageLine::show(const std::string& line, Kind kind) {
+    text_ = QString::fromStdString(line);
+    label_->setToolTip(text_);
+    label_->setProperty("trouble", kind == Kind::trouble);
+    label_->style()->polish(label_);
+    busy_->setVisible(kind == Kind::progress);
+    setAttribute(Qt::WA_TransparentForMouseEvents, kind != Kind::trouble);
+    fade_ = kind == Kind::note ? scheduler_.after(kNoteTime, mainQueue_, [this] { dismiss(); }) : nullptr;
+    place();
+    raise();
+    setVisible(true);
+    if (kind == Kind::trouble) {
+        QAccessibleEvent alert(label_, QAccessible::Alert);
+        QAccessible::updateAccessibility(&alert);
+    }
+}
+
+void MessageLine::dismiss() {
+    text_.clear();
+    hide();
+}
+
+void MessageLine::place() {
+    const int most = std::max(parentWidget()->width() - 2 * metrics::kMessageDistance, 0);
+    const int beside = 2 * metrics::kPanelMargin + (busy_->isHidden() ? 0 : busy_->width() + metrics::kGap);
+    label_->setText(label_->fontMetrics().elidedText(text_, Qt::ElideMiddle, most - beside));
+    const int width = std::min(layout()->sizeHint().width(), most);
+    setGeometry((parentWidget()->width() - width) / 2,
+                parentWidget()->height() - metrics::kMessageDistance - height(), width, height());
+}
+
+bool MessageLine::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == parent() && event->type() == QEvent::Resize && !text_.isEmpty())
+        place();
+    return QFrame::eventFilter(watched, event);
+}
+
+void MessageLine::mousePressEvent(QMouseEvent* /*event*/) {
+    dismiss();
+}
+
+}  // namespace trimora::app

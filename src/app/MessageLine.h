@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QFrame>
+#include <memory>
+
+#include "controls/ControlContext.h"
+#include "editor/Messages.h"
+
+class QLabel;
+
+namespace trimora::util {
+class SpinningProgress;
+}
+
+namespace trimora::app {
+
+/// What the program has to say, in one line over the lower edge of the picture, with a wheel that turns
+/// while work goes on.
+///
+/// It disturbs nobody: it takes no room, no keyboard, and no presses but those on a line of trouble,
+/// which send it away. Notes go by themselves after some seconds; trouble stays, in the accent colour,
+/// and is announced to assistive technology. Lies over its parent, of which it keeps to the lower edge.
+/// Main thread only.
+class MessageLine final : public QFrame, public editor::Messages {
+ public:
+    MessageLine(const controls::ControlContext& context, QWidget* parent);
+    ~MessageLine() override;
+
+    void progress(const std::string& line) override;
+    void note(const std::string& line) override;
+    void trouble(const std::string& line) override;
+
+    /// What is shown, in full; empty while nothing is.
+    [[nodiscard]] QString text() const;
+
+ protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+
+ private:
+    enum class Kind { progress, note, trouble };
+    void show(const std::string& line, Kind kind);
+    void dismiss();
+    void place();
+
+    foundation::Scheduler& scheduler_;
+    foundation::SerialQueue& mainQueue_;
+    util::SpinningProgress* busy_;
+    QLabel* label_;
+    QString text_;
+    std::unique_ptr<foundation::Timer> fade_;
+};
+
+}  // namespace trimora::app

@@ -1,0 +1,85 @@
+#include "app/MessageLine.h"
+
+#include <gtest/gtest.h>
+
+#include <QLabel>
+
+#include "app/ShellForTests.h"
+#include "util/SpinningProgress.h"
+
+namespace trimora::app {
+namespace {
+
+class MessageLineTest : public ShellTest {
+ protected:
+    void SetUp() override {
+        ShellTest::SetUp();
+        show();
+    }
+    MessageLine& line() { return shell_->messages(); }
+    bool isWorking() { return line().findChild<util::SpinningProgress*>()->isVisible(); }
+};
+
+TEST_F(MessageLineTest, IsNotThereUntilThereIsSomethingToSay) {
+    EXPECT_FALSE(line().isVisible());
+    line().note("Opened cat.png");
+    EXPECT_TRUE(line().isVisible());
+    EXPECT_EQ(line().text(), "Opened cat.png");
+}
+
+TEST_F(MessageLineTest, ANoteGoesByItself) {
+    line().note("Opened cat.png");
+    advance(7);
+    EXPECT_TRUE(line().isVisible());
+    advance(2);
+    EXPECT_FALSE(line().isVisible());
+    EXPECT_EQ(line().text(), "");
+}
+
+TEST_F(MessageLineTest, ProgressStaysUntilTheNextLineAndTurnsAWheel) {
+    line().progress("Opening cat.png");
+    EXPECT_TRUE(isWorking());
+    advance(100);
+    EXPECT_EQ(line().text(), "Opening cat.png");
+    line().note("Opened cat.png");
+    EXPECT_FALSE(isWorking());
+}
+
+TEST_F(MessageLineTest, TroubleStaysUntilItIsPressedAway) {
+    line().note("Opened cat.png");
+    line().trouble("notes.txt could not be opened");
+    advance(100);
+    EXPECT_EQ(line().text(), "notes.txt could not be opened");
+    click(line());
+    EXPECT_FALSE(line().isVisible());
+}
+
+TEST_F(MessageLineTest, PressesGoThroughANoteToThePicture) {
+    openPicture();
+    line().note("Opened cat.png");
+    click(line());
+    EXPECT_EQ(editor_->view().historyLength(), 2);
+    EXPECT_TRUE(line().isVisible());
+}
+
+TEST_F(MessageLineTest, TakesNoRoomAndNoKeyboard) {
+    const QRect before = editor_->widget->geometry();
+    line().trouble("notes.txt could not be opened");
+    update();
+    EXPECT_EQ(editor_->widget->geometry(), before);
+    EXPECT_TRUE(editor_->widget->hasFocus());
+}
+
+TEST_F(MessageLineTest, KeepsToTheLowerEdgeAndWithinTheWindow) {
+    line().note(std::string(500, 'x') + ".png");
+    EXPECT_TRUE(line().findChild<QLabel*>()->text().contains(u'…'));
+    for (const QSize size : {QSize(800, 560), QSize(1000, 700)}) {
+        window().resize(size);
+        update();
+        EXPECT_TRUE(line().parentWidget()->rect().contains(line().geometry()));
+        EXPECT_GT(line().geometry().bottom(), line().parentWidget()->height() - 30);
+    }
+}
+
+}  // namespace
+}  // namespace trimora::app
