@@ -15,7 +15,9 @@ QString words(const char* text) {
 }
 
 QString line(const QString& keys, const QString& what) {
-    return QStringLiteral("<tr><td align=\"right\"><b>%1</b>&nbsp;&nbsp;</td><td>%2</td></tr>")
+    return QStringLiteral(
+               "<tr><td align=\"right\" style=\"white-space: nowrap\"><b>%1</b>&nbsp;&nbsp;</td>"
+               "<td style=\"white-space: nowrap\">%2</td></tr>")
         .arg(keys.toHtmlEscaped(), what.toHtmlEscaped());
 }
 

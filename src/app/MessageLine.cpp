@@ -86,9 +86,10 @@ void MessageLine::dismiss() {
 
 void MessageLine::place() {
     const int most = std::max(parentWidget()->width() - 2 * metrics::kMessageDistance, 0);
-    const int beside = 2 * metrics::kPanelMargin + (busy_->isHidden() ? 0 : busy_->width() + metrics::kGap);
+    label_->setText(text_);
+    const int beside = sizeHint().width() - label_->sizeHint().width();
     label_->setText(label_->fontMetrics().elidedText(text_, Qt::ElideMiddle, most - beside));
-    const int width = std::min(layout()->sizeHint().width(), most);
+    const int width = std::min(sizeHint().width(), most);
     setGeometry((parentWidget()->width() - width) / 2,
                 parentWidget()->height() - metrics::kMessageDistance - height(), width, height());
 }

@@ -29,6 +29,9 @@ TEST_F(MessageLineTest, IsNotThereUntilThereIsSomethingToSay) {
 
 TEST_F(MessageLineTest, ANoteGoesByItself) {
     line().note("Opened cat.png");
+    update();
+    const auto* const label = line().findChild<QLabel*>();
+    EXPECT_GE(label->width(), label->sizeHint().width());
     advance(7);
     EXPECT_TRUE(line().isVisible());
     advance(2);
@@ -72,7 +75,9 @@ TEST_F(MessageLineTest, TakesNoRoomAndNoKeyboard) {
 
 TEST_F(MessageLineTest, KeepsToTheLowerEdgeAndWithinTheWindow) {
     line().note(std::string(500, 'x') + ".png");
-    EXPECT_TRUE(line().findChild<QLabel*>()->text().contains(u'…'));
+    const auto* const label = line().findChild<QLabel*>();
+    EXPECT_TRUE(label->text().contains(u'…'));
+    EXPECT_GE(label->width(), label->sizeHint().width());
     for (const QSize size : {QSize(800, 560), QSize(1000, 700)}) {
         window().resize(size);
         update();

@@ -87,6 +87,7 @@ TEST_F(WindowControllerTest, TheWindowIsDarkAndNamedInItsToolbar) {
     show();
     EXPECT_EQ(window().palette().color(QPalette::Window), QColor(Qt::black));
     EXPECT_EQ(title().text(), "Trimora");
+    openPicture();
     window().setWindowTitle("cat.png – Trimora");
     EXPECT_EQ(title().text(), "cat.png – Trimora");
     for (const char* name : {"Open", "Save"})

@@ -10,17 +10,18 @@ namespace {
 
 constexpr const char* kTitleName = "titleOfTheBar";
 
-/// Keeps the label over the whole strip, whose own layout places other things.
+/// Keeps the label over the whole strip, whose own layout places other things, and a long title in it.
 class Title final : public QLabel {
  public:
-    explicit Title(QWidget& titleBar) : QLabel(titleBar.window()->windowTitle(), &titleBar) {
+    explicit Title(QWidget& titleBar) : QLabel(&titleBar) {
         setObjectName(kTitleName);
         setAlignment(Qt::AlignCenter);
         setAttribute(Qt::WA_TransparentForMouseEvents);
         setTextInteractionFlags(Qt::NoTextInteraction);
         setGeometry(titleBar.rect());
         titleBar.installEventFilter(this);
-        connect(titleBar.window(), &QWidget::windowTitleChanged, this, &QLabel::setText);
+        connect(titleBar.window(), &QWidget::windowTitleChanged, this, &Title::showTitle);
+        showTitle();
     }
 
  protected:
@@ -29,6 +30,13 @@ class Title final : public QLabel {
             setGeometry(parentWidget()->rect());
         return QLabel::eventFilter(watched, event);
     }
+    void resizeEvent(QResizeEvent* event) override {
+        QLabel::resizeEvent(event);
+        showTitle();
+    }
+
+ private:
+    void showTitle() { setText(fontMetrics().elidedText(window()->windowTitle(), Qt::ElideMiddle, width())); }
 };
 
 }  // namespace

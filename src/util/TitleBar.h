@@ -12,7 +12,8 @@ namespace trimora::util {
 void setTitlebarColor(QWidget& titleBar, const QColor& color);
 
 /// Shows the window's title in the middle of the strip in the colour, in place of a title that it
-/// showed before. The text cannot be selected, and clicks go through it to the strip.
+/// showed before; what is too long for it is shortened in its middle. The text cannot be selected, and
+/// clicks go through it to the strip.
 void setTitleColor(QWidget& titleBar, const QColor& color);
 
 }  // namespace trimora::util

@@ -35,6 +35,15 @@ TEST_F(TitleBarTest, ShowsTheTitleOfItsWindowInTheColour) {
     EXPECT_EQ(label->text(), "Other");
 }
 
+TEST_F(TitleBarTest, ATitleTooLongForTheStripIsShortenedInItsMiddle) {
+    setTitleColor(*bar_, Qt::red);
+    window_.setWindowTitle("a " + QString(200, u'x') + " z");
+    const auto* const label = bar_->findChild<QLabel*>();
+    EXPECT_TRUE(label->text().startsWith("a "));
+    EXPECT_TRUE(label->text().endsWith(" z"));
+    EXPECT_LE(label->fontMetrics().horizontalAdvance(label->text()), 400);
+}
+
 TEST_F(TitleBarTest, ASecondTitleReplacesTheFirst) {
     setTitleColor(*bar_, Qt::red);
     setTitleColor(*bar_, Qt::white);
