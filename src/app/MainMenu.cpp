@@ -60,14 +60,14 @@ MainMenu::MainMenu(const Receivers& receivers, const Mirrored& mirrored) : recei
     for (const MenuRow& row : menuRows()) {
         if (menu == nullptr || menu->title() != menuTitle(row)) {
             menu = bar.addMenu(menuTitle(row));
-            QObject::connect(menu, &QMenu::aboutToShow, menu, [this] { menuOpens(); });
-            QObject::connect(menu, &QMenu::aboutToHide, menu, [this] { menuCloses(); });
+            QObject::connect(menu, &QMenu::aboutToShow, &listener_, [this] { menuOpens(); });
+            QObject::connect(menu, &QMenu::aboutToHide, &listener_, [this] { menuCloses(); });
         } else if (row.opensSection) {
             menu->addSeparator();
         }
         if (row.receiver == Receiver::recentFiles) {
             recentMenu_ = menu->addMenu(textOf(row));
-            QObject::connect(recentMenu_, &QMenu::aboutToShow, recentMenu_, [this] { fillRecentMenu(); });
+            QObject::connect(recentMenu_, &QMenu::aboutToShow, &listener_, [this] { fillRecentMenu(); });
         } else {
             menu->addAction(makeItem(row));
         }
@@ -85,7 +85,7 @@ QAction* MainMenu::makeItem(const MenuRow& row) {
     made->setShortcuts(keysOf(row));
     made->setToolTip(tipOf(row));
     made->setCheckable(row.check != CheckSource::none);
-    QObject::connect(made, &QAction::triggered, made, [this, &row] { perform(row); });
+    QObject::connect(made, &QAction::triggered, &listener_, [this, &row] { perform(row); });
     receivers_.window.addAction(made);
     items_.emplace(row.selector, made);
     return made;
@@ -180,13 +180,13 @@ void MainMenu::fillRecentMenu() {
             break;
         QAction* const entry = recentMenu_->addAction(recentTitle(++number, file));
         entry->setToolTip(QFile::decodeName(file.c_str()));
-        QObject::connect(entry, &QAction::triggered, entry, [this, file] { editor_.openRecent(file); });
+        QObject::connect(entry, &QAction::triggered, &listener_, [this, file] { editor_.openRecent(file); });
     }
     if (!editor_.clearRecent)
         return;
     recentMenu_->addSeparator();
     QAction* const clear = recentMenu_->addAction(QCoreApplication::translate("MainMenu", "&Clear list"));
-    QObject::connect(clear, &QAction::triggered, clear, [this] { editor_.clearRecent(); });
+    QObject::connect(clear, &QAction::triggered, &listener_, [this] { editor_.clearRecent(); });
 }
 
 }  // namespace trimora::app

@@ -1,11 +1,12 @@
 #pragma once
 
 #include <QAction>
-#include <QList>
+#include <QObject>
 #include <filesystem>
 #include <functional>
 #include <map>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "app/MenuTable.h"
@@ -67,6 +68,7 @@ class MainMenu {
     void fillRecentMenu();
 
     Receivers receivers_;
+    QObject listener_;  // the window's menus outlive this object, their calls to it do not
     EditorReadings editor_;
     std::map<std::string_view, QAction*> items_;
     QMenu* recentMenu_ = nullptr;

@@ -240,6 +240,15 @@ TEST_F(MainMenuTest, AMenuOpensByItsLetter) {
     EXPECT_FALSE(menu("Tools").isVisible());
 }
 
+TEST_F(MainMenuTest, TheProgramMayEndWithAMenuOpen) {
+    show();
+    menu("File").popup({0, 0});
+    update();
+    shell_.reset();
+    update();
+    EXPECT_THAT(editor_->told, IsEmpty());
+}
+
 TEST_F(MainMenuTest, AltAloneLeavesTheKeyboardWithThePicture) {
     show();
     QTest::keyClick(window().windowHandle(), Qt::Key_Alt);

@@ -37,7 +37,10 @@ MainWindow::MainWindow(const controls::ControlContext& context, PlaceStore place
     takePlace();
 }
 
-MainWindow::~MainWindow() = default;
+MainWindow::~MainWindow() {
+    if (isVisible())
+        keepPlace();
+}
 
 void MainWindow::setContentViewController(util::RuntimeObject* controller, QWidget* view) {
     contentViewController_ = controller;
@@ -68,6 +71,10 @@ void MainWindow::takePlace() {
                    .expandedTo(minimumSize()));
 }
 
+void MainWindow::keepPlace() const {
+    place_.write(saveGeometry().toBase64().toStdString());
+}
+
 void MainWindow::showEvent(QShowEvent* event) {
     QMainWindow::showEvent(event);
     if (occlusionChanged_)
@@ -77,7 +84,7 @@ void MainWindow::showEvent(QShowEvent* event) {
 void MainWindow::hideEvent(QHideEvent* event) {
     QMainWindow::hideEvent(event);
     if (!event->spontaneous())
-        place_.write(saveGeometry().toBase64().toStdString());
+        keepPlace();
     if (occlusionChanged_)
         occlusionChanged_();
 }

@@ -21,7 +21,7 @@ class WindowController;
 /// The one window: menu bar, toolbar, the content view controller's view, and a line of messages.
 ///
 /// Closing hides it and changes nothing else; it lives as long as the program and always comes back the
-/// same. Its size and place are kept when it is hidden, for the next start. Dialogs that belong to it
+/// same. Its size and place are kept when it goes out of sight, for the next start. Dialogs that belong to it
 /// open as sheets: under the toolbar, in the middle. Main thread only.
 class MainWindow final : public QMainWindow {
  public:
@@ -44,7 +44,7 @@ class MainWindow final : public QMainWindow {
     [[nodiscard]] util::RuntimeObject* contentViewController() const { return contentViewController_; }
     [[nodiscard]] QWidget* contentView() const { return contentView_; }
 
-    /// The controller outlives the window.
+    /// Borrowed; null while there is none.
     void setWindowController(WindowController* controller) { windowController_ = controller; }
     [[nodiscard]] WindowController* windowController() const { return windowController_; }
 
@@ -70,6 +70,7 @@ class MainWindow final : public QMainWindow {
 
  private:
     void takePlace();
+    void keepPlace() const;
     void placeSheet(QWidget& sheet);
 
     PlaceStore place_;

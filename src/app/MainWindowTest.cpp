@@ -42,6 +42,14 @@ TEST_F(MainWindowTest, RemembersItsSizeAndPlace) {
     EXPECT_EQ(window().geometry().top(), 40);
 }
 
+TEST_F(MainWindowTest, AProgramThatEndsWithTheWindowOpenRemembersItsPlaceToo) {
+    show();
+    window().resize(820, 580);
+    shell_.reset();
+    load();
+    EXPECT_EQ(window().size(), QSize(820, 580));
+}
+
 TEST_F(MainWindowTest, APlaceThatIsNotUnderstoodGivesANewWindow) {
     const QSize fresh = window().size();
     for (const char* place : {"", "nonsense", "AAAA"}) {

@@ -110,7 +110,7 @@ class ShellTest : public analytics::TelemetrixTest {
 
     /// Makes the shell, as at a start of the program.
     void load() {
-        shell_.reset();
+        shell_.reset();  // keeps its place before the next is made
         shell_ = std::make_unique<MainInterface>(MainInterface::Services{
             {time, time, queues.mainQueue(), notifications},
             {queues.mainQueue(), workspace_, [this] { ++quits_; }, [this] { ++consents_; },

@@ -91,12 +91,15 @@ WindowController::WindowController(const Services& services, const Outlets& outl
     };
     for (const auto& [button, selector] : actions) {
         if (button != nullptr)
-            QObject::connect(button, &QAbstractButton::clicked, button,
+            QObject::connect(button, &QAbstractButton::clicked, &listener_,
                              [this, selector = selector] { performSelector(selector); });
     }
 }
 
-WindowController::~WindowController() = default;
+WindowController::~WindowController() {
+    if (window_ != nullptr && window_->windowController() == this)
+        window_->setWindowController(nullptr);
+}
 
 // ── The window is loaded ───────────────────────────────────────────────────────────────────────
 

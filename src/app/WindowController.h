@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QObject>
 #include <QSize>
 #include <memory>
 
@@ -26,8 +27,8 @@ class ToolbarItem;
 /// Buttons reach the editor screen by selector name only: each action goes to the window's content view
 /// controller with this controller as the argument. Three of them are logged as usage events first.
 ///
-/// A missing outlet is null, and whatever concerns it does nothing. Lives as long as the window. Main
-/// thread only.
+/// A missing outlet is null, and whatever concerns it does nothing. Main thread only; the window may
+/// outlive the controller and then works without.
 class WindowController final : public util::RuntimeObject, public editor::EditorToolbar {
  public:
     /// The parts of the toolbar, made by whoever builds it; they live as long as the window.
@@ -108,6 +109,7 @@ class WindowController final : public util::RuntimeObject, public editor::Editor
 
     Services services_;
     Outlets outlets_;
+    QObject listener_;  // the buttons outlive this object, their calls to it do not
     MainWindow* window_ = nullptr;
     Room roomOfHistory_;
     Room roomOfOpenSave_;
