@@ -47,6 +47,16 @@ Rect inset(const Rect& rect, double by) {
             std::max(rect.height - 2 * by, 0.0)};
 }
 
+/// The nearest rectangle of whole device pixels: a thin line between two of them would blur.
+Rect onPixels(const Rect& rect, double scaleFactor) {
+    const auto snapped = [scaleFactor](double value) {
+        return std::round(value * scaleFactor) / scaleFactor;
+    };
+    const double x = snapped(rect.x);
+    const double y = snapped(rect.y);
+    return {x, y, snapped(rect.maxX()) - x, snapped(rect.maxY()) - y};
+}
+
 }  // namespace
 
 MiniMap::MiniMap(const Services& services, QWidget* parent)
@@ -63,6 +73,7 @@ MiniMap::MiniMap(const Services& services, QWidget* parent)
       caption_(openPictureViewScale_.make<controls::TextLayer>()) {
     layers_.root().backgroundColor = palette::kRaised;
     layers_.root().cornerRadius = metrics::kCornerRadius;
+    layers_.root().borderColor = palette::kFocus;
     backMiniMapImage_.backgroundColor = palette::kWindow;
     backMiniMapImage_.cornerRadius = metrics::kCornerRadius;
     viewBorderScale_.hidden = true;
@@ -157,7 +168,7 @@ void MiniMap::placeBorder() {
     testboirder_.setFrame(fit_.border(frame, border_.SootnX, border_.SootnY, border_.SizeW, border_.SizeH));
     // A view larger than the picture shows all of it; the line stays on the picture.
     const Rect shown = fit_.picture(frame);
-    const Rect edge = intersected(testboirder_.frame(), shown);
+    const Rect edge = onPixels(intersected(testboirder_.frame(), shown), devicePixelRatioF());
     maskLayerScale_.path = between(shown, edge);
     borderLayerScale_.path = between(edge, inset(edge, borderLayerScale_.lineWidth));
     update();
@@ -213,15 +224,13 @@ void MiniMap::keyPressEvent(QKeyEvent* event) {
         QWidget::keyPressEvent(event);
         return;
     }
-    const double step =
-        metrics::kMapStep * (std::max(std::abs(way.x()), std::abs(way.y())) > metrics::kArrowStep ? 5 : 1);
-    const auto sign = [](int value) { return (value > 0) - (value < 0); };
-    const Point centre = shownCentre();
-    const auto moved = [step](double from, int direction, float size) {
-        return std::clamp(from + direction * step * std::min(static_cast<double>(size), 1.0), 0.0, 1.0);
+    const double step = event->modifiers() & Qt::ShiftModifier ? metrics::kLongMapStep : metrics::kMapStep;
+    const auto moved = [step](double from, int direction, float inView) {
+        const int sign = (direction > 0) - (direction < 0);
+        return std::clamp(from + sign * step * std::min(static_cast<double>(inView), 1.0), 0.0, 1.0);
     };
-    wantCentre(
-        {moved(centre.x, sign(way.x()), border_.SizeW), moved(centre.y, -sign(way.y()), border_.SizeH)});
+    const Point centre = shownCentre();
+    wantCentre({moved(centre.x, way.x(), border_.SizeW), moved(centre.y, -way.y(), border_.SizeH)});
 }
 
 void MiniMap::dragOut() {
@@ -272,8 +281,7 @@ void MiniMap::focusOutEvent(QFocusEvent* event) {
 void MiniMap::paintEvent(QPaintEvent* /*event*/) {
     scalePicture();  // the screen may have another scale factor since
     caption_.font = font();
-    backMiniMapImage_.borderWidth = hasFocus() ? metrics::kFocusLine : 0;
-    backMiniMapImage_.borderColor = palette::kFocus;
+    layers_.root().borderWidth = hasFocus() ? metrics::kFocusLine : 0;
     QPainter painter(this);
     layers_.paint(painter);
 }

@@ -1,5 +1,6 @@
 #include "editor/WarningRestoreImageController.h"
 
+#include <QEvent>
 #include <QGuiApplication>
 
 #include "controls/GradientButton.h"
@@ -41,6 +42,14 @@ void WarningRestoreImageController::presentAsSheet() {
 
 void WarningRestoreImageController::reject() {
     warningView_->clickNo();
+}
+
+bool WarningRestoreImageController::event(QEvent* event) {
+    // Before the toolkit hands the keyboard over itself, for a reason that shows no ring: here the ring
+    // tells what Return will answer.
+    if (event->type() == QEvent::WindowActivate && focusWidget() != nullptr)
+        focusWidget()->setFocus(Qt::TabFocusReason);
+    return QDialog::event(event);
 }
 
 void WarningRestoreImageController::showEvent(QShowEvent* event) {
