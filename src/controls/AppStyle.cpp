@@ -74,24 +74,12 @@ QString filledIn(QString sheet) {
     const std::pair<const char*, QString> words[] = {
         {"@panel", css(palette::kPanel)},
         {"@raised", css(palette::kRaised)},
-        {"@field", css(palette::kField)},
         {"@line", css(palette::kLine)},
         {"@text", css(palette::kText)},
-        {"@secondary", css(palette::kSecondaryText)},
         {"@disabled", css(palette::kDisabledText)},
-        {"@accentStart", css(palette::kAccentStart)},
         {"@accentEnd", css(palette::kAccentEnd)},
         {"@accent", css(palette::kAccent)},
-        {"@focus", css(palette::kFocus)},
         {"@radius", QString::number(metrics::kCornerRadius)},
-        {"@round", QString::number(metrics::kToolButton / 2)},
-        {"@tool", QString::number(metrics::kToolButton - 2)},
-        {"@bar", QString::number(metrics::kBarButton - 2)},
-        {"@groove", QString::number(metrics::kSliderGroove)},
-        {"@handleInset", QString::number((metrics::kSliderHandle - metrics::kSliderGroove) / 2)},
-        {"@handleRadius", QString::number(metrics::kSliderHandle / 2)},
-        {"@handle", QString::number(metrics::kSliderHandle)},
-        {"@gap", QString::number(metrics::kGap)},
     };
     for (const auto& [word, value] : words)
         sheet.replace(QLatin1String(word), value);
@@ -109,38 +97,8 @@ QMenu::separator { height: 1px; background: @line; margin: 4px 0px; }
 QToolTip { background: @raised; color: @text; border: 1px solid @line; padding: 4px; }
 
 #toolbar { background: @panel; border-bottom: 1px solid @line; }
-#toolStrip { background: @panel; border-right: 1px solid @line; }
-#rightPanel { background: @panel; border-left: 1px solid @line; }
-#statusLine { background: @panel; border-top: 1px solid @line; }
-#caption, #statusNumbers { color: @secondary; }
-#statusText[trouble="true"], #messageText[trouble="true"] { color: @accentEnd; }
+#messageText[trouble="true"] { color: @accentEnd; }
 #messageLine { background: @raised; border: 1px solid @line; border-radius: @radiuspx; }
-
-QToolButton[panel="true"] { color: @text; background: transparent; border: 1px solid transparent;
-              border-radius: @radiuspx; padding: 0px @gappx; min-height: @barpx; }
-QToolButton[panel="true"]:hover { background: @raised; }
-QToolButton[panel="true"]:pressed { background: @field; }
-QToolButton[panel="true"]:focus { border-color: @focus; }
-QToolButton[panel="true"]:disabled { color: @disabled; }
-QToolButton[tool="true"] { border-radius: @roundpx; padding: 0px; min-width: @toolpx; max-width: @toolpx;
-                           min-height: @toolpx; max-height: @toolpx; }
-QToolButton[mode="true"]:checked { background: @raised; border-color: @accent; }
-QToolButton[primary="true"]:enabled { background: qlineargradient(x1:0, y1:0, x2:1, y2:0,
-                                      stop:0 @accentStart, stop:1 @accentEnd); }
-QToolButton[primary="true"]:enabled:hover { background: @accent; }
-
-QSpinBox { background: @field; color: @text; border: 1px solid @field; border-radius: @radiuspx;
-           padding: 2px; selection-background-color: @accent; }
-QSpinBox:focus { border-color: @focus; }
-QSpinBox:disabled { color: @disabled; }
-QSlider::groove:vertical { background: @field; width: @groovepx; border-radius: @radiuspx; }
-QSlider::add-page:vertical { background: @accent; border-radius: @radiuspx; width: @groovepx; }
-QSlider::add-page:vertical:disabled { background: @field; }
-QSlider::handle:vertical { background: @text; height: @handlepx; margin: 0px -@handleInsetpx;
-                           border-radius: @handleRadiuspx; border: 0px; }
-QSlider::handle:vertical:disabled { background: @disabled; }
-QProgressBar { background: @field; border: 0px; border-radius: @radiuspx; max-height: @groovepx; }
-QProgressBar::chunk { background: @accent; }
 )";
 
 }  // namespace

@@ -140,23 +140,36 @@ void PictureFlows::askForSave() {
 }
 
 void PictureFlows::askThen(std::function<void()> then) {
-    if (!parts_.saveState.isUnsaved()) {
+    const auto save = [this, then] {
+        save_pressed();
         then();
+    };
+    ask(save, std::move(then));
+}
+
+void PictureFlows::askForSaveThen(std::function<void()> then) {
+    const auto save = [this, then] { saveFlow_.savePicture(openFlow_.folder(), then); };
+    ask(save, std::move(then));
+}
+
+void PictureFlows::ask(std::function<void()> save, std::function<void()> goOn) {
+    if (!parts_.saveState.isUnsaved()) {
+        goOn();
         return;
     }
     const ports::Alert alert{
         tr("Do you want to save result?").toStdString(),
         {tr("Save").toStdString(), tr("Cancel").toStdString(), tr("Don't save").toStdString()},
         kCancel};
-    services_.open.panels.runAlert(alert,
-                                   [this, then = std::move(then), alive = std::weak_ptr(alive_)](int answer) {
-                                       if (alive.expired())
-                                           return;
-                                       if (answer == kSave)
-                                           save_pressed();
-                                       if (answer == kSave || answer == kDoNotSave)
-                                           then();
-                                   });
+    services_.open.panels.runAlert(
+        alert, [save = std::move(save), goOn = std::move(goOn), alive = std::weak_ptr(alive_)](int answer) {
+            if (alive.expired())
+                return;
+            if (answer == kSave)
+                save();
+            if (answer == kDoNotSave)
+                goOn();
+        });
 }
 
 void PictureFlows::resetState() {

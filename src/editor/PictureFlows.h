@@ -72,6 +72,9 @@ class PictureFlows {
     /// asks where to at once, and goes on without waiting for the answer.
     void askThen(std::function<void()> then);
 
+    /// The same for what ends the program: goes on only when the file of a save is there.
+    void askForSaveThen(std::function<void()> then);
+
     /// The result to the clipboard, and a picture from it (unsaved work being asked about first).
     void copy();
     void paste();
@@ -82,6 +85,7 @@ class PictureFlows {
 
  private:
     [[nodiscard]] cutengine::RKImageCutView& cutView() const;
+    void ask(std::function<void()> save, std::function<void()> goOn);
     void pictureChosen();
     void openingRefused(const std::filesystem::path& file);
     void showPicture(const cutengine::PicturePtr& picture);

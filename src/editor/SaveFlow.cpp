@@ -48,11 +48,12 @@ path SaveFlow::folderToBeginIn(const path& folder) const {
     return earlier ? path(*earlier) : folder;
 }
 
-void SaveFlow::savePicture(const path& folder) {
+void SaveFlow::savePicture(const path& folder, std::function<void()> whenSaved) {
     if (view_.image() == nullptr)
         return;
     proposedName_ = defaultFileName(services_.clock.wallTime());
     const auto question = std::make_shared<Question>();
+    question->whenSaved = std::move(whenSaved);
     question_ = question;
     services_.panels.chooseFileToSave(
         folderToBeginIn(folder), *proposedName_,
@@ -73,14 +74,14 @@ void SaveFlow::answer(const path& file, const Question& question) {
     const PicturePtr result = question.result != nullptr ? question.result : view_.getResult();
     if (confirmed_)
         confirmed_();
-    write(result, file);
+    write(result, file, question.whenSaved);
 }
 
 void SaveFlow::saveTo(const path& file) {
     write(view_.getResult(), file);
 }
 
-void SaveFlow::write(const PicturePtr& result, const path& file) {
+void SaveFlow::write(const PicturePtr& result, const path& file, const std::function<void()>& whenSaved) {
     folder_ = file.parent_path();
     if (services_.settings != nullptr)
         services_.settings->setText(kFolderKey, folder_.string());
@@ -93,17 +94,17 @@ void SaveFlow::write(const PicturePtr& result, const path& file) {
     services_.messages.progress(tr("Saving %1").arg(shownName(file)).toStdString());
     ++*underWay_;
     services_.queues.backgroundQueue().async(
-        [this, services = services_, result, file, flow = std::weak_ptr(underWay_)] {
+        [this, services = services_, result, file, whenSaved, flow = std::weak_ptr(underWay_)] {
             const Result<void> written = writePng(services.encoder, *result, file);
             const std::string problem = written ? "" : written.error().message;
-            services.queues.mainQueue().async([this, file, problem, flow] {
+            services.queues.mainQueue().async([this, file, problem, whenSaved, flow] {
                 if (!flow.expired())
-                    finish(file, problem);
+                    finish(file, problem, whenSaved);
             });
         });
 }
 
-void SaveFlow::finish(const path& file, const std::string& problem) {
+void SaveFlow::finish(const path& file, const std::string& problem, const std::function<void()>& whenSaved) {
     --*underWay_;
     if (!problem.empty()) {
         services_.messages.trouble(tr("%1 could not be saved: %2")
@@ -114,6 +115,8 @@ void SaveFlow::finish(const path& file, const std::string& problem) {
     services_.messages.note(tr("Save complete: %1").arg(shownName(file)).toStdString());
     if (saved_)
         saved_(file);
+    if (whenSaved)
+        whenSaved();
 }
 
 }  // namespace trimora::editor

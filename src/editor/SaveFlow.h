@@ -51,8 +51,9 @@ class SaveFlow {
     void onSaved(std::function<void(const std::filesystem::path&)> saved) { saved_ = std::move(saved); }
 
     /// Asks where to and saves. Without a picture nothing happens. The panel begins in the folder of the
-    /// last save, or in `folder` before there is one.
-    void savePicture(const std::filesystem::path& folder);
+    /// last save, or in `folder` before there is one. `whenSaved`, where there is one, is called when the
+    /// file is there; never where the panel is cancelled or the file cannot be written.
+    void savePicture(const std::filesystem::path& folder, std::function<void()> whenSaved = {});
 
     /// Saves what the view shows now to this file.
     void saveTo(const std::filesystem::path& file);
@@ -71,11 +72,14 @@ class SaveFlow {
     /// An open panel, and the result of a picture that left the view meanwhile.
     struct Question {
         cutengine::PicturePtr result;
+        std::function<void()> whenSaved;
     };
     [[nodiscard]] std::filesystem::path folderToBeginIn(const std::filesystem::path& folder) const;
     void answer(const std::filesystem::path& file, const Question& question);
-    void write(const cutengine::PicturePtr& result, const std::filesystem::path& file);
-    void finish(const std::filesystem::path& file, const std::string& problem);
+    void write(const cutengine::PicturePtr& result, const std::filesystem::path& file,
+               const std::function<void()>& whenSaved = {});
+    void finish(const std::filesystem::path& file, const std::string& problem,
+                const std::function<void()>& whenSaved);
 
     Services services_;
     cutengine::RKImageCutView& view_;

@@ -70,6 +70,30 @@ TEST_F(SaveFlowTest, TheResultIsWrittenOnTheBackgroundQueueWhateverTheEnding) {
     EXPECT_EQ(filesInFolder(), 1U);
 }
 
+TEST_F(SaveFlowTest, WhoWaitsForASaveHearsOfAFileThatIsThere) {
+    openPicture();
+    const path target = files_.path() / "cut.png";
+    bool thereWhenTold = false;
+    flow_->savePicture("", [&] { thereWhenTold = std::filesystem::exists(target); });
+    panels_.questions[0].answer(target);
+    EXPECT_FALSE(thereWhenTold);
+    queues_.settle();
+    EXPECT_TRUE(thereWhenTold);
+}
+
+TEST_F(SaveFlowTest, WhoWaitsForASaveHearsNothingOfACancelledOrFailedOne) {
+    openPicture();
+    int told = 0;
+    flow_->savePicture("", [&] { ++told; });
+    panels_.questions[0].answer(std::nullopt);
+    queues_.settle();
+    encoder_.failure = foundation::Error{"the disk is full"};
+    flow_->savePicture("", [&] { ++told; });
+    panels_.questions[1].answer(files_.path() / "cut.png");
+    queues_.settle();
+    EXPECT_EQ(told, 0);
+}
+
 TEST_F(SaveFlowTest, TheNextPanelBeginsWhereTheLastSaveWent) {
     openPicture();
     flow_->saveTo(files_.path() / "cut.png");

@@ -59,6 +59,10 @@ util::RuntimeClassPtr ViewController::makeClass() {
         on("save_pressed:", [](C&, P& p) { p.flows.save_pressed(); });
         on("savePictureNew", [](C& c, P&) { c.performSelector("save_pressed:"); });
         on("askForSave", [](C&, P& p) { p.flows.askForSave(); });
+        made->overrideSelector("askForSaveThen:", [](RuntimeObject& self, const std::any& then) -> std::any {
+            static_cast<C&>(self).parts().flows.askForSaveThen(std::any_cast<foundation::Task>(then));
+            return {};
+        });
         on("resetState", [](C&, P& p) { p.flows.resetState(); });
         on("copy:", [](C&, P& p) { p.flows.copy(); });
         on("paste:", [](C&, P& p) { p.flows.paste(); });

@@ -4,11 +4,15 @@
 #include <QFile>
 #include <QMouseEvent>
 #include <QPixmap>
+#include <QTimer>
+#include <chrono>
 #include <cstdio>
 #include <string>
 
-#include "app/StatusLine.h"
+#include "app/MessageLine.h"
+#include "editor/CutViewWidget.h"
 #include "main/DemoStrokes.h"
+#include "main/Wiring.h"
 
 namespace trimora {
 
@@ -18,13 +22,22 @@ using std::filesystem::path;
 
 namespace {
 
-void waitForFiles(const app::EditorWindow& window) {
-    while (window.isBusy())
+// What slides on the screen has come to rest after it.
+constexpr std::chrono::milliseconds kRest{600};
+
+void waitForFiles(Wiring& program) {
+    while (program.isBusy())
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
 }
 
-int failed(const app::EditorWindow& window) {
-    std::fprintf(stderr, "trimora: %s\n", window.statusLine().text().toUtf8().constData());
+void letRest() {
+    QEventLoop loop;
+    QTimer::singleShot(kRest, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+int failed(Wiring& program) {
+    std::fprintf(stderr, "trimora: %s\n", program.shell().messages().text().toUtf8().constData());
     return 1;
 }
 
@@ -58,27 +71,40 @@ void cutOut(editor::CutViewWidget& widget) {
 
 }  // namespace
 
-int runDemo(app::EditorWindow& window, const path& picture, const path& folder) {
+void DemoPanels::chooseFileToOpen(const path& /*folder*/, Answer answer) {
+    answer(std::nullopt);
+}
+
+void DemoPanels::chooseFileToSave(const path& /*folder*/, const std::string& /*name*/, Answer answer) {
+    answer(saveTo_);
+}
+
+void DemoPanels::runAlert(const ports::Alert& /*alert*/, AlertAnswer answer) {
+    answer(ports::Alert::kFirstButton);
+}
+
+int runDemo(Wiring& program, const DemoPanels& panels, const path& picture, const path& folder) {
     std::error_code refused;
     std::filesystem::create_directories(folder, refused);
-    const path cut = folder / "cut.png";
     const path screenshot = folder / "screenshot.png";
-    std::filesystem::remove(cut, refused);
+    std::filesystem::remove(panels.saveTo(), refused);
 
-    window.open({picture});
-    waitForFiles(window);
-    if (window.cutView().view().image() == nullptr)
-        return failed(window);
-    cutOut(window.cutView());
-    window.saveTo(cut);
-    waitForFiles(window);
-    if (!std::filesystem::exists(cut, refused))
-        return failed(window);
-    if (!window.grab().save(QFile::decodeName(screenshot.c_str()))) {
+    program.editor().draggingFilesComplete_needsWait({picture}, false);
+    waitForFiles(program);
+    if (program.editor().cutView().image() == nullptr)
+        return failed(program);
+    letRest();
+    cutOut(*program.editor().outlets().viCut);
+    program.editor().performSelector("save_pressed:");
+    waitForFiles(program);
+    if (!std::filesystem::exists(panels.saveTo(), refused))
+        return failed(program);
+    letRest();
+    if (!program.shell().window().grab().save(QFile::decodeName(screenshot.c_str()))) {
         std::fprintf(stderr, "trimora: %s cannot be written\n", screenshot.c_str());
         return 1;
     }
-    std::printf("%s\n%s\n", cut.c_str(), screenshot.c_str());
+    std::printf("%s\n%s\n", panels.saveTo().c_str(), screenshot.c_str());
     return 0;
 }
 

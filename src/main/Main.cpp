@@ -5,6 +5,7 @@
 #include "main/CommandLine.h"
 #include "main/Demo.h"
 #include "main/Wiring.h"
+#include "platform/QtPanels.h"
 
 namespace {
 
@@ -21,16 +22,29 @@ void setUpToolkit(CommandLine::Mode mode) {
     QGuiApplication::setDesktopFileName(QStringLiteral("trimora"));
 }
 
-int runEditor(int& argc, char** argv, const CommandLine& line) {
+int edit(const CommandLine& line) {
+    trimora::platform::QtPanels panels;
+    trimora::Wiring program(panels);
+    trimora::app::AppDelegate& delegate = program.shell().appDelegate();
+    QGuiApplication::setQuitOnLastWindowClosed(delegate.applicationShouldTerminateAfterLastWindowClosed());
+    program.shell().window().show();
+    program.editor().openFiles(line.files);
+    delegate.applicationDidFinishLaunching();
+    return QApplication::exec();
+}
+
+int demonstrate(const CommandLine& line) {
+    trimora::DemoPanels panels(line.demoFolder / "cut.png");
+    trimora::Wiring program(panels);
+    program.shell().window().show();
+    return trimora::runDemo(program, panels, line.files.front(), line.demoFolder);
+}
+
+int runProgram(int& argc, char** argv, const CommandLine& line) {
     setUpToolkit(line.mode);
     QApplication application(argc, argv);
     trimora::controls::applyAppStyle(application);
-    trimora::Wiring wiring;
-    wiring.window().show();
-    if (line.mode == CommandLine::Mode::demo)
-        return trimora::runDemo(wiring.window(), line.files.front(), line.demoFolder);
-    wiring.window().open(line.files);
-    return QApplication::exec();
+    return line.mode == CommandLine::Mode::demo ? demonstrate(line) : edit(line);
 }
 
 }  // namespace
@@ -52,5 +66,5 @@ int main(int argc, char** argv) {
         case CommandLine::Mode::demo:
             break;
     }
-    return runEditor(argc, argv, *line);
+    return runProgram(argc, argv, *line);
 }

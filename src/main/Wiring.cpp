@@ -1,12 +1,67 @@
 #include "main/Wiring.h"
 
+#include <QCoreApplication>
+#include <QRandomGenerator>
+
+#include "app/MessageLine.h"
+#include "editor/PictureFlows.h"
+#include "editor/RecentFiles.h"
 #include "files/UserFolders.h"
 #include "foundation/Log.h"
 
 namespace trimora {
+namespace {
 
-Wiring::Wiring()
-    : window_({{queues_, clock_, notifications_, claimHistoryFolder()}, decoder_, encoder_, panels_}) {}
+constexpr const char* kWindowPlace = "windowPlace";
+constexpr int kPauses = 100'000;  // microseconds that pauses between looks at a growing file differ by
+
+}  // namespace
+
+Wiring::Wiring(ports::Panels& panels)
+    : settings_(files::configHome() / "Trimora" / "trimora.ini"),
+      shell_(shellServices()),
+      userNotifications_(shell_.messages()),
+      editor_(editorServices(panels)) {
+    editor_.setToolbar(&shell_.windowController());
+    shell_.setContent(editor_, &editor_.view(),
+                      {.cutView = &editor_.cutView(),
+                       .recentFiles = [this] { return editor_.recentFiles().files(); },
+                       .openRecent = [this](const auto& file) { editor_.openFiles({file}); },
+                       .clearRecent = [this] { editor_.recentFiles().clear(); }});
+}
+
+bool Wiring::isBusy() {
+    const editor::PictureFlows& flows = editor_.flows();
+    return flows.openFlow().isOpening() || flows.saveFlow().isSaving();
+}
+
+app::MainInterface::Services Wiring::shellServices() {
+    return {.controls = {clock_, scheduler_, mainQueue_, notifications_},
+            .application = {.mainQueue = mainQueue_,
+                            .workspace = workspace_,
+                            .quit = [] { QCoreApplication::quit(); },
+                            // The privacy component comes in here.
+                            .startConsent = [] {},
+                            .privacyUrl = [] { return std::string(); },
+                            .showUsageData = [] {}},
+            .place = {.read = [this] { return settings_.text(kWindowPlace).value_or(""); },
+                      .write = [this](const std::string& place) { settings_.setText(kWindowPlace, place); }}};
+}
+
+editor::ViewController::Services Wiring::editorServices(ports::Panels& panels) {
+    return {.cutView = {queues_, clock_, notifications_, claimHistoryFolder()},
+            .scheduler = scheduler_,
+            .threadFlows = threadFlows_,
+            .decoder = decoder_,
+            .encoder = encoder_,
+            .panels = panels,
+            .settings = settings_,
+            .userNotifications = userNotifications_,
+            .workspace = workspace_,
+            .messages = shell_.messages(),
+            .caches = files::cacheHome() / "Trimora",
+            .randomMicroseconds = [] { return QRandomGenerator::global()->bounded(kPauses); }};
+}
 
 std::filesystem::path Wiring::claimHistoryFolder() {
     const std::filesystem::path base = files::dataHome() / "Trimora";

@@ -3,15 +3,18 @@
 #include <filesystem>
 #include <optional>
 
-#include "app/EditorWindow.h"
+#include "app/MainInterface.h"
 #include "codecs/PictureFileDecoder.h"
 #include "codecs/PngEncoder.h"
+#include "editor/ViewController.h"
 #include "files/FolderLock.h"
 #include "foundation/NotificationCenter.h"
 #include "foundation/RealTime.h"
 #include "foundation/ThreadQueues.h"
+#include "main/PlainDesktop.h"
 #include "platform/QtMainQueue.h"
-#include "platform/QtPanels.h"
+#include "platform/QtSettings.h"
+#include "util/ThreadFlow.h"
 
 namespace trimora {
 
@@ -21,14 +24,21 @@ namespace trimora {
 /// order of the members matters: each one uses only those above it.
 class Wiring {
  public:
-    Wiring();
+    /// `panels` ask the person; they outlive the wiring.
+    explicit Wiring(ports::Panels& panels);
     Wiring(const Wiring&) = delete;
     Wiring& operator=(const Wiring&) = delete;
 
-    [[nodiscard]] app::EditorWindow& window() { return window_; }
+    [[nodiscard]] app::MainInterface& shell() { return shell_; }
+    [[nodiscard]] editor::ViewController& editor() { return editor_; }
+
+    /// Whether a file is being read or written.
+    [[nodiscard]] bool isBusy();
 
  private:
     [[nodiscard]] std::filesystem::path claimHistoryFolder();
+    [[nodiscard]] app::MainInterface::Services shellServices();
+    [[nodiscard]] editor::ViewController::Services editorServices(ports::Panels& panels);
 
     platform::QtMainQueue mainQueue_;
     foundation::ThreadWorkers codecWorkers_;
@@ -36,10 +46,15 @@ class Wiring {
     codecs::PngEncoder encoder_{codecWorkers_};
     foundation::ThreadQueueFactory queues_{mainQueue_};
     foundation::RealClock clock_;
+    foundation::RealScheduler scheduler_;
     foundation::NotificationCenter notifications_;
-    platform::QtPanels panels_;
+    util::ThreadFlowRegistry threadFlows_{queues_, scheduler_, clock_};
+    platform::QtSettings settings_;
+    ToolkitWorkspace workspace_;
     std::optional<files::OwnedFolder> history_;
-    app::EditorWindow window_;
+    app::MainInterface shell_;
+    WindowNotifications userNotifications_;
+    editor::ViewController editor_;
 };
 
 }  // namespace trimora

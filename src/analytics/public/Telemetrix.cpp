@@ -48,6 +48,8 @@ void post(const char* notification) {
 void Telemetrix::startSession(const std::optional<std::string>& applicationId) {
     if (!applicationId || applicationId->empty())
         debugWarning("Analytics application id must be provided");
+    if (!isInstalled())
+        return;
     bool isFirst = false;
     {
         State& state = State::shared();
@@ -62,7 +64,8 @@ void Telemetrix::startSession(const std::optional<std::string>& applicationId) {
 }
 
 void Telemetrix::startSession() {
-    startSession(wiring().bundle.infoValue("TelemetrixInnerId"));
+    if (isInstalled())
+        startSession(wiring().bundle.infoValue("TelemetrixInnerId"));
 }
 
 void Telemetrix::setBackgroundSessionEnabled(bool enabled) {
