@@ -6,14 +6,14 @@ namespace trimora::controls::metrics {
 inline constexpr int kToolbarHeight = 52;
 inline constexpr int kToolStripWidth = 64;    ///< Hand, Brush, Restore and the brush size
 inline constexpr int kRightPanelWidth = 168;  ///< background modes and colour
-inline constexpr int kStatusHeight = 24;
 
-inline constexpr int kToolPanelWidth = 200;     ///< the editor's tool strip: three tools and a size box
+inline constexpr int kToolPanelWidth = 224;     ///< the editor's tool strip: three tools and a size box
 inline constexpr int kStripTool = 56;           ///< side of a tool in it
 inline constexpr int kModeButton = 44;          ///< side of a background mode's button
 inline constexpr int kModeImage = 36;           ///< and of its picture
 inline constexpr int kQuickPanelVariant1 = 50;  ///< width of the quick panel that is not in use
-inline constexpr int kBrushMenuWidth = 120;     ///< of an item of the brush menu
+inline constexpr int kFloatingInset = 16;    ///< of the floating panel from the cut view's corner, at first
+inline constexpr int kBrushMenuWidth = 120;  ///< of an item of the brush menu
 inline constexpr int kBrushMenuHeight = 33;
 inline constexpr int kBrushMenuGap = 5;  ///< from the menu to its button, and round the item's button
 inline constexpr int kOpenWidth = 160;   ///< the empty screen's call to open a picture
@@ -32,13 +32,8 @@ inline constexpr int kToolIcon = 32;    ///< the picture in it
 inline constexpr int kBarButton = 32;   ///< height of a button in the toolbar
 inline constexpr int kBarIcon = 20;
 inline constexpr int kModeIcon = 24;  ///< picture of a background mode
-inline constexpr int kSwatchHeight = 24;
 
 inline constexpr int kSliderLength = 160;
-inline constexpr int kSliderGroove = 4;
-inline constexpr int kSliderHandle = 14;
-
-inline constexpr int kBusyWidth = 96;  ///< bar that moves while work goes on
 
 inline constexpr int kBarGap = 4;         ///< between buttons of one group of the toolbar
 inline constexpr int kBarGroupRoom = 24;  ///< what a group of the toolbar may grow by while there is room
@@ -73,7 +68,6 @@ inline constexpr double kSheetEdge = 1;  ///< width of the light line round it
 inline constexpr int kAnswerWidth = 96;  ///< a button of that question
 
 inline constexpr double kSmallFont = 10.5;  ///< panels, buttons, status
-inline constexpr double kHintFont = 13;     ///< the words in the empty view
 
 inline constexpr int kWindowWidth = 1200;  ///< of a new window
 inline constexpr int kWindowHeight = 800;
