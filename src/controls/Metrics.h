@@ -31,6 +31,22 @@ inline constexpr double kDropFrameWidth = 2;
 inline constexpr double kDropDash = 10;  ///< length of a dash and of the gap after it
 inline constexpr int kDropImage = 96;
 
+inline constexpr int kHintArrow = 48;  ///< the arrow that points at the drop area
+
+inline constexpr int kMiniMap = 128;        ///< side of the mini-map's picture area
+inline constexpr int kMiniMapCaption = 20;  ///< height of the line under it
+inline constexpr double kMapEdge = 1;       ///< width of the line round the part in view
+inline constexpr int kDragOut = 24;         ///< how far outside the mini-map a press takes the picture along
+inline constexpr double kMapStep = 0.1;     ///< an arrow key's way, as a share of the part in view
+
+inline constexpr int kBrushPreview = 224;  ///< side of the brush preview; holds the largest brush
+
+inline constexpr int kWarningWidth = 306;  ///< the question before everything is brought back
+inline constexpr int kWarningHeight = 113;
+inline constexpr double kSheetCorner = 5;
+inline constexpr double kSheetEdge = 1;  ///< width of the light line round it
+inline constexpr int kAnswerWidth = 96;  ///< a button of that question
+
 inline constexpr double kSmallFont = 10.5;  ///< panels, buttons, status
 inline constexpr double kHintFont = 13;     ///< the words in the empty view
 

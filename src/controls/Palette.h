@@ -18,6 +18,13 @@ inline constexpr QColor kAccent{230, 27, 85};                ///< the active too
 inline constexpr QColor kAccentStart{249, 35, 95};           ///< the accent as a gradient, where it begins
 inline constexpr QColor kAccentEnd{253, 73, 73};             ///< and where it ends
 inline constexpr QColor kFrame{255, 255, 255, 77};           ///< dashed frame of the empty view
+inline constexpr QColor kDropText{255, 255, 255, 179};       ///< words of the empty view
+inline constexpr QColor kProgress{51, 230, 51};              ///< the part of a half-disc gauge that is done
+inline constexpr QColor kProgressLine{255, 255, 255, 102};   ///< and its outline
+inline constexpr QColor kMapEdge{255, 255, 255};             ///< mini-map: line round the part in view
+inline constexpr QColor kMapShade{0, 0, 0, 140};             ///< over the part that is out of view
+inline constexpr QColor kSheet{255, 255, 255};               ///< a question's sheet, under its background
+inline constexpr QColor kScrim{0, 0, 0, 128};                ///< behind the brush preview
 inline constexpr QColor kFocus{255, 255, 255, 128};          ///< ring round what the keyboard acts on
 
 inline constexpr QColor kTrack{0, 0, 0};               ///< a slider's line beyond its knob

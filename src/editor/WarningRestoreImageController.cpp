@@ -1,0 +1,53 @@
+#include "editor/WarningRestoreImageController.h"
+
+#include <QGuiApplication>
+
+#include "controls/GradientButton.h"
+#include "controls/Metrics.h"
+
+namespace trimora::editor {
+
+namespace metrics = controls::metrics;
+
+WarningRestoreImageController::WarningRestoreImageController(const controls::ControlContext& context,
+                                                             QWidget& screen)
+    : QDialog(&screen, Qt::Dialog | Qt::FramelessWindowHint) {
+    setAttribute(Qt::WA_TranslucentBackground);
+    setAttribute(Qt::WA_DeleteOnClose);
+    loadView(context);
+    viewDidLoad();
+}
+
+void WarningRestoreImageController::loadView(const controls::ControlContext& context) {
+    warningView_ = new WarningRestoreImage(context, this);
+    warningView_->setGeometry(0, 0, metrics::kWarningWidth, metrics::kWarningHeight);
+    setFixedSize(warningView_->size());
+    setWindowTitle(warningView_->accessibleName());
+}
+
+void WarningRestoreImageController::viewDidLoad() {
+    const bool placesItself = !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
+    warningView_->setCorners(placesItself ? SheetCorners::lower : SheetCorners::all);
+    makeWarningHandler();
+}
+
+void WarningRestoreImageController::makeWarningHandler() {
+    warningView_->setCancelActionHandler([this] { done(QDialog::Accepted); });
+}
+
+void WarningRestoreImageController::presentAsSheet() {
+    open();
+}
+
+void WarningRestoreImageController::reject() {
+    warningView_->clickNo();
+}
+
+void WarningRestoreImageController::showEvent(QShowEvent* event) {
+    const QWidget& screen = *parentWidget();
+    move(screen.mapToGlobal(QPoint((screen.width() - width()) / 2, 0)));
+    QDialog::showEvent(event);
+    warningView_->noDeleteProgress().setFocus();
+}
+
+}  // namespace trimora::editor
