@@ -33,11 +33,12 @@ inline constexpr int kDropImage = 96;
 
 inline constexpr int kHintArrow = 48;  ///< the arrow that points at the drop area
 
-inline constexpr int kMiniMap = 128;        ///< side of the mini-map's picture area
-inline constexpr int kMiniMapCaption = 20;  ///< height of the line under it
-inline constexpr double kMapEdge = 1;       ///< width of the line round the part in view
-inline constexpr int kDragOut = 24;         ///< how far outside the mini-map a press takes the picture along
-inline constexpr double kMapStep = 0.1;     ///< an arrow key's way, as a share of the part in view
+inline constexpr int kMiniMap = 128;         ///< side of the mini-map's picture area
+inline constexpr int kMiniMapCaption = 20;   ///< height of the line under it
+inline constexpr double kMapEdge = 1;        ///< width of the line round the part in view
+inline constexpr int kDragOut = 24;          ///< how far outside the mini-map a press takes the picture along
+inline constexpr double kMapStep = 0.1;      ///< an arrow key's way, as a share of the part in view
+inline constexpr double kLongMapStep = 0.5;  ///< and with Shift held
 
 inline constexpr int kBrushPreview = 224;  ///< side of the brush preview; holds the largest brush
 

@@ -147,7 +147,7 @@ bool DragView::handleDrag(QEvent& event, const QWidget& under) {
 }
 
 bool DragView::draggingEntered(const QDropEvent& drag) {
-    if (!isUsable(*drag.mimeData()))
+    if (drag.source() != nullptr || !isUsable(*drag.mimeData()))
         return false;
     ++sessionNumber_;
     performed_ = false;
@@ -270,8 +270,10 @@ void DragView::drawProgress(QPainter& painter, const DragViewLayout& places) con
     const double done = std::clamp(static_cast<double>(progress_), 0.0, 1.0);
     // Nothing done is no sector: an arc that ends where it begins would be a whole turn.
     if (done > 0) {
+        const QPainterPath rim = arc((1 - done) * 180);
         QPainterPath sector(QPointF(places.gaugeCentre.x, places.gaugeCentre.y));
-        sector.connectPath(arc((1 - done) * 180));
+        sector.lineTo(rim.elementAt(0));
+        sector.connectPath(rim);
         sector.closeSubpath();
         painter.fillPath(sector, palette::kProgress);
     }

@@ -44,8 +44,8 @@ class DragViewDelegate {
 ///
 /// Drags. Local files are handed on as they are, in the drag's order. A picture that comes as bytes (out
 /// of a browser) is promised as a file in the caches folder and handed on with the wait flag. A drag that
-/// has neither is refused while it hovers. The platform tells of a drag only while it is over the view, so
-/// each entering is a session of its own and leaving ends it.
+/// has neither is refused while it hovers, and so is one that comes from this program. The platform tells of
+/// a drag only while it is over the view, so each entering is a session of its own and leaving ends it.
 ///
 /// Life cycle: idle; over (mouseIn() is true) from the entering on; idle again after leaving or dropping.
 ///
@@ -59,7 +59,7 @@ class DragView final : public QWidget {
     void setDelegate(DragViewDelegate* delegate) { delegate_ = delegate; }
 
     /// Drops on that widget take the same road from now on: the same reading, the same delegate. For the
-    /// widget that shows a loaded picture, over which this one is hidden. It must not outlive this one.
+    /// widget that shows a loaded picture, over which this one is hidden.
     void alsoTakeDropsOn(QWidget& widget);
 
     /// Drawn in the middle of the frame. `size` is the picture's own, in points: it is shown smaller where

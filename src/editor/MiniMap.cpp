@@ -213,15 +213,13 @@ void MiniMap::keyPressEvent(QKeyEvent* event) {
         QWidget::keyPressEvent(event);
         return;
     }
-    const double step =
-        metrics::kMapStep * (std::max(std::abs(way.x()), std::abs(way.y())) > metrics::kArrowStep ? 5 : 1);
-    const auto sign = [](int value) { return (value > 0) - (value < 0); };
-    const Point centre = shownCentre();
-    const auto moved = [step](double from, int direction, float size) {
-        return std::clamp(from + direction * step * std::min(static_cast<double>(size), 1.0), 0.0, 1.0);
+    const double step = event->modifiers() & Qt::ShiftModifier ? metrics::kLongMapStep : metrics::kMapStep;
+    const auto moved = [step](double from, int direction, float inView) {
+        const int sign = (direction > 0) - (direction < 0);
+        return std::clamp(from + sign * step * std::min(static_cast<double>(inView), 1.0), 0.0, 1.0);
     };
-    wantCentre(
-        {moved(centre.x, sign(way.x()), border_.SizeW), moved(centre.y, -sign(way.y()), border_.SizeH)});
+    const Point centre = shownCentre();
+    wantCentre({moved(centre.x, way.x(), border_.SizeW), moved(centre.y, -way.y(), border_.SizeH)});
 }
 
 void MiniMap::dragOut() {

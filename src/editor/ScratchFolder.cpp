@@ -18,9 +18,10 @@ path cachesFolder() {
 }
 
 ScratchFolder::ScratchFolder(const path& parent)
-    : folder_(parent / QStringLiteral("drag-%1")
-                           .arg(QRandomGenerator::system()->generate64(), 16, 16, QChar('0'))
-                           .toStdString()) {}
+    : folder_(parent.empty() ? path()
+                             : parent / QStringLiteral("drag-%1")
+                                            .arg(QRandomGenerator::system()->generate64(), 16, 16, QChar('0'))
+                                            .toStdString()) {}
 
 ScratchFolder::~ScratchFolder() {
     std::error_code ignored;
@@ -28,6 +29,8 @@ ScratchFolder::~ScratchFolder() {
 }
 
 Result<void> ScratchFolder::write(const std::string& name, std::span<const std::uint8_t> bytes) const {
+    if (folder_.empty())
+        return foundation::Error{"the account has no folder for caches"};
     auto folder = files::PrivateFolder::create(folder_);
     if (!folder)
         return folder.error();

@@ -20,6 +20,7 @@ namespace trimora::editor {
 /// written on any thread while the object lives.
 class ScratchFolder {
  public:
+    /// Inside `parent`. Without one no file can be written.
     explicit ScratchFolder(const std::filesystem::path& parent);
     ~ScratchFolder();
     ScratchFolder(const ScratchFolder&) = delete;

@@ -47,7 +47,7 @@ void WarningRestoreImageController::showEvent(QShowEvent* event) {
     const QWidget& screen = *parentWidget();
     move(screen.mapToGlobal(QPoint((screen.width() - width()) / 2, 0)));
     QDialog::showEvent(event);
-    warningView_->noDeleteProgress().setFocus();
+    warningView_->noDeleteProgress().setFocus(Qt::TabFocusReason);
 }
 
 }  // namespace trimora::editor

@@ -1,0 +1,87 @@
+#include "editor/HintArrow.h"
+
+#include <gtest/gtest.h>
+
+#include <QImage>
+
+#include "controls/ControlsForTests.h"
+
+namespace trimora::editor {
+namespace {
+
+using controls::KeyPath;
+using controls::PropertyAnimation;
+
+class HintArrowTest : public ::testing::Test {
+ protected:
+    double rise() { return arrow_.layer().presentation(world_.time.seconds()).translationY; }
+
+    controls::VirtualWorld world_;
+    HintArrow arrow_{world_.context()};
+};
+
+TEST_F(HintArrowTest, AnAnimationGoesFromOneHeightToTheOther) {
+    const PropertyAnimation made = HintArrow::animationYFrom_to_beginTime_duration(14, 0, 1.2F, 0.15F);
+    EXPECT_EQ(made.keyPath, KeyPath::transformTranslationY);
+    EXPECT_EQ(made.from.number, 14);
+    EXPECT_EQ(made.to.number, 0);
+    EXPECT_FLOAT_EQ(static_cast<float>(made.timing.beginTime), 1.2F);
+    EXPECT_FLOAT_EQ(static_cast<float>(made.timing.duration), 0.15F);
+}
+
+TEST_F(HintArrowTest, ItRisesEvenlyDropsBouncesAndRests) {
+    EXPECT_EQ(rise(), 0) << "still until it is told to begin";
+    arrow_.addDownArrowAnimation();
+    EXPECT_TRUE(arrow_.layer().hasAnimation("group"));
+    world_.advance(0.6);
+    EXPECT_NEAR(rise(), 7, 1e-5);
+    world_.advance(0.599);
+    EXPECT_NEAR(rise(), 14, 0.02);
+    world_.advance(0.1509);  // 1.3499: at the end of the drop
+    EXPECT_NEAR(rise(), 0, 0.1);
+    world_.advance(0.075);  // 1.4249: at the top of the bounce
+    EXPECT_NEAR(rise(), 7, 0.2);
+    world_.advance(0.075);  // 1.4999: down again
+    EXPECT_NEAR(rise(), 0, 0.2);
+    world_.advance(0.3);  // at rest
+    EXPECT_EQ(rise(), 0);
+}
+
+TEST_F(HintArrowTest, TheDropIsSlowFirstAndTheBounceSlowInItsMiddle) {
+    arrow_.addDownArrowAnimation();
+    world_.advance(1.2 + 0.075);
+    EXPECT_GT(rise(), 7) << "half the time of the drop, less than half of its way";
+    world_.advance(0.075 + 0.0375);
+    EXPECT_NEAR(rise(), 3.5, 0.01);
+}
+
+TEST_F(HintArrowTest, TwoSecondsLaterItBeginsAgainForEver) {
+    arrow_.addDownArrowAnimation();
+    world_.advance(2.6);
+    EXPECT_NEAR(rise(), 7, 1e-5);
+    world_.advance(2000);
+    EXPECT_NEAR(rise(), 7, 1e-5);
+    EXPECT_TRUE(arrow_.layer().isAnimating(world_.time.seconds()));
+}
+
+TEST_F(HintArrowTest, ItHasRoomForTheWholeWay) {
+    const auto inked = [this] {
+        QImage image(arrow_.size(), QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::transparent);
+        arrow_.render(&image, {}, {}, {});
+        int opaque = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                opaque += image.pixelColor(x, y).alpha();
+        }
+        return opaque;
+    };
+    const int atRest = inked();
+    EXPECT_GT(atRest, 0);
+    arrow_.addDownArrowAnimation();
+    world_.advance(1.199);
+    EXPECT_NEAR(inked(), atRest, atRest * 0.02) << "nothing of it is cut off at the top";
+}
+
+}  // namespace
+}  // namespace trimora::editor
