@@ -47,6 +47,16 @@ Rect inset(const Rect& rect, double by) {
             std::max(rect.height - 2 * by, 0.0)};
 }
 
+/// The nearest rectangle of whole device pixels: a thin line between two of them would blur.
+Rect onPixels(const Rect& rect, double scaleFactor) {
+    const auto snapped = [scaleFactor](double value) {
+        return std::round(value * scaleFactor) / scaleFactor;
+    };
+    const double x = snapped(rect.x);
+    const double y = snapped(rect.y);
+    return {x, y, snapped(rect.maxX()) - x, snapped(rect.maxY()) - y};
+}
+
 }  // namespace
 
 MiniMap::MiniMap(const Services& services, QWidget* parent)
@@ -63,6 +73,7 @@ MiniMap::MiniMap(const Services& services, QWidget* parent)
       caption_(openPictureViewScale_.make<controls::TextLayer>()) {
     layers_.root().backgroundColor = palette::kRaised;
     layers_.root().cornerRadius = metrics::kCornerRadius;
+    layers_.root().borderColor = palette::kFocus;
     backMiniMapImage_.backgroundColor = palette::kWindow;
     backMiniMapImage_.cornerRadius = metrics::kCornerRadius;
     viewBorderScale_.hidden = true;
@@ -157,7 +168,7 @@ void MiniMap::placeBorder() {
     testboirder_.setFrame(fit_.border(frame, border_.SootnX, border_.SootnY, border_.SizeW, border_.SizeH));
     // A view larger than the picture shows all of it; the line stays on the picture.
     const Rect shown = fit_.picture(frame);
-    const Rect edge = intersected(testboirder_.frame(), shown);
+    const Rect edge = onPixels(intersected(testboirder_.frame(), shown), devicePixelRatioF());
     maskLayerScale_.path = between(shown, edge);
     borderLayerScale_.path = between(edge, inset(edge, borderLayerScale_.lineWidth));
     update();
@@ -270,8 +281,7 @@ void MiniMap::focusOutEvent(QFocusEvent* event) {
 void MiniMap::paintEvent(QPaintEvent* /*event*/) {
     scalePicture();  // the screen may have another scale factor since
     caption_.font = font();
-    backMiniMapImage_.borderWidth = hasFocus() ? metrics::kFocusLine : 0;
-    backMiniMapImage_.borderColor = palette::kFocus;
+    layers_.root().borderWidth = hasFocus() ? metrics::kFocusLine : 0;
     QPainter painter(this);
     layers_.paint(painter);
 }

@@ -1,5 +1,6 @@
 #include "editor/WarningRestoreImageController.h"
 
+#include <QEvent>
 #include <QGuiApplication>
 
 #include "controls/GradientButton.h"
@@ -43,11 +44,19 @@ void WarningRestoreImageController::reject() {
     warningView_->clickNo();
 }
 
+bool WarningRestoreImageController::event(QEvent* event) {
+    // Before the toolkit hands the keyboard over itself, for a reason that shows no ring: here the ring
+    // tells what Return will answer.
+    if (event->type() == QEvent::WindowActivate && focusWidget() != nullptr)
+        focusWidget()->setFocus(Qt::TabFocusReason);
+    return QDialog::event(event);
+}
+
 void WarningRestoreImageController::showEvent(QShowEvent* event) {
     const QWidget& screen = *parentWidget();
     move(screen.mapToGlobal(QPoint((screen.width() - width()) / 2, 0)));
     QDialog::showEvent(event);
-    warningView_->noDeleteProgress().setFocus(Qt::TabFocusReason);
+    warningView_->noDeleteProgress().setFocus();
 }
 
 }  // namespace trimora::editor

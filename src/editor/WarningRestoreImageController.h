@@ -28,6 +28,7 @@ class WarningRestoreImageController final : public QDialog {
     void reject() override;
 
  protected:
+    bool event(QEvent* event) override;
     void showEvent(QShowEvent* event) override;
 
  private:

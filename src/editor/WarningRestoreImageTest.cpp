@@ -108,6 +108,15 @@ TEST_F(WarningSheetTest, TheKeyboardBeginsOnNo) {
     EXPECT_THAT(order_, IsEmpty());
 }
 
+TEST_F(WarningSheetTest, ARingShowsWhatReturnAnswers) {
+    sheet_->activateWindow();
+    world_.settle();
+    auto& no = sheet_->warningView().noDeleteProgress();
+    const QImage withRing = no.grab().toImage();
+    sheet_->warningView().yesDeleteProgress().setFocus();
+    EXPECT_NE(no.grab().toImage(), withRing);
+}
+
 TEST_F(WarningSheetTest, EscapeIsNo) {
     QTest::keyClick(sheet_.data(), Qt::Key_Escape);
     expectDismissed();
