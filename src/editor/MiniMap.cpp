@@ -88,6 +88,7 @@ MiniMap::MiniMap(const Services& services, QWidget* parent)
     setAccessibleName(tr("Mini-map"));
     setToolTip(tr("Click or drag to move the view; drag the picture out to copy the result elsewhere"));
     resize(sizeHint());
+    layOut();  // a hidden widget hears of its size only when it is shown
 }
 
 MiniMap::~MiniMap() = default;
