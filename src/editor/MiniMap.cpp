@@ -159,14 +159,14 @@ void MiniMap::takeScaled(const PicturePtr& scaled) {
 
 // ── The part in view ───────────────────────────────────────────────────────────────────────────
 
-void MiniMap::showBorder(float SootnX, float SootnY, float SizeW, float SizeH) {
-    border_ = {SootnX, SootnY, SizeW, SizeH};
+void MiniMap::showBorder(float sootnX, float sootnY, float sizeW, float sizeH) {
+    border_ = {sootnX, sootnY, sizeW, sizeH};
     placeBorder();
 }
 
 void MiniMap::placeBorder() {
     const Size frame = miniMapImage_.frame().size();
-    testboirder_.setFrame(fit_.border(frame, border_.SootnX, border_.SootnY, border_.SizeW, border_.SizeH));
+    testboirder_.setFrame(fit_.border(frame, border_.sootnX, border_.sootnY, border_.sizeW, border_.sizeH));
     // A view larger than the picture shows all of it; the line stays on the picture.
     const Rect shown = fit_.picture(frame);
     const Rect edge = onPixels(intersected(testboirder_.frame(), shown), devicePixelRatioF());
@@ -231,7 +231,7 @@ void MiniMap::keyPressEvent(QKeyEvent* event) {
         return std::clamp(from + sign * step * std::min(static_cast<double>(inView), 1.0), 0.0, 1.0);
     };
     const Point centre = shownCentre();
-    wantCentre({moved(centre.x, way.x(), border_.SizeW), moved(centre.y, -way.y(), border_.SizeH)});
+    wantCentre({moved(centre.x, way.x(), border_.sizeW), moved(centre.y, -way.y(), border_.sizeH)});
 }
 
 void MiniMap::dragOut() {
