@@ -1,6 +1,5 @@
 #include "editor/MiniMap.h"
 
-#include <QApplication>
 #include <QDrag>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -15,7 +14,6 @@
 #include "controls/Palette.h"
 #include "cutengine/imageutil/PictureActions.h"
 #include "editor/PictureLayer.h"
-#include "util/BitmapImage.h"
 
 namespace trimora::editor {
 
