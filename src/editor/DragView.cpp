@@ -8,7 +8,6 @@
 #include <QPainterPath>
 #include <QUrl>
 #include <algorithm>
-#include <cmath>
 #include <numbers>
 #include <utility>
 

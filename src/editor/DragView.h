@@ -2,7 +2,7 @@
 
 #include <QColor>
 #include <QIcon>
-#include <QPoint>
+#include <QPointF>
 #include <QWidget>
 #include <cstdint>
 #include <filesystem>

@@ -1,6 +1,5 @@
 #include "editor/MiniMap.h"
 
-#include <QApplication>
 #include <QDrag>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -15,7 +14,6 @@
 #include "controls/Palette.h"
 #include "cutengine/imageutil/PictureActions.h"
 #include "editor/PictureLayer.h"
-#include "util/BitmapImage.h"
 
 namespace trimora::editor {
 
@@ -88,6 +86,7 @@ MiniMap::MiniMap(const Services& services, QWidget* parent)
     setAccessibleName(tr("Mini-map"));
     setToolTip(tr("Click or drag to move the view; drag the picture out to copy the result elsewhere"));
     resize(sizeHint());
+    layOut();  // a hidden widget hears of its size only when it is shown
 }
 
 MiniMap::~MiniMap() = default;
@@ -158,14 +157,14 @@ void MiniMap::takeScaled(const PicturePtr& scaled) {
 
 // ── The part in view ───────────────────────────────────────────────────────────────────────────
 
-void MiniMap::showBorder(float SootnX, float SootnY, float SizeW, float SizeH) {
-    border_ = {SootnX, SootnY, SizeW, SizeH};
+void MiniMap::showBorder(float sootnX, float sootnY, float sizeW, float sizeH) {
+    border_ = {sootnX, sootnY, sizeW, sizeH};
     placeBorder();
 }
 
 void MiniMap::placeBorder() {
     const Size frame = miniMapImage_.frame().size();
-    testboirder_.setFrame(fit_.border(frame, border_.SootnX, border_.SootnY, border_.SizeW, border_.SizeH));
+    testboirder_.setFrame(fit_.border(frame, border_.sootnX, border_.sootnY, border_.sizeW, border_.sizeH));
     // A view larger than the picture shows all of it; the line stays on the picture.
     const Rect shown = fit_.picture(frame);
     const Rect edge = onPixels(intersected(testboirder_.frame(), shown), devicePixelRatioF());
@@ -230,7 +229,7 @@ void MiniMap::keyPressEvent(QKeyEvent* event) {
         return std::clamp(from + sign * step * std::min(static_cast<double>(inView), 1.0), 0.0, 1.0);
     };
     const Point centre = shownCentre();
-    wantCentre({moved(centre.x, way.x(), border_.SizeW), moved(centre.y, -way.y(), border_.SizeH)});
+    wantCentre({moved(centre.x, way.x(), border_.sizeW), moved(centre.y, -way.y(), border_.sizeH)});
 }
 
 void MiniMap::dragOut() {

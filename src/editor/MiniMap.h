@@ -1,7 +1,6 @@
 #pragma once
 
-#include <QImage>
-#include <QPoint>
+#include <QSize>
 #include <QWidget>
 #include <filesystem>
 #include <functional>
@@ -50,7 +49,7 @@ class MiniMap final : public QWidget {
     [[nodiscard]] const cutengine::PicturePtr& picture() const { return picture_; }
 
     /// Marks the part in view; the values are those that the cut view reports (see MiniMapFit::border).
-    void showBorder(float SootnX, float SootnY, float SizeW, float SizeH);
+    void showBorder(float sootnX, float sootnY, float sizeW, float sizeH);
 
     /// The picture's fitted size in miniMapImage, in points.
     [[nodiscard]] float sizeWidthMiniMap() const { return fit_.sizeWidthMiniMap; }
@@ -118,10 +117,10 @@ class MiniMap final : public QWidget {
     cutengine::PicturePtr picture_;
     MiniMapFit fit_;
     struct Border {
-        float SootnX = 1;
-        float SootnY = 1;
-        float SizeW = 1;
-        float SizeH = 1;
+        float sootnX = 1;
+        float sootnY = 1;
+        float sizeW = 1;
+        float sizeH = 1;
     } border_;
     QSize scaledFor_;  // device pixels of the copy that is there or on its way
     /// Held by the map alone; scaling that ends under an older one comes to nothing.

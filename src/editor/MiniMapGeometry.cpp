@@ -25,12 +25,12 @@ Rect MiniMapFit::picture(Size frame) const {
     return {(frame.width - width) / 2, (frame.height - height) / 2, width, height};
 }
 
-Rect MiniMapFit::border(Size frame, float SootnX, float SootnY, float SizeW, float SizeH) const {
+Rect MiniMapFit::border(Size frame, float sootnX, float sootnY, float sizeW, float sizeH) const {
     const auto mw = static_cast<double>(sizeWidthMiniMap);
     const auto mh = static_cast<double>(sizeHeightMiniMap);
-    return {(frame.width - mw) * 0.5 + static_cast<double>(1 - SootnX) * (mw * 0.5),
-            (frame.height * 0.5 - mh * 0.5) + static_cast<double>(1 - SootnY) * (mh * 0.5),
-            static_cast<double>(SizeW * sizeWidthMiniMap), static_cast<double>(SizeH * sizeHeightMiniMap)};
+    return {(frame.width - mw) * 0.5 + static_cast<double>(1 - sootnX) * (mw * 0.5),
+            (frame.height * 0.5 - mh * 0.5) + static_cast<double>(1 - sootnY) * (mh * 0.5),
+            static_cast<double>(sizeW * sizeWidthMiniMap), static_cast<double>(sizeH * sizeHeightMiniMap)};
 }
 
 Point MiniMapFit::share(Size frame, Point place) const {

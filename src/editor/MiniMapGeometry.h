@@ -20,11 +20,11 @@ struct MiniMapFit {
 
     /// The part of the picture that the cut view shows. Points of the frame, y-up.
     ///
-    /// SootnX, SootnY: twice the picture's offset over its displayed size; 1 puts the border at the left or
-    /// bottom edge of the picture, 0 at its centre. SizeW, SizeH: the view's size over the displayed size;
+    /// sootnX, sootnY: twice the picture's offset over its displayed size; 1 puts the border at the left or
+    /// bottom edge of the picture, 0 at its centre. sizeW, sizeH: the view's size over the displayed size;
     /// 1 is the whole picture, and more than that reaches beyond it.
-    [[nodiscard]] foundation::Rect border(foundation::Size frame, float SootnX, float SootnY, float SizeW,
-                                          float SizeH) const;
+    [[nodiscard]] foundation::Rect border(foundation::Size frame, float sootnX, float sootnY, float sizeW,
+                                          float sizeH) const;
 
     /// A place in the frame as a share of the picture, from its bottom left; kept within 0..1. The middle
     /// for an empty picture.

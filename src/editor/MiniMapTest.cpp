@@ -65,6 +65,13 @@ class MiniMapTest : public ::testing::Test {
     MiniMap map_{{world_.context(), world_.queues, caches_.path()}};
 };
 
+TEST_F(MiniMapTest, APictureIsFittedBeforeTheMapWasEverShown) {
+    MiniMap hidden({world_.context(), world_.queues, caches_.path()});
+    hidden.setPicture(plainPicture(640, 320));
+    EXPECT_FLOAT_EQ(hidden.sizeWidthMiniMap(), 128);
+    EXPECT_EQ(hidden.testboirder().frame(), (Rect{0, 32, 128, 64}));
+}
+
 TEST_F(MiniMapTest, ThePictureIsFittedAndAllOfItInView) {
     load(twoHalves(640, 320));
     EXPECT_EQ(map_.miniMapImage().frame().size(), (foundation::Size{128, 128}));

@@ -2,6 +2,7 @@
 
 #include <QBuffer>
 #include <QByteArray>
+#include <QFileInfo>
 #include <QImage>
 #include <QMimeData>
 #include <QUrl>
@@ -38,8 +39,7 @@ const Format* formatIn(const QMimeData& drag) {
 /// What the source calls the picture, where it says so: the end of its address, without the ending.
 QString stemOf(const QMimeData& drag) {
     const QList<QUrl> urls = drag.urls();
-    QString stem = urls.isEmpty() ? QString() : urls.front().fileName();
-    stem.truncate(stem.lastIndexOf(QChar('.')) < 0 ? stem.size() : stem.lastIndexOf(QChar('.')));
+    QString stem = urls.isEmpty() ? QString() : QFileInfo(urls.front().fileName()).completeBaseName();
     stem.removeIf([](QChar c) { return c == QChar('/') || !c.isPrint(); });
     stem.truncate(64);  // whatever a name's bytes are, this many letters and an ending fit
     return stem.isEmpty() || stem.startsWith(QChar('.')) ? QStringLiteral("Dropped picture") : stem;

@@ -4,7 +4,6 @@
 #include <QLabel>
 #include <QPainter>
 #include <QVBoxLayout>
-#include <utility>
 
 #include "controls/GradientButton.h"
 #include "controls/Metrics.h"
