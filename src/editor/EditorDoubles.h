@@ -12,6 +12,9 @@
 #include "cutengine/PictureEncoder.h"
 #include "editor/Messages.h"
 #include "ports/Panels.h"
+#include "ports/Settings.h"
+#include "ports/UserNotifications.h"
+#include "ports/Workspace.h"
 
 /// In-memory doubles of what the editor works with, for tests of this floor and of those above.
 namespace trimora::editor {
@@ -88,6 +91,56 @@ class FakePanels final : public ports::Panels {
                           Answer answer) override {
         questions.push_back({true, folder, name, std::move(answer)});
     }
+
+    struct AlertQuestion {
+        ports::Alert alert;
+        AlertAnswer answer;
+    };
+    std::vector<AlertQuestion> alerts;
+
+    void runAlert(const ports::Alert& alert, AlertAnswer answer) override {
+        alerts.push_back({alert, std::move(answer)});
+    }
+};
+
+/// Forgets when it goes.
+class MemorySettings final : public ports::Settings {
+ public:
+    std::map<std::string, std::string, std::less<>> texts;
+    std::map<std::string, std::vector<std::string>, std::less<>> lists;
+
+    std::optional<std::string> text(std::string_view key) const override {
+        const auto found = texts.find(key);
+        return found == texts.end() ? std::nullopt : std::optional(found->second);
+    }
+    void setText(std::string_view key, const std::string& text) override { texts[std::string(key)] = text; }
+    std::vector<std::string> list(std::string_view key) const override {
+        const auto found = lists.find(key);
+        return found == lists.end() ? std::vector<std::string>{} : found->second;
+    }
+    void setList(std::string_view key, const std::vector<std::string>& list) override {
+        lists[std::string(key)] = list;
+    }
+};
+
+/// Keeps what was posted; the test is the person who answers.
+class RecordedNotifications final : public ports::UserNotifications {
+ public:
+    std::vector<ports::UserNotification> posted;
+    Activated activated;
+
+    void post(const ports::UserNotification& notification) override { posted.push_back(notification); }
+    void onActivation(Activated handler) override { activated = std::move(handler); }
+};
+
+/// A desktop that only takes notes.
+class RecordedWorkspace final : public ports::Workspace {
+ public:
+    std::vector<std::filesystem::path> revealed;
+    std::vector<std::string> opened;
+
+    void revealFile(const std::filesystem::path& file) override { revealed.push_back(file); }
+    void openUrl(const std::string& url) override { opened.push_back(url); }
 };
 
 /// Every line that the person was shown, after a word for its kind.

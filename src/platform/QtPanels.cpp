@@ -3,8 +3,12 @@
 #include <QApplication>
 #include <QFile>
 #include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QStandardPaths>
+#include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace trimora::platform {
 
@@ -24,6 +28,25 @@ void QtPanels::chooseFileToSave(const std::filesystem::path& folder, const std::
     dialog->setDefaultSuffix(QStringLiteral("png"));
     dialog->selectFile(QString::fromStdString(name));
     run(dialog, std::move(answer));
+}
+
+void QtPanels::runAlert(const ports::Alert& alert, AlertAnswer answer) {
+    auto* const box = new QMessageBox(QApplication::activeWindow());
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setIcon(QMessageBox::Warning);
+    box->setText(QString::fromStdString(alert.message));
+    std::vector<QAbstractButton*> buttons;
+    // One role for all of them: the box would sort different ones into the desktop's own order.
+    for (const std::string& title : alert.buttons)
+        buttons.push_back(box->addButton(QString::fromStdString(title), QMessageBox::ActionRole));
+    box->setDefaultButton(static_cast<QPushButton*>(buttons.front()));
+    box->setEscapeButton(
+        buttons.at(static_cast<std::size_t>(alert.cancelAnswer - ports::Alert::kFirstButton)));
+    QObject::connect(box, &QDialog::finished, box, [box, buttons, answer = std::move(answer)] {
+        const auto pressed = std::find(buttons.begin(), buttons.end(), box->clickedButton());
+        answer(ports::Alert::kFirstButton + static_cast<int>(pressed - buttons.begin()));
+    });
+    box->open();
 }
 
 QFileDialog* QtPanels::makeDialog(const QString& title, const std::filesystem::path& folder) {

@@ -8,13 +8,14 @@ class QFileDialog;
 
 namespace trimora::platform {
 
-/// Panels as file dialogs of the desktop, in front of the window that is active when they are asked
-/// for. The program goes on behind them.
+/// Panels as dialogs of the desktop, in front of the window that is active when they are asked for. The
+/// program goes on behind them.
 class QtPanels final : public ports::Panels {
  public:
     void chooseFileToOpen(const std::filesystem::path& folder, Answer answer) override;
     void chooseFileToSave(const std::filesystem::path& folder, const std::string& name,
                           Answer answer) override;
+    void runAlert(const ports::Alert& alert, AlertAnswer answer) override;
 
  private:
     static QFileDialog* makeDialog(const QString& title, const std::filesystem::path& folder);

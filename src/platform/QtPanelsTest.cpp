@@ -1,12 +1,18 @@
 #include "platform/QtPanels.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QMessageBox>
+#include <QTest>
 #include <fstream>
+#include <map>
 #include <optional>
+#include <vector>
 
 #include "testing/TemporaryFolder.h"
 
@@ -81,6 +87,58 @@ TEST_F(QtPanelsTest, OpenAnswersWithTheChosenFile) {
     dialog->selectFile(QString::fromStdString(picture.string()));
     static_cast<QDialog*>(dialog)->accept();
     EXPECT_EQ(answer_, picture);
+}
+
+class QtAlertTest : public ::testing::Test {
+ protected:
+    QMessageBox* ask() {
+        panels_.runAlert({"Do you want to save result?", {"Save", "Cancel", "Don't save"}, 1001},
+                         [this](int answer) { answers_.push_back(answer); });
+        for (QWidget* widget : QApplication::topLevelWidgets()) {
+            if (auto* box = qobject_cast<QMessageBox*>(widget))
+                return box;
+        }
+        return nullptr;
+    }
+    void TearDown() override { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+
+    QtPanels panels_;
+    std::vector<int> answers_;
+};
+
+TEST_F(QtAlertTest, EachButtonHasItsNumberInTheOrderGiven) {
+    for (const int number : {0, 1, 2}) {
+        QMessageBox* const box = ask();
+        ASSERT_NE(box, nullptr);
+        EXPECT_EQ(box->text(), "Do you want to save result?");
+        const QStringList titles = {"Save", "Cancel", "Don't save"};
+        for (QAbstractButton* button : box->buttons()) {
+            if (button->text() == titles[number])
+                button->click();
+        }
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+    EXPECT_THAT(answers_, ::testing::ElementsAre(1000, 1001, 1002));
+}
+
+TEST_F(QtAlertTest, ButtonsAreShownInTheOrderGiven) {
+    QMessageBox* const box = ask();
+    ASSERT_NE(box, nullptr);
+    std::map<int, QString> byPlace;
+    for (const QAbstractButton* button : box->buttons())
+        byPlace[button->x()] = button->text();
+    QStringList shown;
+    for (const auto& [place, text] : byPlace)
+        shown.append(text);
+    EXPECT_EQ(shown, QStringList({"Save", "Cancel", "Don't save"}));
+    box->reject();
+}
+
+TEST_F(QtAlertTest, EscapeCancelsAndReturnTakesTheFirst) {
+    QTest::keyClick(ask(), Qt::Key_Escape);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QTest::keyClick(ask(), Qt::Key_Return);
+    EXPECT_THAT(answers_, ::testing::ElementsAre(1001, 1000));
 }
 
 }  // namespace
