@@ -1,17 +1,21 @@
 #pragma once
 
+#include <QCoreApplication>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "cutengine/Picture.h"
 #include "cutengine/PictureDecoder.h"
+#include "cutengine/imageutil/PictureActions.h"
 #include "editor/Messages.h"
 #include "foundation/Queues.h"
 #include "ports/Panels.h"
+#include "ports/Settings.h"
 
 namespace trimora::editor {
 
@@ -25,29 +29,41 @@ namespace trimora::editor {
 /// Main thread only. What the services refer to outlives the background queue's work; the flow itself
 /// may go at any time, and what it had begun then comes to nothing.
 class OpenFlow {
+    Q_DECLARE_TR_FUNCTIONS(OpenFlow)
+
  public:
     struct Services {
         foundation::QueueFactory& queues;
         cutengine::PictureDecoder& decoder;
         ports::Panels& panels;
         Messages& messages;
+        ports::Settings* settings = nullptr;  ///< remembers the folder for the next run, where there is one
+        /// How to wait for a file that is still being written; without it none is waited for.
+        std::optional<cutengine::Patience> patience = {};
     };
-    /// Takes the picture that was opened, and the file that it came from.
+    /// Whether the files may still be in the making.
+    enum class Files : std::uint8_t { complete, inTheMaking };
+    /// Takes the picture that was opened, as one bitmap of its own size, and the file that it came from.
     using Show = std::function<void(cutengine::PicturePtr, const std::filesystem::path&)>;
+    /// Takes the file that the person was told about.
+    using Refused = std::function<void(const std::filesystem::path&)>;
 
     OpenFlow(const Services& services, Show show);
 
-    /// Asks for a file, in the folder of the one before, and opens it.
-    void openPicture();
+    /// Called where no file of an opening was readable, after the person was told.
+    void onRefusal(Refused refused) { refused_ = std::move(refused); }
+
+    /// Asks for a file, in the folder of the one before, and opens it; `chosen` is called in between.
+    void openPicture(std::function<void()> chosen = {});
 
     /// Opens the first readable one. An empty list changes nothing.
-    void open(std::vector<std::filesystem::path> files);
+    void open(std::vector<std::filesystem::path> files, Files state = Files::complete);
 
     /// Whether a file is being read.
     [[nodiscard]] bool isOpening() const { return opening_ != nullptr; }
 
-    /// The folder of the last file that was opened; empty before the first.
-    [[nodiscard]] const std::filesystem::path& folder() const { return folder_; }
+    /// The folder of the last file that was opened, in this run or an earlier one; empty before the first.
+    [[nodiscard]] std::filesystem::path folder() const;
 
  private:
     struct Outcome {
@@ -56,12 +72,16 @@ class OpenFlow {
         std::string remark;          // the picture's notice, or why that first one was refused
         std::size_t tried = 0;
     };
-    static Outcome decodeFirst(cutengine::PictureDecoder& decoder,
-                               const std::vector<std::filesystem::path>& files);
-    void finish(const Outcome& outcome);
+    static cutengine::LoadedPicture load(const Services& services, const std::filesystem::path& file,
+                                         Files state);
+    static Outcome loadFirst(const Services& services, const std::vector<std::filesystem::path>& files,
+                             Files state);
+    void finish(const Outcome& outcome, Files state);
+    void refuse(const Outcome& outcome);
 
     Services services_;
     Show show_;
+    Refused refused_;
     std::filesystem::path folder_;
     // Held by the flow alone; work under way looks whether the one of its own beginning still lives.
     std::shared_ptr<int> opening_;

@@ -14,6 +14,8 @@ using std::filesystem::path;
 
 namespace {
 
+constexpr const char* kFolderKey = "saveFolder";
+
 Result<void> writePng(PictureEncoder& encoder, const cutengine::Picture& picture, const path& target) {
     auto file = files::AtomicFile::create(target);
     if (!file)
@@ -23,6 +25,10 @@ Result<void> writePng(PictureEncoder& encoder, const cutengine::Picture& picture
     if (!encoded)
         return encoded;
     return file->commit();
+}
+
+QString shownName(const path& file) {
+    return QString::fromStdString(file.filename().string());
 }
 
 }  // namespace
@@ -35,42 +41,79 @@ std::string defaultFileName(foundation::Clock::WallTime now) {
 SaveFlow::SaveFlow(const Services& services, cutengine::RKImageCutView& view)
     : services_(services), view_(view) {}
 
+path SaveFlow::folderToBeginIn(const path& folder) const {
+    if (!folder_.empty())
+        return folder_;
+    const auto earlier = services_.settings != nullptr ? services_.settings->text(kFolderKey) : std::nullopt;
+    return earlier ? path(*earlier) : folder;
+}
+
 void SaveFlow::savePicture(const path& folder) {
     if (view_.image() == nullptr)
         return;
+    proposedName_ = defaultFileName(services_.clock.wallTime());
+    const auto question = std::make_shared<Question>();
+    question_ = question;
     services_.panels.chooseFileToSave(
-        folder_.empty() ? folder : folder_, defaultFileName(services_.clock.wallTime()),
-        [this, flow = std::weak_ptr(underWay_)](const std::optional<path>& chosen) {
+        folderToBeginIn(folder), *proposedName_,
+        [this, question, flow = std::weak_ptr(underWay_)](const std::optional<path>& chosen) {
             if (chosen && !flow.expired())
-                saveTo(*chosen);
+                answer(*chosen, *question);
         });
 }
 
+void SaveFlow::pictureWillGo() {
+    const auto question = question_.lock();
+    if (question && question->result == nullptr)
+        question->result = view_.getResult();
+}
+
+void SaveFlow::answer(const path& file, const Question& question) {
+    question_.reset();
+    const PicturePtr result = question.result != nullptr ? question.result : view_.getResult();
+    if (confirmed_)
+        confirmed_();
+    write(result, file);
+}
+
 void SaveFlow::saveTo(const path& file) {
+    write(view_.getResult(), file);
+}
+
+void SaveFlow::write(const PicturePtr& result, const path& file) {
     folder_ = file.parent_path();
-    const std::string name = file.filename().string();
-    const PicturePtr result = view_.getResult();
+    if (services_.settings != nullptr)
+        services_.settings->setText(kFolderKey, folder_.string());
     if (result == nullptr) {
-        services_.messages.trouble(name + " could not be saved: there is not enough memory for the result");
+        services_.messages.trouble(tr("%1 could not be saved: there is not enough memory for the result")
+                                       .arg(shownName(file))
+                                       .toStdString());
         return;
     }
-    services_.messages.progress("Saving " + name);
+    services_.messages.progress(tr("Saving %1").arg(shownName(file)).toStdString());
     ++*underWay_;
     services_.queues.backgroundQueue().async(
-        [services = services_, result, file, name, flow = std::weak_ptr(underWay_)] {
+        [this, services = services_, result, file, flow = std::weak_ptr(underWay_)] {
             const Result<void> written = writePng(services.encoder, *result, file);
             const std::string problem = written ? "" : written.error().message;
-            services.queues.mainQueue().async([services, name, problem, flow] {
-                const auto underWay = flow.lock();
-                if (!underWay)
-                    return;
-                --*underWay;
-                if (problem.empty())
-                    services.messages.note("Save complete: " + name);
-                else
-                    services.messages.trouble(name + " could not be saved: " + problem);
+            services.queues.mainQueue().async([this, file, problem, flow] {
+                if (!flow.expired())
+                    finish(file, problem);
             });
         });
+}
+
+void SaveFlow::finish(const path& file, const std::string& problem) {
+    --*underWay_;
+    if (!problem.empty()) {
+        services_.messages.trouble(tr("%1 could not be saved: %2")
+                                       .arg(shownName(file), QString::fromStdString(problem))
+                                       .toStdString());
+        return;
+    }
+    services_.messages.note(tr("Save complete: %1").arg(shownName(file)).toStdString());
+    if (saved_)
+        saved_(file);
 }
 
 }  // namespace trimora::editor
