@@ -8,6 +8,21 @@ inline constexpr int kToolStripWidth = 64;    ///< Hand, Brush, Restore and the 
 inline constexpr int kRightPanelWidth = 168;  ///< background modes and colour
 inline constexpr int kStatusHeight = 24;
 
+inline constexpr int kToolPanelWidth = 200;     ///< the editor's tool strip: three tools and a size box
+inline constexpr int kStripTool = 56;           ///< side of a tool in it
+inline constexpr int kModeButton = 44;          ///< side of a background mode's button
+inline constexpr int kModeImage = 36;           ///< and of its picture
+inline constexpr int kQuickPanelVariant1 = 50;  ///< width of the quick panel that is not in use
+inline constexpr int kBrushMenuWidth = 120;     ///< of an item of the brush menu
+inline constexpr int kBrushMenuHeight = 33;
+inline constexpr int kBrushMenuGap = 5;  ///< from the menu to its button, and round the item's button
+inline constexpr int kOpenWidth = 160;   ///< the empty screen's call to open a picture
+inline constexpr int kOpenHeight = 40;
+inline constexpr int kOpenGap = 72;      ///< from the top of the line above it
+inline constexpr int kEmptyWidth = 640;  ///< smallest size of the editor screen before the first picture
+inline constexpr int kEmptyHeight = 420;
+inline constexpr int kLoadedWidth = 800;  ///< smallest width from then on
+
 inline constexpr int kGap = 8;           ///< between neighbours
 inline constexpr int kPanelMargin = 12;  ///< from a panel's edge to what it holds
 inline constexpr int kCornerRadius = 2;

@@ -136,6 +136,9 @@ class RKImageCutView {
     void setScale(float factor);
     /// A field that nothing writes; the zoom lives in transform().
     [[nodiscard]] float scale() const { return scale_; }
+    /// Moves the picture by so many view points at once, as far as its limits let it; it is not fitted any
+    /// more then.
+    void moveBy(foundation::Point way);
     void correctImagePositionWithFiting(bool fit);
     void limitDrag();
     /// Whether the picture is shown at the size that fits the view. Setting it and correcting the
@@ -208,7 +211,6 @@ class RKImageCutView {
     void continueGesture(const MouseEvent& event);
     void finishGestureWork();
     void layStamps(foundation::Point pointer);
-    void pan(const MouseEvent& event);
     [[nodiscard]] PaintSettings paintSettings() const;
     [[nodiscard]] bool pressPans() const { return commandPressed_ != (dragMode_ == DragMode::pan); }
 

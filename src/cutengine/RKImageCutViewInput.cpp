@@ -48,7 +48,7 @@ void RKImageCutView::mouseDragged(const MouseEvent& event) {
 
 void RKImageCutView::continueGesture(const MouseEvent& event) {
     if (dragging_)
-        pan(event);
+        moveBy({event.deltaX, -event.deltaY});
     else if (cutting_)
         layStamps(event.location);
 }

@@ -84,13 +84,13 @@ void RKImageCutView::limitDrag() {
     animateLayers(limited, kLimitSeconds);
 }
 
-void RKImageCutView::pan(const MouseEvent& event) {
+void RKImageCutView::moveBy(Point way) {
     if (!hasPlacedPicture())
         return;
     imageFit_ = false;
     AffineTransform moved = imageLayer_->transform();
-    moved.tx += event.deltaX;
-    moved.ty -= event.deltaY;
+    moved.tx += way.x;
+    moved.ty += way.y;
     placeLayers(moved);
     correctImagePositionWithFiting(false);
     removeAnimations();

@@ -1,0 +1,185 @@
+#include "editor/EditorView.h"
+
+#include <QMouseEvent>
+#include <QPointer>
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "controls/ButtonOpenAppereance.h"
+#include "controls/CustomViewWithButton.h"
+#include "controls/Icons.h"
+#include "controls/LayerButton.h"
+#include "controls/Metrics.h"
+#include "controls/Palette.h"
+#include "editor/CursorPreview.h"
+#include "editor/CutViewWidget.h"
+#include "editor/DragView.h"
+#include "editor/EditorPanels.h"
+#include "editor/HintArrow.h"
+#include "editor/MiniMap.h"
+#include "util/ActionBlock.h"
+
+namespace trimora::editor {
+
+namespace metrics = controls::metrics;
+namespace palette = controls::palette;
+
+namespace {
+
+int rounded(double points) {
+    return static_cast<int>(std::lround(points));
+}
+
+/// In the middle of `area`, in the size that it asks for.
+void centre(QWidget& view, const QRect& area) {
+    QRect place({}, view.sizeHint());
+    place.moveCenter(area.center());
+    view.setGeometry(place);
+}
+
+}  // namespace
+
+EditorView::EditorView(const Services& services)
+    : control_(services.control),
+      constraints_{
+          .constrLeftPanelLeading = {0, control_, [this] { layOut(); }},
+          .constrLeftPanelLeading2 = {0, control_, [this] { layOut(); }},
+          .constrRightPanelTrailing2 = {0, control_, [this] { layOut(); }},
+          .constrRightPanelWithMode = {-metrics::kRightPanelWidth, control_, [this] { layOut(); }},
+          .constrBtnSaveBottom = {0, control_, [this] { layOut(); }},
+          .widthMainViewConstraint = {metrics::kEmptyWidth, control_, [this] { layOut(); }},
+          .heightMainViewConstraint = {metrics::kEmptyHeight, control_, [this] { layOut(); }},
+      } {
+    util::layerBackground(*this, palette::kWindow);
+    // In the order in which Tab goes through them.
+    makeToolStrip(outlets_, control_, this);
+    stage_ = new QWidget(this);
+    outlets_.viCut = new CutViewWidget(services.cutView, stage_);
+    outlets_.viCut->setObjectName(QStringLiteral("viCut"));
+    makeQuickPanels(outlets_, control_, stage_);
+    makeFloatingPanel(outlets_, control_, stage_);
+    outlets_.ViewForCursor = new CursorPreview(stage_);
+    outlets_.ViewForCursor->setObjectName(QStringLiteral("ViewForCursor"));
+    makeRightPanel(outlets_, {control_, services.queues, services.caches}, this);
+    makeEmptyScreen(services);
+
+    outlets_.viDrug->installEventFilter(this);
+    outlets_.viCut->installEventFilter(this);
+    outlets_.viDrug->alsoTakeDropsOn(*outlets_.viCut);
+    showEmptyScreen(true);
+    layOut();
+}
+
+EditorView::~EditorView() = default;
+
+void EditorView::makeEmptyScreen(const Services& services) {
+    auto* const area = new DragView(services.queues, services.caches, this);
+    area->setObjectName(QStringLiteral("viDrug"));
+    area->setImage(controls::icon(QStringLiteral("picture_drop")),
+                   QSizeF(metrics::kDropImage, metrics::kDropImage));
+    area->setStrTitle(tr("Drop a picture here or open one"));
+    area->setStrDescription(tr("PNG, JPEG, TIFF or GIF"));
+    util::layerBackground(*area, palette::kWindow);
+    outlets_.viDrug = area;
+
+    outlets_.ivArrow = new HintArrow(control_, area);
+    outlets_.ivArrow->setObjectName(QStringLiteral("ivArrow"));
+    auto* const open = new controls::ButtonOpenAppereance(control_, area);
+    open->setObjectName(QStringLiteral("openPictureButton"));
+    open->setText(tr("Open picture"));
+    open->setAccessibleName(open->text());
+    open->setToolTip(tr("Open a picture (%1)").arg(QStringLiteral("Ctrl+O")));
+    outlets_.openPictureButton = open;
+}
+
+void EditorView::showEmptyScreen(bool empty) {
+    outlets_.viDrug->setVisible(empty);
+    outlets_.viDrug->raise();
+    outlets_.toolStrip->setVisible(!empty);
+    outlets_.rightPanelWithMode->setVisible(!empty);
+    outlets_.viLeftPanelVariant2->setEnabled(!empty);
+    outlets_.viRightPanelVariant2->setEnabled(!empty);
+    outlets_.viewWithButton->setEnabled(!empty);
+}
+
+// ── Layout ─────────────────────────────────────────────────────────────────────────────────────
+
+void EditorView::layOut() {
+    setMinimumSize(rounded(constraints_.widthMainViewConstraint.constant()),
+                   rounded(constraints_.heightMainViewConstraint.constant()));
+    const int left = metrics::kToolPanelWidth;
+    const int right = metrics::kRightPanelWidth;
+    outlets_.toolStrip->setGeometry(0, 0, left, height());
+    stage_->setGeometry(left, 0, std::max(0, width() - left - right), height());
+    const int slid = rounded(-constraints_.constrRightPanelWithMode.constant());
+    outlets_.rightPanelWithMode->setGeometry(width() - right + slid, 0, right, height());
+    layOutStage();
+    layOutEmptyScreen();
+
+    const QRect room({}, QSize(right - 2 * metrics::kPanelMargin, metrics::kCallHeight));
+    outlets_.btnSave->setGeometry(room.translated(0, rounded(-constraints_.constrBtnSaveBottom.constant())));
+}
+
+void EditorView::layOutStage() {
+    const QRect area = stage_->rect();
+    outlets_.viCut->setGeometry(area);
+    centre(*outlets_.ViewForCursor, area);
+
+    QWidget& first = *outlets_.viLeftPanelVariant1;
+    first.setGeometry(rounded(constraints_.constrLeftPanelLeading.constant()), 0,
+                      metrics::kQuickPanelVariant1, area.height());
+    QWidget& left = *outlets_.viLeftPanelVariant2;
+    centre(left, area);
+    left.move(rounded(constraints_.constrLeftPanelLeading2.constant()), left.y());
+    QWidget& right = *outlets_.viRightPanelVariant2;
+    centre(right, area);
+    right.move(area.width() - right.width() - rounded(constraints_.constrRightPanelTrailing2.constant()),
+               right.y());
+}
+
+void EditorView::layOutEmptyScreen() {
+    outlets_.viDrug->setGeometry(rect());
+    const DragViewLayout places = outlets_.viDrug->currentLayout();
+    const auto fromTop = [this](double y) { return rounded(height() - y); };
+
+    QWidget& open = *outlets_.openPictureButton;
+    open.resize(metrics::kOpenWidth, metrics::kOpenHeight);
+    const int belowText = fromTop(places.description.y + places.description.height) + metrics::kOpenGap;
+    open.move((width() - open.width()) / 2, belowText);
+
+    QWidget& arrow = *outlets_.ivArrow;
+    arrow.resize(arrow.sizeHint());
+    const int aboveImage = fromTop(places.image.y + places.image.height) - metrics::kGap;
+    arrow.move((width() - arrow.width()) / 2, aboveImage - arrow.height());
+}
+
+// ── Events ─────────────────────────────────────────────────────────────────────────────────────
+
+void EditorView::showEvent(QShowEvent* event) {
+    if (willAppear_)
+        willAppear_();
+    QWidget::showEvent(event);
+}
+
+void EditorView::resizeEvent(QResizeEvent* event) {
+    QWidget::resizeEvent(event);
+    layOut();
+}
+
+bool EditorView::eventFilter(QObject* watched, QEvent* event) {
+    const QEvent::Type type = event->type();
+    if (watched == outlets_.viDrug && type == QEvent::MouseButtonPress && emptyPressed_ &&
+        static_cast<const QMouseEvent*>(event)->button() == Qt::LeftButton)
+        emptyPressed_();
+    // The cut view tells of no fit: what such an event leads to is read when it is over.
+    if (watched == outlets_.viCut &&
+        (type == QEvent::Wheel || type == QEvent::Resize || type == QEvent::NativeGesture))
+        control_.mainQueue.async([self = QPointer(this)] {
+            if (self && self->placementChanged_)
+                self->placementChanged_();
+        });
+    return QWidget::eventFilter(watched, event);
+}
+
+}  // namespace trimora::editor
