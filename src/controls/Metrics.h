@@ -8,12 +8,13 @@ inline constexpr int kToolStripWidth = 64;    ///< Hand, Brush, Restore and the 
 inline constexpr int kRightPanelWidth = 168;  ///< background modes and colour
 inline constexpr int kStatusHeight = 24;
 
-inline constexpr int kToolPanelWidth = 200;     ///< the editor's tool strip: three tools and a size box
+inline constexpr int kToolPanelWidth = 224;     ///< the editor's tool strip: three tools and a size box
 inline constexpr int kStripTool = 56;           ///< side of a tool in it
 inline constexpr int kModeButton = 44;          ///< side of a background mode's button
 inline constexpr int kModeImage = 36;           ///< and of its picture
 inline constexpr int kQuickPanelVariant1 = 50;  ///< width of the quick panel that is not in use
-inline constexpr int kBrushMenuWidth = 120;     ///< of an item of the brush menu
+inline constexpr int kFloatingInset = 16;    ///< of the floating panel from the cut view's corner, at first
+inline constexpr int kBrushMenuWidth = 120;  ///< of an item of the brush menu
 inline constexpr int kBrushMenuHeight = 33;
 inline constexpr int kBrushMenuGap = 5;  ///< from the menu to its button, and round the item's button
 inline constexpr int kOpenWidth = 160;   ///< the empty screen's call to open a picture

@@ -196,6 +196,7 @@ void makeToolStrip(EditorOutlets& outlets, const ControlContext& context, QWidge
     outlets.toolStrip = strip;
     QVBoxLayout* const column = makeColumn(*strip, metrics::kGap);
     column->addLayout(makeTools(outlets, context));
+    column->addSpacing(metrics::kGap);
 
     const SizeBox eraser = makeSizeBox("eraserViewSettings", "eraserSize",
                                        {.tagView = 1,
@@ -271,6 +272,7 @@ void makeFloatingPanel(EditorOutlets& outlets, const ControlContext& context, QW
     outlets.btnZoomToFit = makeButton<controls::TopBarButton>(
         context, "btnZoomToFit", "zoom_fit", {QT_TRANSLATE_NOOP("EditorPanels", "Fit the picture"), "0"});
     floating->setButton(outlets.btnZoomToFit);
+    floating->move(metrics::kFloatingInset, metrics::kFloatingInset);
     outlets.viewWithButton = floating;
 }
 

@@ -189,7 +189,6 @@ TEST_F(EditorToolsTest, SwappingGoesFromTheBrushToTheRestoreBrushAndBack) {
 
 TEST_F(EditorToolsTest, TheSwapKeyOfTheViewTurnsTheButtonsToo) {
     open({"/p/cat.png"});
-    QTest::keyClick(&cutWidget(), Qt::Key_I, Qt::ControlModifier);
     QTest::keyClick(screen().windowHandle(), Qt::Key_I, Qt::ControlModifier);
     rest();
     EXPECT_EQ(view().brushAlphaValue(), 1);

@@ -13,6 +13,8 @@ namespace {
 // What the offscreen platform says of itself and of the account that it runs under.
 constexpr QLatin1String kOwnWords[] = {
     QLatin1String("This plugin does not support propagateSizeHints"),
+    QLatin1String("This plugin does not support raise()"),
+    QLatin1String("This plugin does not support grabbing the keyboard"),
     QLatin1String("QStandardPaths: XDG_RUNTIME_DIR not set"),
 };
 
