@@ -77,7 +77,7 @@ void ViewZoom::centreOn(Point share) {
         return;
     const Size shown = displayedSize();
     const Size view = cutView().viewSize();
-    if (shown.width <= view.width && shown.height <= view.height)
+    if (cutView().imageFit() || (shown.width <= view.width && shown.height <= view.height))
         return;
     const Point centre{view.width / 2 - (share.x - 0.5) * shown.width,
                        view.height / 2 - (share.y - 0.5) * shown.height};
