@@ -48,6 +48,8 @@ void post(const char* notification) {
 void Telemetrix::startSession(const std::optional<std::string>& applicationId) {
     if (!applicationId || applicationId->empty())
         debugWarning("Analytics application id must be provided");
+    if (!isInstalled())
+        return;
     bool isFirst = false;
     {
         State& state = State::shared();
@@ -62,10 +64,13 @@ void Telemetrix::startSession(const std::optional<std::string>& applicationId) {
 }
 
 void Telemetrix::startSession() {
-    startSession(wiring().bundle.infoValue("TelemetrixInnerId"));
+    if (isInstalled())
+        startSession(wiring().bundle.infoValue("TelemetrixInnerId"));
 }
 
 void Telemetrix::setBackgroundSessionEnabled(bool enabled) {
+    if (!isInstalled())
+        return;
     {
         State& state = State::shared();
         const std::scoped_lock lock(state.mutex);
@@ -76,12 +81,16 @@ void Telemetrix::setBackgroundSessionEnabled(bool enabled) {
 }
 
 bool Telemetrix::backgroundSessionEnabled() {
+    if (!isInstalled())
+        return false;
     State& state = State::shared();
     const std::scoped_lock lock(state.mutex);
     return state.backgroundSessionEnabled;
 }
 
 void Telemetrix::stopSession() {
+    if (!isInstalled())
+        return;
     const TXSessionManager& manager = TXSessionManager::sharedManager();
     if (!manager.isInBackground() || !backgroundSessionEnabled())
         return;
@@ -104,6 +113,8 @@ std::optional<std::string> Telemetrix::innerId() {
 }
 
 void Telemetrix::resetInnerId() {
+    if (!isInstalled())
+        return;
     State& state = State::shared();
     const std::scoped_lock lock(state.mutex);
     state.innerId.reset();

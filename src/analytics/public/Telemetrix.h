@@ -19,6 +19,8 @@ namespace trimora::analytics {
 /// dropped with the log line "Telemetrix : must start a session before logging an event!"; one without
 /// a name (std::nullopt) is dropped silently.
 ///
+/// Without an Installation nothing is recorded and nothing happens, but for the lines in the log.
+///
 /// Class functions only. To be called from the main thread; each returns within microseconds and never
 /// waits for the disk or the network.
 class Telemetrix {

@@ -109,12 +109,21 @@ TEST_F(TelemetrixPublicTest, EveryLoggingCallBeforeTheStartIsDroppedWithALine) {
     EXPECT_THAT(sessions(), IsEmpty());
 }
 
-TEST_F(TelemetrixPublicTest, LoggingIsDroppedWhereTheLibraryIsNotInstalled) {
+TEST_F(TelemetrixPublicTest, NothingHappensWhereTheLibraryIsNotInstalled) {
     quit();
     Telemetrix::logEvent("a");
     telemetrix_log_event();
     EXPECT_TRUE(log.contains("Telemetrix : must start a session before logging an event!"));
+    Telemetrix::startSession();
+    Telemetrix::startSession("id");
+    Telemetrix::setBackgroundSessionEnabled(true);
+    Telemetrix::stopSession();
+    Telemetrix::resetInnerId();
+    EXPECT_EQ(Telemetrix::innerId(), std::nullopt);
+    EXPECT_FALSE(Telemetrix::backgroundSessionEnabled());
     install();
+    EXPECT_EQ(Telemetrix::innerId(), std::nullopt);
+    EXPECT_FALSE(Telemetrix::backgroundSessionEnabled());
 }
 
 TEST_F(TelemetrixPublicTest, EventIsStoredUnderItsNameAndAFullStop) {
