@@ -113,6 +113,7 @@ void TelemetrixWiring::beginWork() {
 
 void TelemetrixWiring::watchKeyWindow() {
     keyWatch_ = std::make_unique<QObject>();
+    keyWindow_ = QGuiApplication::focusWindow();
     QObject::connect(qGuiApp, &QGuiApplication::focusWindowChanged, keyWatch_.get(),
                      [this](QWindow* window) { keyWindowChanged(window); });
 }

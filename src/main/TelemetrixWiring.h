@@ -22,14 +22,13 @@ namespace trimora {
 ///
 /// Life cycle:
 /// 1. The constructor carries out the answer of the earlier runs. Unless that was No, the library records
-/// from
-///    here on; logging calls and Telemetrix::startSession() may come.
-/// 2. With Begin::afterFirstFrame what is recorded is only queued, and neither the store nor the network
-///    is touched, until beginWork().
+///    from here on; logging calls and Telemetrix::startSession() may come.
+/// 2. With Begin::afterFirstFrame, for queues on threads of their own, what is recorded is only queued, and
+///    neither the store nor the network is touched, until beginWork().
 /// 3. The destructor ends the session, cleanly, and finishes what was queued.
 ///
-/// Nothing is sent, and libcurl is not even loaded with a connection, before the person has said Yes and
-/// a finished session is there to send. Main thread only; what Services names outlives the object.
+/// Nothing is sent, and libcurl not even set up, before the person has said Yes and a finished session is
+/// there to send. Main thread only; what Services names outlives the object.
 class TelemetrixWiring final : public app::UsageRecording {
  public:
     struct Services {
