@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
+#include "analytics/session/StoreReport.h"
 #include "analytics/store/ManagedObjectContext.h"
 #include "analytics/store/StoreCoordinator.h"
 #include "files/UserFolders.h"
 #include "foundation/RealTime.h"
-#include "telemetry/StoreReport.h"
 
 // trimora-telemetry: lets a person read exactly what the program has recorded and would send.
 namespace {
@@ -58,10 +58,10 @@ trimora::foundation::Result<void> run(const Command& command) {
     analytics::StoreCoordinator coordinator(command.store, settings, clock);
     analytics::ManagedObjectContext store(coordinator);
     if (command.verb == "events")
-        return telemetry::printEvents(store, command.session, std::cout);
+        return analytics::printEvents(store, command.session, std::cout);
     if (command.verb == "request")
-        return telemetry::printRequest(store, command.session, std::cout);
-    return telemetry::printSessions(store, std::cout);
+        return analytics::printRequest(store, command.session, std::cout);
+    return analytics::printSessions(store, std::cout);
 }
 
 }  // namespace

@@ -15,11 +15,16 @@ class UserDefaults {
     UserDefaults(const UserDefaults&) = delete;
     UserDefaults& operator=(const UserDefaults&) = delete;
 
+    /// The value as it was set last, on the disk or not; nothing where there is none.
     [[nodiscard]] virtual std::optional<std::string> objectForKey(std::string_view key) const = 0;
+    /// Sets or replaces the value, in memory: it is on the disk after synchronize().
     virtual void setObject(std::string_view key, std::string_view value) = 0;
+    /// Removes the value, likewise; does nothing where there is none.
     virtual void removeObjectForKey(std::string_view key) = 0;
 
-    /// Brings what was set to the disk.
+    /// Brings what was set and removed to the disk. A failure is the port's to log; what could not be
+    /// written is kept and written with the next call. May block on the disk; the library calls it on its
+    /// own queue, and from a process that is dying of an exception.
     virtual void synchronize() = 0;
 
  protected:

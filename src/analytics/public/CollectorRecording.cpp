@@ -15,25 +15,22 @@ ManagedObjectContext& context() {
     return TXAnalyticsCoreDataManager::sharedManager().managedObjectContext();
 }
 
-void save(TXEvent event) {
-    TXAnalyticsDBManager::sharedManager().eventDataAccess().saveEvent(event, context());
-}
-
 }  // namespace
 
 void recordEvent(const std::string& name, const Dictionary& data) {
-    TXAnalyticsQueue::addTask(
-        [name, data] { save(TXEventBuilder::createEventWithName(name, data, context())); });
+    TXAnalyticsQueue::addEvent(
+        [name, data] { return TXEventBuilder::createEventWithName(name, data, context()); });
 }
 
 void recordEventLater(const std::string& name, std::function<Dictionary()> data) {
-    TXAnalyticsQueue::addTask([name, found = std::move(data)] {
-        save(TXEventBuilder::createEventWithName(name, found(), context()));
+    TXAnalyticsQueue::addEvent([name, found = std::move(data)] {
+        return TXEventBuilder::createEventWithName(name, found(), context());
     });
 }
 
 void saveEventOfSession(const std::string& name, const Dictionary& data, const std::string& session) {
-    save(TXEventBuilder::createEventWithName_forSession(name, data, session, context()));
+    TXEvent event = TXEventBuilder::createEventWithName_forSession(name, data, session, context());
+    TXAnalyticsDBManager::sharedManager().eventDataAccess().saveEvent(event, context());
 }
 
 }  // namespace trimora::analytics

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <csignal>
+#include <cstring>
 #include <fstream>
 #include <functional>
 #include <iterator>
@@ -22,6 +23,10 @@
 #if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
 #define TRIMORA_SANITIZED 1
 #endif
+#endif
+
+#ifdef TRIMORA_COVERAGE
+extern "C" void __gcov_dump();  // gcc's header of it is for C alone
 #endif
 
 namespace trimora::analytics {
@@ -54,6 +59,23 @@ class FileUserDefaults final : public UserDefaults {
     std::filesystem::path file_;
 };
 
+constexpr int kFatalSignals[] = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTRAP, SIGSYS};
+
+/// In a build that measures coverage: what the process ran is written down when the library is done with
+/// the signal, and the process dies of it all the same.
+void keepCounts() {
+#ifdef TRIMORA_COVERAGE
+    struct sigaction action = {};
+    action.sa_flags = SA_ONSTACK | static_cast<int>(SA_RESETHAND);
+    action.sa_handler = [](int number) {
+        __gcov_dump();
+        ::raise(number);
+    };
+    for (const int number : kFatalSignals)
+        ::sigaction(number, &action, nullptr);
+#endif
+}
+
 class CrashCaptureTest : public TelemetrixTest {
  protected:
     void SetUp() override {}
@@ -75,12 +97,13 @@ class CrashCaptureTest : public TelemetrixTest {
                                                              home.path(),
                                                              {}});
     }
-    /// A process that starts the library and then comes to grief; returns how it ended.
-    int childStatus(const std::function<void()>& grief) {
+    /// A process that prepares itself, starts the library and then comes to grief; returns how it ended.
+    int childStatus(const std::function<void()>& grief, const std::function<void()>& prepare = keepCounts) {
         const pid_t child = ::fork();
         if (child == 0) {
             const struct rlimit none = {0, 0};
             ::setrlimit(RLIMIT_CORE, &none);
+            prepare();
             FileUserDefaults kept(keptFile);
             installWith(kept);
             Telemetrix::startSession();
@@ -150,19 +173,37 @@ TEST_F(CrashCaptureTest, ExceptionsOfAnyTypeAreNamed) {
     EXPECT_THAT(stackTracesAfterRestart().at(0), StartsWith("terminate called without an exception\n0 "));
 }
 
+TEST_F(CrashCaptureTest, TerminateHandlerFromBeforeHasTheLastWord) {
+    const int status = childStatus([] { withoutCatching([] { throw 42; }); },
+                                   [] { std::set_terminate([] { std::_Exit(77); }); });
+    EXPECT_EQ(WEXITSTATUS(status), 77);
+    EXPECT_THAT(stackTracesAfterRestart(), SizeIs(1));
+}
+
 #ifndef TRIMORA_SANITIZED
 
+TEST_F(CrashCaptureTest, SignalHandlerFromBeforeHasTheLastWord) {
+    const int status =
+        childStatus([] { ::raise(SIGBUS); }, [] { std::signal(SIGBUS, [](int) { std::_Exit(78); }); });
+    EXPECT_EQ(WEXITSTATUS(status), 78);
+    EXPECT_THAT(stackTracesAfterRestart(), SizeIs(1));
+}
+
+TEST_F(CrashCaptureTest, IgnoredSignalOfABrokenProcessorStateStillKills) {
+    const int status = childStatus([] { ::raise(SIGFPE); }, [] { std::signal(SIGFPE, SIG_IGN); });
+    EXPECT_EQ(WTERMSIG(status), SIGFPE);
+    EXPECT_THAT(stackTracesAfterRestart(), SizeIs(1));
+}
+
 TEST_F(CrashCaptureTest, FatalSignalsAreRecordedAndStillKill) {
-    const std::pair<int, const char*> signals[] = {
-        {SIGSEGV, "SIGSEGV"}, {SIGBUS, "SIGBUS"},   {SIGFPE, "SIGFPE"}, {SIGILL, "SIGILL"},
-        {SIGABRT, "SIGABRT"}, {SIGTRAP, "SIGTRAP"}, {SIGSYS, "SIGSYS"}};
-    for (const auto& [number, name] : signals) {
-        const int status = childStatus([number = number] { ::raise(number); });
+    for (const int number : kFatalSignals) {
+        const std::string name = std::string("SIG") + ::sigabbrev_np(number);
+        const int status = childStatus([number] { ::raise(number); });
         EXPECT_TRUE(WIFSIGNALED(status)) << name;
         EXPECT_EQ(WTERMSIG(status), number);
         const auto traces = stackTracesAfterRestart();
         ASSERT_THAT(traces, SizeIs(1)) << name;
-        EXPECT_THAT(traces[0], StartsWith(std::string(name) + " (code 0, address 0x"));
+        EXPECT_THAT(traces[0], StartsWith(name + " (code 0, address 0x"));
         EXPECT_THAT(traces[0], ContainsRegex("\n0 [^ ]+ \\+ 0x[0-9a-f]+"));
         std::filesystem::remove(keptFile);
     }

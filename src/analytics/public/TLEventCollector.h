@@ -10,6 +10,8 @@ namespace trimora::analytics {
 /// rules and threads.
 class TLEventCollector {
  public:
+    // Stored without data under their word, such as "level_start", and the arguments, joined by full
+    // stops; a scene's id comes before its name. Dropped silently where nothing may be recorded.
     static void buttonClickWithName(const std::string& name);
     static void sceneStartWithName(const std::string& name, const std::string& andId);
     static void levelStartWithName(const std::string& name, const std::string& andMode);

@@ -2,15 +2,37 @@
 
 #include <atomic>
 #include <memory>
+#include <utility>
+#include <vector>
 
 #include "analytics/Installation.h"
 #include "analytics/ProcessWide.h"
+#include "analytics/store/TXAnalyticsCoreDataManager.h"
+#include "analytics/store/TXAnalyticsDBManager.h"
 
 namespace trimora::analytics {
 namespace {
 
+constexpr std::size_t kMostTogether = 256;  // events that one transaction saves
+
 struct Queue {
+    void saveBuilt() {
+        if (built.empty())
+            return;
+        TXAnalyticsDBManager::sharedManager().eventDataAccess().saveEvents(
+            built, TXAnalyticsCoreDataManager::sharedManager().managedObjectContext());
+        built.clear();
+    }
+    void handOver(foundation::Task block) {
+        ++waiting;
+        serial->async([this, task = whileInstalled(std::move(block))] {
+            task();
+            --waiting;
+        });
+    }
+
     std::atomic<int> waiting = 0;  // handed over and not yet done
+    std::vector<TXEvent> built;    // and not yet saved; touched on the queue alone
     std::unique_ptr<foundation::SerialQueue> serial = wiring().queues.makeSerialQueue("com.telemetrix.queue");
 };
 
@@ -27,10 +49,19 @@ foundation::SerialQueue& TXAnalyticsQueue::analyticsSerialQueue() {
 
 void TXAnalyticsQueue::addTask(foundation::Task block) {
     Queue& to = queue();
-    ++to.waiting;
-    to.serial->async([&to, task = whileInstalled(std::move(block))] {
+    to.handOver([&to, task = std::move(block)] {
+        to.saveBuilt();
         task();
-        --to.waiting;
+    });
+}
+
+void TXAnalyticsQueue::addEvent(std::function<TXEvent()> build) {
+    Queue& to = queue();
+    to.handOver([&to, event = std::move(build)] {
+        to.built.push_back(event());
+        const bool isLast = to.waiting == 1;
+        if (isLast || to.built.size() >= kMostTogether)
+            to.saveBuilt();
     });
 }
 

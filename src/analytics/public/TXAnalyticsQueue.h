@@ -1,5 +1,8 @@
 #pragma once
 
+#include <functional>
+
+#include "analytics/store/TXEvent.h"
 #include "foundation/Queues.h"
 
 namespace trimora::analytics {
@@ -12,6 +15,11 @@ class TXAnalyticsQueue {
 
     /// Runs the block later on that queue.
     static void addTask(foundation::Task block);
+
+    /// Builds an event later on that queue and saves it. Where more work waits behind it, the event may
+    /// be saved in one transaction with the events whose turns come right after its own; whatever else
+    /// comes after it finds it in the store.
+    static void addEvent(std::function<TXEvent()> build);
 
     /// Runs the block later on the main queue.
     static void addTaskOnMainQueue(foundation::Task block);

@@ -69,6 +69,8 @@ void Telemetrix::startSession() {
 }
 
 void Telemetrix::setBackgroundSessionEnabled(bool enabled) {
+    if (!isInstalled())
+        return;
     {
         State& state = State::shared();
         const std::scoped_lock lock(state.mutex);
@@ -79,12 +81,16 @@ void Telemetrix::setBackgroundSessionEnabled(bool enabled) {
 }
 
 bool Telemetrix::backgroundSessionEnabled() {
+    if (!isInstalled())
+        return false;
     State& state = State::shared();
     const std::scoped_lock lock(state.mutex);
     return state.backgroundSessionEnabled;
 }
 
 void Telemetrix::stopSession() {
+    if (!isInstalled())
+        return;
     const TXSessionManager& manager = TXSessionManager::sharedManager();
     if (!manager.isInBackground() || !backgroundSessionEnabled())
         return;
@@ -107,6 +113,8 @@ std::optional<std::string> Telemetrix::innerId() {
 }
 
 void Telemetrix::resetInnerId() {
+    if (!isInstalled())
+        return;
     State& state = State::shared();
     const std::scoped_lock lock(state.mutex);
     state.innerId.reset();

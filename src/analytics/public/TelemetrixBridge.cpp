@@ -25,6 +25,8 @@ void guarded(const Work& work) noexcept {
             work();
     } catch (const std::exception& failure) {
         debugWarning(failure.what(), "telemetrix_bridge");
+    } catch (...) {
+        debugWarning("an exception of unknown type", "telemetrix_bridge");
     }
 }
 

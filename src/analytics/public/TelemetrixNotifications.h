@@ -8,10 +8,14 @@ inline constexpr const char* kTXTelemetrixDidStartNotification = "TXTelemetrixDi
 /// Telemetrix::stopSession() ended a background session.
 inline constexpr const char* kTXApplicationDidEndSessionManualNotification =
     "TXApplicationDidEndSessionManualNotification";
+/// Telemetrix::setBackgroundSessionEnabled(): the application is to go on in the background, for whoever
+/// keeps it running there, ...
 inline constexpr const char* kTLAnalyticsNeedEnableBackgroundSessionNotification =
     "TLAnalyticsNeedEnableBackgroundSessionNotification";
+/// ... or no longer is, ...
 inline constexpr const char* kTLAnalyticsNeedDisableBackgroundSessionNotification =
     "TLAnalyticsNeedDisableBackgroundSessionNotification";
+/// ... or not until it comes back: follows the manual end.
 inline constexpr const char* kTLAnalyticsNeedPauseBackgroundSessionNotification =
     "TLAnalyticsNeedPauseBackgroundSessionNotification";
 

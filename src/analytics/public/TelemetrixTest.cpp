@@ -1,5 +1,7 @@
 #include "analytics/public/Telemetrix.h"
 
+#include <stdexcept>
+
 #include "analytics/TelemetrixForTests.h"
 #include "analytics/public/TLAnalytics.h"
 #include "analytics/public/TLAnalyticsCollector.h"
@@ -84,6 +86,16 @@ class TelemetrixPublicTest : public TelemetrixTest {
         Telemetrix::logTimedEvent("a", {{"k", 1}});
         Telemetrix::endTimedEvent("a");
     }
+    static void logEveryGameEvent() {
+        TLEventCollector::sceneStartWithName("menu", "7");
+        TLEventCollector::buttonClickWithName("ok");
+        TLEventCollector::levelStartWithName("1", "easy");
+        TLEventCollector::levelWinWithName("1", "easy");
+        TLEventCollector::levelLoseWithName("1", "easy");
+        TLEventCollector::lootAppendWithName("coin", "3");
+        TLEventCollector::lootConsumeWithName("coin", "3", "door");
+        TLEventCollector::gameOverWithMode("easy");
+    }
 };
 
 TEST_F(TelemetrixPublicTest, EveryLoggingCallBeforeTheStartIsDroppedWithALine) {
@@ -97,12 +109,21 @@ TEST_F(TelemetrixPublicTest, EveryLoggingCallBeforeTheStartIsDroppedWithALine) {
     EXPECT_THAT(sessions(), IsEmpty());
 }
 
-TEST_F(TelemetrixPublicTest, LoggingIsDroppedWhereTheLibraryIsNotInstalled) {
+TEST_F(TelemetrixPublicTest, NothingHappensWhereTheLibraryIsNotInstalled) {
     quit();
     Telemetrix::logEvent("a");
     telemetrix_log_event();
     EXPECT_TRUE(log.contains("Telemetrix : must start a session before logging an event!"));
+    Telemetrix::startSession();
+    Telemetrix::startSession("id");
+    Telemetrix::setBackgroundSessionEnabled(true);
+    Telemetrix::stopSession();
+    Telemetrix::resetInnerId();
+    EXPECT_EQ(Telemetrix::innerId(), std::nullopt);
+    EXPECT_FALSE(Telemetrix::backgroundSessionEnabled());
     install();
+    EXPECT_EQ(Telemetrix::innerId(), std::nullopt);
+    EXPECT_FALSE(Telemetrix::backgroundSessionEnabled());
 }
 
 TEST_F(TelemetrixPublicTest, EventIsStoredUnderItsNameAndAFullStop) {
@@ -308,20 +329,65 @@ TEST_F(TelemetrixPublicTest, DelegateHearsEveryCallBeforeItIsStored) {
     EXPECT_EQ(TXAnalyticsCollector::analyticsCollectorDelegate(), &delegate);
 }
 
+TEST_F(TelemetrixPublicTest, DelegateMayLeaveOutEveryOperation) {
+    class SilentDelegate final : public TLAnalyticsCollectorDelegate {};
+    SilentDelegate delegate;
+    start(true);
+    const std::size_t before = bodies(manager().currentSession()).size();
+    TLAnalyticsCollector::setAnalyticsCollectorDelegate(&delegate);
+    logEverything();
+    logEveryGameEvent();
+    TXAnalyticsCollector::customEvent("custom", nullptr);
+    manager().sendStartEvents();
+    TXAnalyticsCollector::appInstall();
+    TXAnalyticsCollector::appOpen();
+    settle();
+    EXPECT_EQ(bodies(manager().currentSession()).size(), before + 5 + 8 + 1 + 3 + 2);
+}
+
+TEST_F(TelemetrixPublicTest, CrashTextIsRecordedInTheSessionThatIsNamed) {
+    TXAnalyticsCollector::appCrash("dropped", "S");  // nothing has been started
+    start();
+    TXAnalyticsCollector::appCrash("trace", "S");
+    settle();
+    EXPECT_THAT(names("S"), ElementsAre("app_crash"));
+    EXPECT_EQ(bodies("S")[0]["data"], R"({"stacktrace":"trace"})");
+}
+
+TEST_F(TelemetrixPublicTest, NothingTheLibraryRecordsByItselfIsRecordedWithoutAnId) {
+    start();
+    const auto before = currentNames();
+    Telemetrix::resetInnerId();
+    TXAnalyticsCollector::sessionEnd();
+    TXAnalyticsCollector::appInstall();
+    TXAnalyticsCollector::appOpen();
+    manager().sendStartEvents();
+    advance(60);
+    EXPECT_EQ(currentNames(), before);
+    EXPECT_EQ(bodies(manager().currentSession())[4]["data"], R"({"time_on":0,"type":0})");
+}
+
+TEST_F(TelemetrixPublicTest, ExceptionsOfTheApplicationDoNotCrossTheBridge) {
+    class ThrowingDelegate final : public TLAnalyticsCollectorDelegate {
+        void gameOver(const std::string& /*mode*/) override { throw std::runtime_error("not today"); }
+        void buttonClick(const std::string& /*name*/) override { throw 42; }
+    };
+    ThrowingDelegate delegate;
+    start();
+    TLAnalyticsCollector::setAnalyticsCollectorDelegate(&delegate);
+    telemetrix_game_over("hard");
+    EXPECT_TRUE(log.contains("not today"));
+    telemetrix_button_click("ok");
+    EXPECT_TRUE(log.contains("an exception of unknown type"));
+}
+
 TEST_F(TelemetrixPublicTest, GameEventsJoinTheirWordsWithFullStops) {
     RecordingDelegate delegate;
     start();
     TLAnalyticsCollector::setAnalyticsCollectorDelegate(&delegate);
     TXAnalyticsCollector::sceneStartWithId("7", "menu");
     TLAnalyticsCollector::sceneStartWithName("menu", "7");
-    TLEventCollector::sceneStartWithName("menu", "7");
-    TLEventCollector::buttonClickWithName("ok");
-    TLEventCollector::levelStartWithName("1", "easy");
-    TLEventCollector::levelWinWithName("1", "easy");
-    TLEventCollector::levelLoseWithName("1", "easy");
-    TLEventCollector::lootAppendWithName("coin", "3");
-    TLEventCollector::lootConsumeWithName("coin", "3", "door");
-    TLEventCollector::gameOverWithMode("easy");
+    logEveryGameEvent();
     EXPECT_THAT(recordedNames(),
                 ElementsAre("scene_start.7.menu", "scene_start.7.menu", "scene_start.7.menu",
                             "button_click.ok", "level_start.1.easy", "level_win.1.easy", "level_lose.1.easy",
@@ -416,6 +482,35 @@ TEST_F(TelemetrixPublicTest, QueueRunsTasksInTheOrderOfTheCalls) {
     EXPECT_EQ(TXAnalyticsQueue::analyticsSerialQueue().label(), "com.telemetrix.queue");
     settle();
     EXPECT_THAT(ran, ElementsAre(1, 2, 3, 4));
+}
+
+TEST_F(TelemetrixPublicTest, EventsQueuedOneAfterTheOtherAreSavedTogetherAndBeforeWhateverFollows) {
+    std::vector<std::size_t> savedSoFar;
+    const auto noteSaved = [&] { savedSoFar.push_back(bodies("S").size()); };
+    const auto addEvents = [&](int count) {
+        for (int i = 0; i < count; ++i)
+            TXAnalyticsQueue::addEvent([&] {
+                noteSaved();
+                return TXEvent{0, "S", "{}"};
+            });
+    };
+    addEvents(3);
+    TXAnalyticsQueue::addTask(noteSaved);
+    addEvents(1);
+    settle();
+    EXPECT_THAT(savedSoFar, ElementsAre(0, 0, 0, 3, 3));
+    EXPECT_EQ(bodies("S").size(), 4U);
+}
+
+TEST_F(TelemetrixPublicTest, EventsDoNotWaitForHundredsBehindThem) {
+    std::size_t savedWhenTheLastIsBuilt = 0;
+    for (int i = 0; i < 300; ++i)
+        TXAnalyticsQueue::addEvent([&] {
+            savedWhenTheLastIsBuilt = bodies("S").size();
+            return TXEvent{0, "S", "{}"};
+        });
+    settle();
+    EXPECT_EQ(savedWhenTheLastIsBuilt, 256U);
 }
 
 TEST_F(TelemetrixPublicTest, UninstallationFinishesWhatWasQueued) {

@@ -30,6 +30,11 @@ void telemetrix_log_timed_event(void);
 void telemetrix_log_timed_event_with_data(const char* json);
 void telemetrix_end_timed_event(void);
 
+/*
+ * What happens in a game. Each is stored, without data, under its own word and the texts given, joined by
+ * full stops: "scene_start.<scene_id>.<name>", "button_click.<name>", "level_start.<name>.<mode>",
+ * "loot_append.<name>.<volume>", "loot_consume.<name>.<volume>.<target>", "game_over.<mode>".
+ */
 void telemetrix_scene_start(const char* scene_id, const char* name);
 void telemetrix_button_click(const char* name);
 void telemetrix_level_start(const char* name, const char* mode);

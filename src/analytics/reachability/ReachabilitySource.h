@@ -10,15 +10,23 @@
 
 namespace trimora::analytics {
 
-/// How a target can be reached, as bits.
+/// How a target can be reached, as bits. None of them means that it cannot be.
 namespace reachability {
+/// The way leads through a connection that comes and goes, such as one that is dialled.
 inline constexpr std::uint32_t kTransientConnection = 1U << 0;
+/// There is a way with the network as it is set up now.
 inline constexpr std::uint32_t kReachable = 1U << 1;
+/// There is a way, but a connection has to be made first.
 inline constexpr std::uint32_t kConnectionRequired = 1U << 2;
+/// Such a connection is made by itself when something is sent.
 inline constexpr std::uint32_t kConnectionOnTraffic = 1U << 3;
+/// Such a connection takes a person, to give a password for instance.
 inline constexpr std::uint32_t kInterventionRequired = 1U << 4;
+/// Such a connection is made when a program asks for it.
 inline constexpr std::uint32_t kConnectionOnDemand = 1U << 5;
+/// The target is this machine itself.
 inline constexpr std::uint32_t kIsLocalAddress = 1U << 16;
+/// The target is a neighbour: no router lies between.
 inline constexpr std::uint32_t kIsDirect = 1U << 17;
 }  // namespace reachability
 

@@ -28,12 +28,18 @@ class ConsentGate final : public HttpTransport {
     /// the store is emptied.
     void refuse();
 
+    /// Empties the store at the person's wish, calling off what is under way. A recording that runs goes on
+    /// in a new session. Only while the library is installed; returns before the store is emptied.
+    void erase();
+
     [[nodiscard]] bool isOpen() const { return isOpen_; }
 
     void send(HttpRequest request, Completion completion) override;
     void cancelAll() override { transport_.cancelAll(); }
 
  private:
+    void emptyStore();
+
     HttpTransport& transport_;
     std::atomic<bool> isOpen_ = false;
 };

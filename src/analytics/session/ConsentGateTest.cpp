@@ -7,7 +7,10 @@ namespace {
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
+using ::testing::SizeIs;
 using ::testing::StartsWith;
 
 class ConsentGateTest : public TelemetrixTest {
@@ -67,6 +70,32 @@ TEST_F(ConsentGateTest, WithdrawalCallsOffWhatIsUnderWay) {
     EXPECT_EQ(transport.waiting(), 0);
     EXPECT_THAT(sessions(), IsEmpty());
     EXPECT_FALSE(gate.isOpen());
+}
+
+TEST_F(ConsentGateTest, ErasingEmptiesTheStoreAndRecordingGoesOn) {
+    leaveSession("A", 1, 10);
+    transport.answer.reset();
+    gate.open();
+    start();
+    const std::string before = manager().currentSession();
+    Telemetrix::logEvent("before");
+    gate.erase();
+    Telemetrix::logEvent("after");
+    settle();
+    EXPECT_EQ(transport.waiting(), 0);
+    ASSERT_THAT(sessions(), SizeIs(1));
+    EXPECT_NE(manager().currentSession(), before);
+    EXPECT_THAT(currentNames(), ElementsAre("after."));
+    advance(5);
+    EXPECT_THAT(currentNames(), ElementsAre("after.", "session_end"));
+    EXPECT_THAT(log.texts(), Not(Contains(HasSubstr("inconsistency"))));
+}
+
+TEST_F(ConsentGateTest, ErasingWhatIsNotRecordedBeginsNothing) {
+    leaveSession("A", 1, 10);
+    gate.erase();
+    settle();
+    EXPECT_THAT(sessions(), IsEmpty());
 }
 
 }  // namespace

@@ -11,12 +11,6 @@ namespace {
 
 constexpr std::string_view kBuiltInHost = TRIMORA_ANALYTICS_HOST;
 
-std::string configuredUrl() {
-    if (const char* const given = std::getenv("TRIMORA_ANALYTICS_URL"); given != nullptr && *given != '\0')
-        return given;
-    return kBuiltInHost.empty() ? "" : "https://" + std::string(kBuiltInHost) + "/stat/4";
-}
-
 }  // namespace
 
 TXAnalyticsConfig& TXAnalyticsConfig::sharedConfig() {
@@ -24,13 +18,20 @@ TXAnalyticsConfig& TXAnalyticsConfig::sharedConfig() {
     return shared.get([] { return new TXAnalyticsConfig; });
 }
 
+std::optional<std::string> TXAnalyticsConfig::configuredUrl() {
+    if (const char* const given = std::getenv("TRIMORA_ANALYTICS_URL"); given != nullptr && *given != '\0')
+        return given;
+    if (kBuiltInHost.empty())
+        return std::nullopt;
+    return "https://" + std::string(kBuiltInHost) + "/stat/4";
+}
+
 TXAnalyticsConfig::TXAnalyticsConfig() : url_(configuredUrl()) {}
 
 std::optional<std::string> TXAnalyticsConfig::url() const {
-    if (!url_.empty())
-        return url_;
-    debugWarning("Wasn't able to find the URL for analytics!");
-    return std::nullopt;
+    if (!url_)
+        debugWarning("Wasn't able to find the URL for analytics!");
+    return url_;
 }
 
 }  // namespace trimora::analytics

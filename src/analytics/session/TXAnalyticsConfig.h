@@ -14,13 +14,16 @@ class TXAnalyticsConfig {
  public:
     [[nodiscard]] static TXAnalyticsConfig& sharedConfig();
 
+    /// The address as it is configured just now; nothing where there is none. Needs no Installation.
+    [[nodiscard]] static std::optional<std::string> configuredUrl();
+
     /// Nothing, and a debug warning, where there is none.
     [[nodiscard]] std::optional<std::string> url() const;
 
  private:
     TXAnalyticsConfig();
 
-    std::string url_;
+    std::optional<std::string> url_;
 };
 
 }  // namespace trimora::analytics

@@ -267,6 +267,34 @@ TEST_F(TXSessionManagerTest, UpkeepRunsEveryFiveSecondsInTheForegroundOnly) {
     EXPECT_THAT(currentNames(), IsEmpty());
 }
 
+TEST_F(TXSessionManagerTest, UpkeepFiresOnTheMainThreadAndWritesOnTheQueue) {
+    startAt(200);
+    const auto timeOn = [&] { return bodies(manager().currentSession())[4]["data"].get<std::string>(); };
+    time.advance(5);
+    EXPECT_EQ(queues.manualMain().pending(), 1);
+    queues.manualMain().runAll();
+    EXPECT_EQ(timeOn(), R"({"time_on":0,"type":0})");
+    settle();
+    EXPECT_EQ(timeOn(), R"({"time_on":5,"type":0})");
+}
+
+TEST_F(TXSessionManagerTest, LosingKeyCountsAtOnceAndLeavesTheDiskToTheQueue) {
+    startAt(200);
+    const std::string session = manager().currentSession();
+    Telemetrix::logEvent("just before");
+    notifications.post(kNSWindowDidResignKeyNotification);
+    EXPECT_TRUE(manager().isInBackground());
+    Telemetrix::logEvent("dropped");
+    EXPECT_EQ(manager().currentSession(), session);
+    EXPECT_EQ(statusOf(session), 0);
+    EXPECT_THAT(posted(), IsEmpty());
+    transport.answer.reset();
+    settle();
+    EXPECT_THAT(posted(), ElementsAre(session));
+    EXPECT_THAT(names(session), AllOf(Contains("just before."), Not(Contains("dropped."))));
+    EXPECT_EQ(manager().previousSession(), session);
+}
+
 TEST_F(TXSessionManagerTest, BackgroundSessionRecordsAndIsThrownAwayUnlessStopped) {
     startAt(200);
     Telemetrix::setBackgroundSessionEnabled(true);

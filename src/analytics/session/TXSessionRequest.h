@@ -8,7 +8,8 @@
 
 namespace trimora::analytics {
 
-/// One prepared post of a session.
+/// One prepared post of a session: built by TXSessionRequestBuilder, sent once through the transport of the
+/// Wiring. A value; any thread.
 class TXSessionRequest {
  public:
     /// Nothing when the service took the session, else why it did not.
@@ -16,6 +17,7 @@ class TXSessionRequest {
 
     explicit TXSessionRequest(HttpRequest request) : request_(std::move(request)) {}
 
+    /// What will go over the wire, byte for byte.
     [[nodiscard]] const HttpRequest& request() const { return request_; }
 
     /// Sends it and returns at once. The completion comes on the transport's own thread: nothing for

@@ -131,6 +131,7 @@ TEST_F(TXSessionRequestTest, MissingCompletionIsWarnedOf) {
 
 TEST_F(TXSessionRequestTest, WithoutAnAddressSessionsStayDone) {
     ::unsetenv("TRIMORA_ANALYTICS_URL");
+    EXPECT_EQ(TXAnalyticsConfig::configuredUrl(), std::nullopt);
     EXPECT_EQ(TXAnalyticsConfig::sharedConfig().url(), std::nullopt);
     EXPECT_TRUE(log.contains("Wasn't able to find the URL for analytics!"));
     leaveSession("A", 1, 0);

@@ -35,21 +35,33 @@ void readSessions(SqliteStatement& rows, PropertyValues values, std::vector<TXSS
     }
 }
 
-/// Reads all sessions that a statement finds.
-template <typename Bind>
-Result<std::vector<TXSSID>> fetchSessions(StoreCoordinator& coordinator, const char* sql,
-                                          PropertyValues values, const Bind& bind) {
-    std::vector<TXSSID> found;
+/// Reads all objects that a statement finds.
+template <typename Object, typename Bind, typename Read>
+Result<std::vector<Object>> fetch(StoreCoordinator& coordinator, const char* sql, PropertyValues values,
+                                  const Bind& bind, const Read& read) {
+    std::vector<Object> found;
     const Result<void> done = coordinator.read([&](SqliteDatabase& database) {
         found.clear();
         SqliteStatement rows = database.statement(sql);
         bind(rows);
-        readSessions(rows, values, found);
+        read(rows, values, found);
         return rows.result();
     });
     if (!done)
         return done.error();
     return found;
+}
+
+template <typename Bind>
+Result<std::vector<TXEvent>> fetchEvents(StoreCoordinator& coordinator, const char* sql,
+                                         PropertyValues values, const Bind& bind) {
+    return fetch<TXEvent>(coordinator, sql, values, bind, readEvents);
+}
+
+template <typename Bind>
+Result<std::vector<TXSSID>> fetchSessions(StoreCoordinator& coordinator, const char* sql,
+                                          PropertyValues values, const Bind& bind) {
+    return fetch<TXSSID>(coordinator, sql, values, bind, readSessions);
 }
 
 void logDropped(const DroppedFromStore& dropped) {
@@ -67,20 +79,17 @@ Result<void> ManagedObjectContext::performAndWait(const std::function<Result<voi
 
 Result<std::vector<TXEvent>> ManagedObjectContext::eventsOfSession(const std::string& ssid,
                                                                    PropertyValues values) {
-    std::vector<TXEvent> found;
-    const Result<void> done = coordinator_.read([&](SqliteDatabase& database) {
-        found.clear();
-        SqliteStatement rows =
-            database.statement(values == PropertyValues::fetched
-                                   ? "SELECT id, ssid, body FROM TXEvent WHERE ssid = ? ORDER BY id"
-                                   : "SELECT id FROM TXEvent WHERE ssid = ? ORDER BY id");
-        rows.bind(ssid);
-        readEvents(rows, values, found);
-        return rows.result();
-    });
-    if (!done)
-        return done.error();
-    return found;
+    const char* const sql = values == PropertyValues::fetched
+                                ? "SELECT id, ssid, body FROM TXEvent WHERE ssid = ? ORDER BY id"
+                                : "SELECT id FROM TXEvent WHERE ssid = ? ORDER BY id";
+    return fetchEvents(coordinator_, sql, values, [&](SqliteStatement& rows) { rows.bind(ssid); });
+}
+
+Result<std::vector<TXEvent>> ManagedObjectContext::eventsOfNoSession() {
+    return fetchEvents(coordinator_,
+                       "SELECT id, ssid, body FROM TXEvent WHERE NOT EXISTS"
+                       " (SELECT 1 FROM TXSSID WHERE TXSSID.name = TXEvent.ssid) ORDER BY id",
+                       PropertyValues::fetched, [](SqliteStatement&) {});
 }
 
 template <typename Insert>

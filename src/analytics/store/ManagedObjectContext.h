@@ -37,6 +37,8 @@ class ManagedObjectContext {
 
     [[nodiscard]] foundation::Result<std::vector<TXEvent>> eventsOfSession(const std::string& ssid,
                                                                            PropertyValues values);
+    /// Those whose session has no row: a crash that was told after its session had been sent.
+    [[nodiscard]] foundation::Result<std::vector<TXEvent>> eventsOfNoSession();
     /// Adds the event, or replaces the one in its row. Adding to a store that is full drops the oldest
     /// finished sessions and logs how many; where the live session alone fills it, an error.
     [[nodiscard]] foundation::Result<void> save(TXEvent& event);

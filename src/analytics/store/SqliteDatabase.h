@@ -24,6 +24,8 @@ class SqliteStatement {
     SqliteStatement(const SqliteStatement&) = delete;
     SqliteStatement& operator=(const SqliteStatement&) = delete;
 
+    /// Gives the next placeholder its value, the first placeholder first. Text is copied; an absent one
+    /// becomes NULL.
     SqliteStatement& bind(std::int64_t value);
     SqliteStatement& bind(double value);
     SqliteStatement& bind(const std::optional<std::string>& value);
@@ -37,6 +39,7 @@ class SqliteStatement {
     /// How it went so far; the error's code is SQLite's extended one.
     [[nodiscard]] foundation::Result<void> result() const;
 
+    /// A value of the row that step() moved to; columns count from 0. NULL reads as 0, or as no text.
     [[nodiscard]] std::int64_t integer(int column) const;
     [[nodiscard]] double real(int column) const;
     [[nodiscard]] std::optional<std::string> text(int column) const;
@@ -75,6 +78,7 @@ class SqliteDatabase {
     /// The number that a statement such as a PRAGMA answers.
     [[nodiscard]] foundation::Result<std::int64_t> number(const char* sql);
 
+    /// The row of the last INSERT of this connection.
     [[nodiscard]] std::int64_t lastInsertedRow() const;
 
  private:

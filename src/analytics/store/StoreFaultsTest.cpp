@@ -1,162 +1,94 @@
-#include <fcntl.h>
+#include <sched.h>
 #include <sqlite3.h>
-#include <sys/mman.h>
+#include <sys/mount.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <csignal>
-#include <cstring>
-#include <fstream>
-#include <iterator>
-#include <random>
+#include <functional>
+#include <thread>
 
-#include "analytics/TelemetrixForTests.h"
-#include "testing/Seed.h"
+#include "analytics/store/StoreFaultsForTests.h"
 
-// What the store does when the machine fails it: killed processes, full and broken disks, damaged files,
-// other processes.
+// What the store does when the machine fails it: full and broken disks, other processes.
 namespace trimora::analytics {
 namespace {
 
+using ::testing::AllOf;
 using ::testing::Contains;
-using ::testing::HasSubstr;
+using ::testing::Each;
 using ::testing::IsEmpty;
+using ::testing::Not;
 using ::testing::SizeIs;
 using ::testing::StartsWith;
 
-class StoreFaultsTest : public TelemetrixTest {
- protected:
-    StoreFaultsTest() { storeSettings.busyMilliseconds = 50; }
+/// Saves more events than fit; true for each that was stored.
+std::vector<bool> fillStore() {
+    std::vector<bool> outcomes;
+    for (int i = 0; i < 400; ++i) {
+        TXEvent event{0, "A", std::string(4096, 'x')};
+        auto& context = TXAnalyticsCoreDataManager::sharedManager().managedObjectContext();
+        outcomes.push_back(TXAnalyticsDBManager::sharedManager().eventDataAccess().saveEvent(event, context));
+    }
+    return outcomes;
+}
 
-    void installAgain() {
-        quit();
-        install();
+/// Runs the test on a thread that sees a file system of 512 KiB in this folder.
+void onSmallFileSystem(const std::filesystem::path& folder, const std::function<void()>& test) {
+    bool allowed = false;
+    std::thread thread([&] {
+        allowed = ::unshare(CLONE_NEWNS) == 0 &&
+                  ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+                  ::mount("tmpfs", folder.c_str(), "tmpfs", MS_NOSUID | MS_NODEV, "size=512k") == 0;
+        if (allowed)
+            test();
+    });
+    thread.join();
+    if (!allowed) {
+        std::printf("not permitted to mount a file system\n");
+        GTEST_SKIP() << "not permitted to mount a file system";
     }
-    [[nodiscard]] std::filesystem::path file() const { return home.path() / "Trimora" / "telemetrix.db"; }
-
-    static bool save(const std::string& body, const std::string& session = "A") {
-        TXEvent event{0, session, body};
-        return TXAnalyticsDBManager::sharedManager().eventDataAccess().saveEvent(event, context());
-    }
-    static std::size_t countEvents(const std::string& session = "A") {
-        const auto found = context().eventsOfSession(session, PropertyValues::fetched);
-        return found ? found->size() : 0;
-    }
-    static std::string integrity() {
-        std::string answer;
-        const auto done =
-            TXAnalyticsCoreDataManager::sharedManager().storeCoordinator().read([&](auto& database) {
-                auto check = database.statement("PRAGMA integrity_check");
-                while (check.step())
-                    answer += check.text(0).value_or("");
-                return check.result();
-            });
-        return done ? answer : done.error().message;
-    }
-    [[nodiscard]] std::vector<std::filesystem::path> movedAside() const {
-        std::vector<std::filesystem::path> found;
-        for (const auto& entry : std::filesystem::directory_iterator(file().parent_path())) {
-            if (entry.path().string().find(".damaged-") != std::string::npos)
-                found.push_back(entry.path());
-        }
-        return found;
-    }
-    void writeFile(const std::string& contents) const {
-        std::filesystem::create_directories(file().parent_path());
-        std::ofstream(file(), std::ios::binary) << contents;
-    }
-    static std::string contentsOf(const std::filesystem::path& path) {
-        std::ifstream stream(path, std::ios::binary);
-        return {std::istreambuf_iterator<char>(stream), {}};
-    }
-};
-
-/// A child process that stores numbered events of one round and tells after each that it is stored.
-class Writer {
- public:
-    Writer(const std::filesystem::path& file, int round, volatile int* acknowledged) {
-        child_ = ::fork();
-        if (child_ == 0)
-            write(file, round, acknowledged);
-    }
-    void kill() const {
-        ::kill(child_, SIGKILL);
-        ::waitpid(child_, nullptr, 0);
-    }
-
- private:
-    [[noreturn]] static void write(const std::filesystem::path& file, int round, volatile int* acknowledged) {
-        const foundation::VirtualTime clock;
-        StoreCoordinator coordinator(file, {}, clock);
-        ManagedObjectContext context(coordinator);
-        for (int number = 0;; ++number) {
-            TXEvent event{0, "round " + std::to_string(round), std::to_string(number)};
-            if (!context.save(event))
-                std::_Exit(1);
-            *acknowledged = number + 1;
-        }
-    }
-    pid_t child_;
-};
-
-TEST_F(StoreFaultsTest, NoAcknowledgedEventIsLostInAThousandKills) {
-    constexpr int kRounds = 1000;
-    void* const shared =
-        ::mmap(nullptr, sizeof(int), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
-    auto* const acknowledged = static_cast<volatile int*>(shared);
-    std::mt19937_64 random = testing::seededGenerator();
-    std::uniform_int_distribution<int> microseconds(0, 4'000);
-    std::filesystem::create_directories(file().parent_path());
-    std::size_t total = 0;
-    for (int round = 0; round < kRounds; ++round) {
-        *acknowledged = 0;
-        const Writer writer(file(), round, acknowledged);
-        // Every fourth dies while it opens the store, the others while they write.
-        while (round % 4 != 0 && *acknowledged == 0)
-            ::usleep(50);
-        ::usleep(static_cast<useconds_t>(microseconds(random)));
-        writer.kill();
-        const int promised = *acknowledged;
-        const auto found =
-            context().eventsOfSession("round " + std::to_string(round), PropertyValues::fetched);
-        ASSERT_TRUE(found) << found.error().message;
-        // One more than promised may be there: stored, and killed before it could tell.
-        ASSERT_GE(static_cast<int>(found->size()), promised) << "round " << round;
-        ASSERT_LE(static_cast<int>(found->size()), promised + 1) << "round " << round;
-        for (std::size_t i = 0; i < found->size(); ++i)
-            ASSERT_EQ((*found)[i].body, std::to_string(i)) << "round " << round;
-        total += found->size();
-        if (round % 50 == 0) {
-            ASSERT_EQ(integrity(), "ok");
-        }
-    }
-    EXPECT_EQ(integrity(), "ok");
-    EXPECT_GT(total, 0U);
-    std::printf("%d kills, %zu events stored\n", kRounds, total);
-    ::munmap(shared, sizeof(int));
-    EXPECT_THAT(movedAside(), IsEmpty());
 }
 
 TEST_F(StoreFaultsTest, FullDiskLosesOnlyWhatWasNotAcknowledged) {
+    onSmallFileSystem(home.path(), [&] {
+        const auto ballast = home.path() / "ballast";
+        std::ofstream(ballast) << std::string(128 * 1024, 'b');
+        ASSERT_TRUE(save("before"));
+        const std::vector<bool> outcomes = fillStore();
+        EXPECT_THAT(outcomes, AllOf(Contains(true), Contains(false)));
+        EXPECT_THAT(
+            log.texts(),
+            Contains("Telemetrix: Warning! Wasn't able to save event with reason database or disk is full"));
+        std::filesystem::remove(ballast);
+        EXPECT_TRUE(save("after"));
+        EXPECT_EQ(countEvents(),
+                  static_cast<std::size_t>(std::count(outcomes.begin(), outcomes.end(), true)) + 2);
+        EXPECT_EQ(integrity(), "ok");
+        EXPECT_THAT(movedAside(), IsEmpty());
+        quit();
+    });
+}
+
+TEST_F(StoreFaultsTest, LimitOnTheSizeOfFilesIsBorneAsAFullDiskIs) {
     ASSERT_TRUE(save("before"));
     struct rlimit before = {};
     ::getrlimit(RLIMIT_FSIZE, &before);
     const auto handler = std::signal(SIGXFSZ, SIG_IGN);
     const struct rlimit full = {256 * 1024, before.rlim_max};
     ::setrlimit(RLIMIT_FSIZE, &full);
-    int stored = 0;
-    int refused = 0;
-    for (int i = 0; i < 400; ++i)
-        (save(std::string(4096, 'x')) ? stored : refused)++;
+    const std::vector<bool> outcomes = fillStore();
     ::setrlimit(RLIMIT_FSIZE, &before);
     std::signal(SIGXFSZ, handler);
-    EXPECT_GT(refused, 0);
+    EXPECT_THAT(outcomes, Contains(false));
     EXPECT_THAT(log.texts(),
                 Contains(StartsWith("Telemetrix: Warning! Wasn't able to save event with reason ")));
     EXPECT_TRUE(save("after"));
-    EXPECT_EQ(countEvents(), static_cast<std::size_t>(stored + 2));
+    EXPECT_EQ(countEvents(),
+              static_cast<std::size_t>(std::count(outcomes.begin(), outcomes.end(), true)) + 2);
     EXPECT_EQ(integrity(), "ok");
 }
 
@@ -221,6 +153,17 @@ TEST_F(StoreFaultsTest, WriteErrorsPassWithoutATrace) {
     quit();
 }
 
+TEST_F(StoreFaultsTest, StoreThatCouldNotBeBegunIsBegunWhenTheFaultEnds) {
+    const FailingFiles files;
+    FailingFiles::failWrites = true;
+    EXPECT_FALSE(save("lost"));
+    FailingFiles::failWrites = false;
+    EXPECT_TRUE(save("stored"));
+    EXPECT_EQ(countEvents(), 1U);
+    EXPECT_EQ(integrity(), "ok");
+    quit();
+}
+
 TEST_F(StoreFaultsTest, ReadOnlyStoreIsWrittenAgainWhenItMayBe) {
     ASSERT_TRUE(save("before"));
     quit();
@@ -264,157 +207,84 @@ TEST_F(StoreFaultsTest, FolderThatVanishedIsMadeAgain) {
     EXPECT_EQ(countEvents(), 1U);
 }
 
-TEST_F(StoreFaultsTest, LockedStoreCostsItsCallersNothing) {
+/// Another process that has the store's database to itself until it is told to let go.
+class LockingProcess {
+ public:
+    LockingProcess(const std::filesystem::path& file, const char* lock) {
+        if (::pipe(told_) != 0 || ::pipe(tells_) != 0)
+            return;
+        child_ = ::fork();
+        if (child_ == 0)
+            hold(file, lock);
+        holds_ = receive(tells_[0]) == 'L';
+    }
+    ~LockingProcess() {
+        letGo();
+        for (const int end : {told_[0], told_[1], tells_[0], tells_[1]})
+            ::close(end);
+    }
+    [[nodiscard]] bool holds() const { return holds_; }
+    void letGo() {
+        if (child_ < 0)
+            return;
+        send(told_[1], 'G');
+        ::waitpid(child_, nullptr, 0);
+        child_ = -1;
+    }
+
+ private:
+    [[noreturn]] void hold(const std::filesystem::path& file, const char* lock) const {
+        sqlite3* database = nullptr;
+        const bool locked = sqlite3_open(file.c_str(), &database) == SQLITE_OK &&
+                            sqlite3_exec(database, lock, nullptr, nullptr, nullptr) == SQLITE_OK;
+        send(tells_[1], locked ? 'L' : 'F');
+        (void)receive(told_[0]);
+        sqlite3_close(database);
+        std::_Exit(0);
+    }
+    static void send(int pipe, char word) { (void)!::write(pipe, &word, 1); }
+    static char receive(int pipe) {
+        char word = 0;
+        return ::read(pipe, &word, 1) == 1 ? word : '\0';
+    }
+
+    int told_[2] = {-1, -1};
+    int tells_[2] = {-1, -1};
+    pid_t child_ = -1;
+    bool holds_ = false;
+};
+
+TEST_F(StoreFaultsTest, EventsOfAStoreThatAnotherProcessLocksAreLostWithALineEach) {
     start();
-    sqlite3* other = nullptr;
-    ASSERT_EQ(sqlite3_open(file().c_str(), &other), SQLITE_OK);
-    ASSERT_EQ(sqlite3_exec(other, "BEGIN IMMEDIATE", nullptr, nullptr, nullptr), SQLITE_OK);
-    const auto begun = std::chrono::steady_clock::now();
-    Telemetrix::logEvent("queued only");
-    EXPECT_LT(std::chrono::steady_clock::now() - begun, std::chrono::milliseconds(50));
+    LockingProcess other(file(), "BEGIN IMMEDIATE");
+    ASSERT_TRUE(other.holds());
+    for (int i = 0; i < 3; ++i)
+        Telemetrix::logEvent("lost");
+    EXPECT_THAT(log.texts(), IsEmpty());  // the calls are over, and nobody has waited for the lock
     settle();
+    EXPECT_THAT(log.texts(), SizeIs(3));
     EXPECT_THAT(log.texts(),
-                Contains(StartsWith("Telemetrix: Warning! Wasn't able to save event with reason ")));
-    sqlite3_exec(other, "ROLLBACK", nullptr, nullptr, nullptr);
-    sqlite3_close(other);
+                Each("Telemetrix: Warning! Wasn't able to save event with reason database is locked"));
+    other.letGo();
     Telemetrix::logEvent("stored");
     settle();
-    EXPECT_THAT(currentNames(), Contains("stored."));
+    EXPECT_THAT(currentNames(), AllOf(Contains("stored."), Not(Contains("lost."))));
     EXPECT_EQ(integrity(), "ok");
 }
 
-TEST_F(StoreFaultsTest, ForeignFileIsMovedAsideWholeAndWarnedOfOnce) {
-    const std::string foreign(5000, 'z');
-    writeFile(foreign);
-    EXPECT_TRUE(save("stored"));
-    ASSERT_THAT(movedAside(), SizeIs(1));
-    EXPECT_EQ(contentsOf(movedAside()[0]), foreign);
-    EXPECT_EQ(movedAside()[0].filename(), "telemetrix.db.damaged-20260101-120000");
-    EXPECT_THAT(log.texts(), SizeIs(1));
-    EXPECT_THAT(log.texts()[0], StartsWith("Telemetrix: Warning! Store was damaged ("));
-    EXPECT_EQ(countEvents(), 1U);
-}
-
-TEST_F(StoreFaultsTest, AnotherProgramsDatabaseIsMovedAside) {
-    std::filesystem::create_directories(file().parent_path());
-    sqlite3* other = nullptr;
-    sqlite3_open(file().c_str(), &other);
-    sqlite3_exec(other, "CREATE TABLE recipes (name TEXT)", nullptr, nullptr, nullptr);
-    sqlite3_close(other);
-    EXPECT_TRUE(save("stored"));
-    EXPECT_THAT(movedAside(), SizeIs(1));
-    EXPECT_TRUE(log.contains("file is another program's database"));
-}
-
-TEST_F(StoreFaultsTest, StoreOfANewerVersionIsLeftAlone) {
-    ASSERT_TRUE(save("old"));
+TEST_F(StoreFaultsTest, StoreThatAnotherProcessLocksIsOpenedWhenItLetsGo) {
+    ASSERT_TRUE(save("before"));
     quit();
-    sqlite3* other = nullptr;
-    sqlite3_open(file().c_str(), &other);
-    sqlite3_exec(other, "PRAGMA user_version = 99", nullptr, nullptr, nullptr);
-    sqlite3_close(other);
+    LockingProcess other(file(), "PRAGMA locking_mode = EXCLUSIVE; BEGIN EXCLUSIVE");
+    ASSERT_TRUE(other.holds());
     install();
-    EXPECT_FALSE(save("new"));
-    EXPECT_TRUE(log.contains("store was written by a newer version"));
+    EXPECT_FALSE(save("lost"));
+    EXPECT_TRUE(
+        log.contains("error add persistent store for url file://" + file().string() + " database is locked"));
+    other.letGo();
+    EXPECT_TRUE(save("after"));
+    EXPECT_EQ(countEvents(), 2U);
     EXPECT_THAT(movedAside(), IsEmpty());
-}
-
-TEST_F(StoreFaultsTest, DamagedPagesAreFoundAtOpeningAndMovedAside) {
-    for (int i = 0; i < 200; ++i)
-        ASSERT_TRUE(save(std::string(1000, 'a')));
-    quit();
-    std::string bytes = contentsOf(file());
-    std::fill(bytes.begin() + 8192, bytes.end() - 4096, '\x5a');
-    writeFile(bytes);
-    install();
-    EXPECT_TRUE(save("stored"));
-    EXPECT_EQ(countEvents(), 1U);
-    ASSERT_THAT(movedAside(), SizeIs(1));
-    EXPECT_EQ(contentsOf(movedAside()[0]), bytes);
-}
-
-TEST_F(StoreFaultsTest, RandomDamageNeverStopsRecording) {
-    std::mt19937_64 random = testing::seededGenerator();
-    for (int round = 0; round < 30; ++round) {
-        ASSERT_TRUE(save("event"));
-        quit();
-        std::string bytes = contentsOf(file());
-        // The header stays: it may turn the file into a newer version's, which is left alone.
-        for (int i = 0; i < 40; ++i)
-            bytes[100 + random() % (bytes.size() - 100)] = static_cast<char>(random());
-        if (round % 3 == 0)
-            bytes.resize(random() % bytes.size());
-        writeFile(bytes);
-        install();
-        EXPECT_TRUE(save("stored")) << "round " << round << ": "
-                                    << (log.texts().empty() ? "" : log.texts().back());
-        EXPECT_EQ(integrity(), "ok") << "round " << round;
-        quit();
-        std::filesystem::remove_all(file().parent_path());
-        install();
-    }
-}
-
-TEST_F(StoreFaultsTest, SecondNameIsFoundForASecondDamagedFile) {
-    for (int i = 0; i < 2; ++i) {
-        writeFile("nonsense that is no database at all");
-        installAgain();
-        EXPECT_TRUE(save("stored"));
-        quit();
-        for (const char* ending : {"-wal", "-shm"})
-            std::filesystem::remove(file().string() + ending);
-    }
-    EXPECT_THAT(movedAside(), SizeIs(2));
-    install();
-}
-
-TEST_F(StoreFaultsTest, OldestFinishedSessionsMakeRoomForNewEvents) {
-    storeSettings.maxEvents = 10;
-    installAgain();
-    leaveSession("younger", 1, 10);
-    leaveSession("older", 1, 20);
-    leaveSession("live", 0, 30);
-    for (int i = 0; i < 7; ++i)
-        ASSERT_TRUE(save("x", "live"));
-    EXPECT_EQ(statusOf("older"), 1);
-    ASSERT_TRUE(save("x", "live"));
-    EXPECT_EQ(statusOf("older"), -1);
-    EXPECT_EQ(countEvents("older"), 0U);
-    EXPECT_EQ(statusOf("younger"), 1);
-    EXPECT_THAT(log.texts(),
-                Contains("Telemetrix: Warning! Store is full, dropped 1 finished sessions and 1 events"));
-}
-
-TEST_F(StoreFaultsTest, LiveSessionThatFillsTheStoreIsKeptAndGrowsNoFurther) {
-    storeSettings.maxBytes = 1000;
-    installAgain();
-    leaveSession("live", 0, 0);
-    ASSERT_TRUE(save(std::string(900, 'x'), "live"));
-    EXPECT_FALSE(save(std::string(200, 'y'), "live"));
-    EXPECT_THAT(log.texts(),
-                Contains("Telemetrix: Warning! Wasn't able to save event with reason store is full"));
-    EXPECT_EQ(countEvents("live"), 2U);
-    EXPECT_TRUE(save("small", "live"));
-}
-
-TEST_F(StoreFaultsTest, EventsOfNoSessionMakeRoomBeforeALiveSessionMust) {
-    storeSettings.maxEvents = 3;
-    installAgain();
-    ASSERT_TRUE(save("1", "gone"));
-    leaveSession("live", 0, 0);
-    ASSERT_TRUE(save("3", "live"));
-    ASSERT_TRUE(save("4", "live"));
-    EXPECT_EQ(countEvents("gone"), 0U);
-    EXPECT_EQ(countEvents("live"), 3U);
-}
-
-TEST_F(StoreFaultsTest, NumberOfSessionsIsLimitedToo) {
-    storeSettings.maxSessions = 3;
-    installAgain();
-    for (int i = 0; i < 10; ++i)
-        leaveSession("session " + std::to_string(i), 1, 100 - i);
-    EXPECT_THAT(sessions(), SizeIs(3));
-    EXPECT_EQ(sessions().front().name, "session 7");
 }
 
 }  // namespace

@@ -178,6 +178,20 @@ TEST_F(StoreTest, RequestOfASessionIsTheSameBytesAfterReopening) {
         EXPECT_EQ(before[i].body, after[i].body);
 }
 
+TEST_F(StoreTest, ReaderOfTheStoreChangesNothing) {
+    leaveSession("A", 1, 0);
+    StoreSettings reading;
+    reading.access = StoreSettings::Access::readOnly;
+    StoreCoordinator coordinator(TXAnalyticsCoreDataManager::sharedManager().dbFileURL(), reading, time);
+    ManagedObjectContext reader(coordinator);
+    EXPECT_THAT(*reader.eventsOfSession("A", PropertyValues::fetched), SizeIs(1));
+    TXEvent refused = event("A", "{}");
+    EXPECT_FALSE(reader.save(refused));
+    EXPECT_EQ(refused.row, 0);
+    EXPECT_EQ(coordinator.locks(), nullptr);
+    EXPECT_THAT(bodies("A"), SizeIs(1));
+}
+
 TEST_F(StoreTest, FailedWorkInATransactionLeavesNothing) {
     const auto done = context().performAndWait([&]() -> foundation::Result<void> {
         leaveSession("A", 1, 0);

@@ -8,7 +8,11 @@
 namespace trimora::analytics {
 
 /// The store as the library's other parts use it: one access object for each entity, and what concerns
-/// both. Any thread.
+/// both.
+///
+/// One for the process; made on first use, kept as long as the Installation. Any thread; each call works
+/// on the disk before it returns. Failures are logged as "Telemetrix: <reason>" and the operation is
+/// dropped.
 class TXAnalyticsDBManager {
  public:
     [[nodiscard]] static TXAnalyticsDBManager& sharedManager();

@@ -1,16 +1,52 @@
 #include "analytics/store/TXAnalyticsEventDataAccessDefault.h"
 
+#include <sqlite3.h>
+
 #include "analytics/Diagnostics.h"
 #include "analytics/store/StoreFailure.h"
 #include "analytics/store/TXAnalyticsCoreDataManager.h"
 
 namespace trimora::analytics {
 
+namespace {
+
+void logLost(const foundation::Error& why) {
+    logLine("Warning! Wasn't able to save event with reason " + why.message);
+}
+
+/// Whether another process has the store to itself.
+bool isLocked(const foundation::Error& error) {
+    return (error.code & 0xff) == SQLITE_BUSY;
+}
+
+}  // namespace
+
 bool TXAnalyticsEventDataAccessDefault::saveEvent(TXEvent& event, ManagedObjectContext& context) {
     const auto saved = context.save(event);
     if (!saved)
-        logLine("Warning! Wasn't able to save event with reason " + saved.error().message);
+        logLost(saved.error());
     return saved.ok();
+}
+
+void TXAnalyticsEventDataAccessDefault::saveEvents(std::vector<TXEvent>& events,
+                                                   ManagedObjectContext& context) {
+    const auto saved = context.performAndWait([&] {
+        foundation::Result<void> done;
+        for (auto event = events.begin(); done && event != events.end(); ++event) {
+            event->row = 0;  // a row that a first attempt gave went with its transaction
+            done = context.save(*event);
+        }
+        return done;
+    });
+    if (saved)
+        return;
+    for (TXEvent& event : events) {
+        event.row = 0;
+        if (isLocked(saved.error()))  // each would wait as long again
+            logLost(saved.error());
+        else
+            saveEvent(event, context);
+    }
 }
 
 std::vector<TXEvent> TXAnalyticsEventDataAccessDefault::eventsForSSIDString(const std::string& ssid,

@@ -16,6 +16,11 @@ class TXAnalyticsEventDataAccessDefault {
     /// event is lost.
     bool saveEvent(TXEvent& event, ManagedObjectContext& context);
 
+    /// Brings new events to the store in their order, in one transaction where that goes; what stops one
+    /// of them (it is too large for a full store) does not stop the others. Each that is lost is logged
+    /// as above.
+    void saveEvents(std::vector<TXEvent>& events, ManagedObjectContext& context);
+
     /// The events of one session, in the order in which they were saved.
     [[nodiscard]] std::vector<TXEvent> eventsForSSIDString(const std::string& ssid, PropertyValues values,
                                                            ManagedObjectContext& context);

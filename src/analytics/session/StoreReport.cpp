@@ -1,4 +1,4 @@
-#include "telemetry/StoreReport.h"
+#include "analytics/session/StoreReport.h"
 
 #include <cinttypes>
 #include <cmath>
@@ -10,14 +10,8 @@
 #include "analytics/Diagnostics.h"
 #include "analytics/session/TXSessionRequestBuilder.h"
 
-namespace trimora::telemetry {
+namespace trimora::analytics {
 
-using analytics::formatted;
-using analytics::ManagedObjectContext;
-using analytics::PropertyValues;
-using analytics::SessionStatus;
-using analytics::TXEvent;
-using analytics::TXSSID;
 using foundation::Error;
 using foundation::Result;
 
@@ -66,21 +60,33 @@ std::string eventLine(const std::string& text) {
     return line;
 }
 
-}  // namespace
+void printSession(const TXSSID& session, std::size_t events, std::ostream& out) {
+    out << session.name.value_or("") << "  " << statusName(session.status) << "  "
+        << utc(session.changeStatusTime) << "  " << events << (events == 1 ? " event\n" : " events\n");
+}
 
-Result<void> printSessions(ManagedObjectContext& store, std::ostream& out) {
+/// Calls print(session, events) for each session.
+template <typename Print>
+Result<void> forEachSession(ManagedObjectContext& store, PropertyValues values, const Print& print) {
     const auto sessions = store.allSessions(PropertyValues::fetched);
     if (!sessions)
         return sessions.error();
     for (const TXSSID& session : *sessions) {
-        const std::string name = session.name.value_or("");
-        const auto events = store.eventsOfSession(name, PropertyValues::left);
+        const auto events = store.eventsOfSession(session.name.value_or(""), values);
         if (!events)
             return events.error();
-        out << name << "  " << statusName(session.status) << "  " << utc(session.changeStatusTime) << "  "
-            << events->size() << (events->size() == 1 ? " event\n" : " events\n");
+        print(session, *events);
     }
     return {};
+}
+
+}  // namespace
+
+Result<void> printSessions(ManagedObjectContext& store, std::ostream& out) {
+    return forEachSession(store, PropertyValues::left,
+                          [&](const TXSSID& session, const std::vector<TXEvent>& events) {
+                              printSession(session, events.size(), out);
+                          });
 }
 
 Result<void> printEvents(ManagedObjectContext& store, const std::string& session, std::ostream& out) {
@@ -92,12 +98,35 @@ Result<void> printEvents(ManagedObjectContext& store, const std::string& session
     return {};
 }
 
+Result<void> printStore(ManagedObjectContext& store, EventForm form, std::ostream& out) {
+    const auto printIndented = [&](const std::vector<TXEvent>& events) {
+        for (const TXEvent& event : events) {
+            const std::string body = event.body.value_or("");
+            out << "    " << (form == EventForm::readable ? eventLine(body) : body) << '\n';
+        }
+    };
+    Result<void> done = forEachSession(store, PropertyValues::fetched,
+                                       [&](const TXSSID& session, const std::vector<TXEvent>& events) {
+                                           printSession(session, events.size(), out);
+                                           printIndented(events);
+                                       });
+    if (!done)
+        return done;
+    const auto others = store.eventsOfNoSession();
+    if (!others)
+        return others.error();
+    if (!others->empty())
+        out << "of no session (never sent)\n";
+    printIndented(*others);
+    return {};
+}
+
 Result<void> printRequest(ManagedObjectContext& store, const std::string& session, std::ostream& out) {
     const auto events = eventsOf(store, session);
     if (!events)
         return events.error();
-    out << analytics::TXSessionRequestBuilder::bodyOfSession(*events);
+    out << TXSessionRequestBuilder::bodyOfSession(*events);
     return {};
 }
 
-}  // namespace trimora::telemetry
+}  // namespace trimora::analytics

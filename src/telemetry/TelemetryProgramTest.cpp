@@ -1,14 +1,14 @@
-#include "telemetry/StoreReport.h"
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <sys/wait.h>
 
 #include <cstdio>
-#include <fstream>
-#include <sstream>
+#include <string>
+#include <utility>
 
+#include "analytics/Diagnostics.h"
+#include "analytics/store/ManagedObjectContext.h"
 #include "foundation/VirtualTime.h"
 #include "testing/CapturedLog.h"
 #include "testing/TemporaryFolder.h"
@@ -16,10 +16,9 @@
 namespace trimora::telemetry {
 namespace {
 
-using analytics::StoreSettings;
 using ::testing::HasSubstr;
 
-class StoreReportTest : public ::testing::Test {
+class TelemetryProgramTest : public ::testing::Test {
  protected:
     void SetUp() override {
         analytics::StoreCoordinator coordinator(file, {}, clock);
@@ -32,16 +31,6 @@ class StoreReportTest : public ::testing::Test {
             analytics::TXEvent event{0, "S1", body};
             ASSERT_TRUE(store.save(event));
         }
-    }
-    template <typename Print, typename... Arguments>
-    std::string printed(Print print, const Arguments&... arguments) {
-        StoreSettings settings;
-        settings.access = StoreSettings::Access::readOnly;
-        analytics::StoreCoordinator coordinator(file, settings, clock);
-        analytics::ManagedObjectContext store(coordinator);
-        std::ostringstream out;
-        const auto done = print(store, arguments..., out);
-        return done ? out.str() : "error: " + done.error().message;
     }
     /// Output and exit status of the program.
     static std::pair<std::string, int> program(const std::string& arguments) {
@@ -66,44 +55,13 @@ class StoreReportTest : public ::testing::Test {
     testing::CapturedLog log;
 };
 
-TEST_F(StoreReportTest, SessionsAreListedWithStatusTimeAndEvents) {
-    EXPECT_EQ(printed(printSessions),
-              "S0  active  2026-01-01 12:00:00  0 events\n"
-              "S1  done  2026-01-01 12:00:00  3 events\n"
-              "S2  sending  2026-01-01 12:00:00  0 events\n"
-              "S3  unknown (3)  2026-01-01 12:00:00  0 events\n");
-}
-
-TEST_F(StoreReportTest, EventsAreListedWithTimeNameAndData) {
-    EXPECT_EQ(printed(printEvents, std::string("S1")),
-              "2026-01-01 12:00:00.123  cut.  {\"k\":1}\n"
-              "2026-01-01 12:00:01.000  cut.  {}  (end)\n"
-              "not an event\n");
-    EXPECT_EQ(printed(printEvents, std::string("S9")), "error: no session S9 in the store");
-}
-
-TEST_F(StoreReportTest, RequestIsWhatIsSentByteForByte) {
-    EXPECT_EQ(printed(printRequest, std::string("S1")),
-              std::string("[") + kFirst + "," + kSecond + ",not an event]");
-    EXPECT_EQ(printed(printRequest, std::string("S9")), "error: no session S9 in the store");
-}
-
-TEST_F(StoreReportTest, FileThatIsNoStoreIsToldAndLeftAlone) {
-    std::ofstream(home.path() / "other") << "some text that is long enough to be looked at as a header......";
-    file = home.path() / "other";
-    EXPECT_THAT(printed(printSessions), HasSubstr("error: "));
-    EXPECT_TRUE(std::filesystem::exists(home.path() / "other"));
-    file = home.path() / "missing";
-    EXPECT_THAT(printed(printEvents, std::string("S1")), HasSubstr("error: "));
-    EXPECT_FALSE(std::filesystem::exists(home.path() / "missing"));
-}
-
-TEST_F(StoreReportTest, ProgramShowsTheStoreItIsGiven) {
+TEST_F(TelemetryProgramTest, ShowsTheStoreItIsGivenAndChangesNothing) {
     const std::string store = "--store '" + file.string() + "' ";
     EXPECT_THAT(program(store).first, HasSubstr("S1  done"));
     EXPECT_EQ(program(store + "sessions").second, 0);
     EXPECT_THAT(program(store + "events S1").first, HasSubstr("cut.  {\"k\":1}"));
-    EXPECT_EQ(program(store + "request S1").first, printed(printRequest, std::string("S1")));
+    EXPECT_EQ(program(store + "request S1").first,
+              analytics::formatted("[%s,%s,not an event]", kFirst, kSecond));
     EXPECT_EQ(program(store + "request S9").second, 1);
     EXPECT_EQ(program("--store /no/such/file").second, 1);
     EXPECT_EQ(program("nonsense").second, 2);
