@@ -222,7 +222,7 @@ TEST_F(SocketApplicationTest, AFolderThatIsNoneIsToldAndLeavesTheProcessAlone) {
     EXPECT_TRUE(log.contains("no folder for the socket"));
 }
 
-TEST_F(SocketApplicationTest, PiecesAreWaitedForAndNonsenseAsksForNothing) {
+TEST_F(SocketApplicationTest, NonsenseIsCutOffAndAsksForNothing) {
     SocketApplication application = make();
     ASSERT_EQ(application.claim(), SocketApplication::Claim::first);
     QLocalSocket peer;
