@@ -20,6 +20,13 @@ target_compile_options(trimora_compiler INTERFACE
 target_compile_options(trimora_compiler INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict>)
 target_link_libraries(trimora_compiler INTERFACE Threads::Threads)
 
+# What is shipped makes a slip in memory end the program instead of being put to use.
+include(CheckPIESupported)
+check_pie_supported(LANGUAGES CXX)
+target_compile_options(trimora_compiler INTERFACE
+  $<$<CONFIG:Release>:-fstack-protector-strong -U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=2>)
+target_link_options(trimora_compiler INTERFACE $<$<CONFIG:Release>:LINKER:-z,relro,-z,now>)
+
 if(TRIMORA_SANITIZE)
   target_compile_options(trimora_compiler INTERFACE
     -fsanitize=${TRIMORA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
