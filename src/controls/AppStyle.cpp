@@ -82,7 +82,7 @@ QString filledIn(QString sheet) {
         {"@accentStart", css(palette::kAccentStart)},
         {"@accentEnd", css(palette::kAccentEnd)},
         {"@accent", css(palette::kAccent)},
-        {"@focus", css(palette::kFocus)},
+        {"@focus", css(palette::kFocusOnField)},
         {"@radius", QString::number(metrics::kCornerRadius)},
         {"@round", QString::number(metrics::kToolButton / 2)},
         {"@tool", QString::number(metrics::kToolButton - 2)},

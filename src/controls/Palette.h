@@ -19,6 +19,7 @@ inline constexpr QColor kAccentStart{249, 35, 95};           ///< the accent as 
 inline constexpr QColor kAccentEnd{253, 73, 73};             ///< and where it ends
 inline constexpr QColor kFrame{255, 255, 255, 77};           ///< dashed frame of the empty view
 inline constexpr QColor kFocus{255, 255, 255, 128};          ///< ring round what the keyboard acts on
+inline constexpr QColor kFocusOnField{150, 150, 150};        ///< the same where corners are drawn twice
 
 inline constexpr QColor kTrack{0, 0, 0};               ///< a slider's line beyond its knob
 inline constexpr QColor kVerticalTrack{23, 23, 23};    ///< the same of an upright slider

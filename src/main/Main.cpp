@@ -4,6 +4,7 @@
 #include "controls/AppStyle.h"
 #include "main/CommandLine.h"
 #include "main/Demo.h"
+#include "main/Gallery.h"
 #include "main/Wiring.h"
 
 namespace {
@@ -25,6 +26,8 @@ int runEditor(int& argc, char** argv, const CommandLine& line) {
     setUpToolkit(line.mode);
     QApplication application(argc, argv);
     trimora::controls::applyAppStyle(application);
+    if (line.mode == CommandLine::Mode::gallery)
+        return trimora::runGallery();
     trimora::Wiring wiring;
     wiring.window().show();
     if (line.mode == CommandLine::Mode::demo)
@@ -50,6 +53,7 @@ int main(int argc, char** argv) {
             return 0;
         case CommandLine::Mode::edit:
         case CommandLine::Mode::demo:
+        case CommandLine::Mode::gallery:
             break;
     }
     return runEditor(argc, argv, *line);
