@@ -38,7 +38,6 @@ class Editor:
         self.errors = open(os.path.join(FOLDER, "errors.txt"), "w+")
         self.process = desktop.start([PROGRAM, SAMPLE], env=env, stderr=self.errors)
         self.window = desktop.window("sample.jpg")
-        desktop.do("windowactivate", "--sync", self.window)
         self.place_view(desktop.rest("opened"))
 
     def place_view(self, screen):
@@ -133,8 +132,7 @@ def restore_a_part(desktop, editor):
 
 def save(desktop, editor, target):
     desktop.do("key", "ctrl+s")
-    dialog = desktop.window("Save picture")
-    desktop.do("windowactivate", "--sync", dialog)
+    desktop.window("Save picture")
     desktop.rest("save-panel")
     desktop.do("key", "ctrl+a")
     desktop.do("type", target)

@@ -2,6 +2,7 @@
 
 #include <QAccessibleWidget>
 
+#include "controls/AccessFactory.h"
 #include "controls/ColorArea.h"
 
 namespace trimora::controls {
@@ -9,10 +10,10 @@ namespace {
 
 class ColorAreaInterface final : public QAccessibleWidget, public QAccessibleValueInterface {
  public:
-    explicit ColorAreaInterface(ColorArea* area)
+    explicit ColorAreaInterface(ColorArea& area)
         : QAccessibleWidget(
-              area, area->height() > 3 * area->width() ? QAccessible::Slider : QAccessible::ColorChooser),
-          area_(*area) {}
+              &area, area.height() > 3 * area.width() ? QAccessible::Slider : QAccessible::ColorChooser),
+          area_(area) {}
 
     void* interface_cast(QAccessible::InterfaceType type) override {
         if (type == QAccessible::ValueInterface && role() == QAccessible::Slider)
@@ -38,18 +39,10 @@ class ColorAreaInterface final : public QAccessibleWidget, public QAccessibleVal
     ColorArea& area_;
 };
 
-QAccessibleInterface* makeInterface(const QString& /*className*/, QObject* object) {
-    auto* const area = dynamic_cast<ColorArea*>(object);
-    return area != nullptr ? new ColorAreaInterface(area) : nullptr;
-}
-
 }  // namespace
 
 void installColorAreaAccess() {
-    [[maybe_unused]] static const bool installed = [] {
-        QAccessible::installFactory(makeInterface);
-        return true;
-    }();
+    installAccess<ColorArea, ColorAreaInterface>();
 }
 
 }  // namespace trimora::controls

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "controls/ControlNotifications.h"
+#include "controls/FieldLook.h"
 #include "controls/Metrics.h"
 #include "controls/TopBarButton.h"
 
@@ -78,6 +79,7 @@ void ColorPickerView::setupNib() {
     secondColorSelectorView_->setAccessibleName(tr("Shade"));
     secondColorSelectorView_->setToolTip(tr("Shade"));
     hexField_->setAccessibleName(tr("Colour as #RRGGBB"));
+    hexField_->setStyleSheet(fieldLook());
     hexField_->setToolTip(tr("Colour as #RRGGBB"));
     hexField_->setMaxLength(7);
     hexField_->setAlignment(Qt::AlignCenter);

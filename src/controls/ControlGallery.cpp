@@ -1,11 +1,11 @@
 #include "controls/ControlGallery.h"
 
-#include <QCoreApplication>
-#include <QFocusEvent>
+#include <QEvent>
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QLabel>
-#include <QMouseEvent>
-#include <array>
+#include <QPainter>
+#include <QPointer>
 #include <utility>
 
 #include "controls/AnimatedGradientButton.h"
@@ -13,133 +13,252 @@
 #include "controls/ButtonOpenAppereance.h"
 #include "controls/ButtonSaveAppearance.h"
 #include "controls/ColorPickerView.h"
+#include "controls/ColorableView.h"
+#include "controls/ControlNotifications.h"
+#include "controls/CustomViewWithButton.h"
 #include "controls/GradientButton.h"
+#include "controls/Icons.h"
 #include "controls/KrugButton.h"
 #include "controls/Metrics.h"
 #include "controls/Palette.h"
 #include "controls/PolukrugButton.h"
 #include "controls/ScaleButton.h"
 #include "controls/SelectableView.h"
+#include "controls/SliderVertical.h"
 #include "controls/TopBarButton.h"
+#include "controls/VerticallyCenteredTextFieldCell.h"
+#include "controls/ViewWithSliderTextField.h"
 
 namespace trimora::controls {
 namespace {
 
-void showHovered(LayerButton& button) {
-    const QPointF inside(button.width() / 2.0, button.height() / 2.0);
-    QMouseEvent move(QEvent::MouseMove, inside, button.mapToGlobal(inside), Qt::NoButton, Qt::NoButton, {});
-    QCoreApplication::sendEvent(&button, &move);
-}
+constexpr int kSliderWidth = 176;
+constexpr cutengine::Colour kTaken{0, 0.5, 1, 1};  // what the eyedropper takes here
 
-void showHeld(LayerButton& button) {
-    button.setDown(true);
-    emit button.pressed();
-}
+/// Shows a line of text in the middle of a box.
+class CellView final : public QWidget {
+ public:
+    CellView() { cell_.title = QStringLiteral("One line"); }
+    [[nodiscard]] QSize sizeHint() const override { return {metrics::kCallWidth, metrics::kToolButton}; }
 
-void showFocused(LayerButton& button) {
-    QFocusEvent arrival(QEvent::FocusIn, Qt::TabFocusReason);
-    QCoreApplication::sendEvent(&button, &arrival);
-}
+ protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        QPainter painter(this);
+        painter.fillRect(rect(), palette::kRaised);
+        cell_.drawInteriorWithFrame_inView(QRectF(rect()).adjusted(metrics::kGap, 0, -metrics::kGap, 0),
+                                           painter);
+    }
 
-struct State {
-    const char* name;
-    void (*putOn)(LayerButton&);
+ private:
+    VerticallyCenteredTextFieldCell cell_;
 };
 
-constexpr std::array<State, 5> kStates{{
-    {"rest", [](LayerButton&) {}},
-    {"pointer", showHovered},
-    {"held", showHeld},
-    {"keyboard", showFocused},
-    {"disabled", [](LayerButton& button) { button.setEnabled(false); }},
-}};
+/// The states of what has none, or none but the keyboard.
+const GalleryState kRest = kTileStates.front();
+const GalleryState kReached{"keyboard", kRest.putOn, [](QWidget& control) { return &control; }};
 
-/// One button of a kind for each state.
+}  // namespace
+
+ControlGallery::ControlGallery(const ControlContext& context, GalleryReports::Sink report, QWidget* parent)
+    : QWidget(parent), context_(context), reports_(context.notifications, std::move(report)) {
+    setWindowTitle(tr("Controls"));
+    setAutoFillBackground(true);
+    auto* const columns = new QHBoxLayout(this);
+    columns->setSpacing(4 * metrics::kGap);
+    columns->setSizeConstraint(QLayout::SetFixedSize);
+    for (void (ControlGallery::*const add)() : {&ControlGallery::addButtons, &ControlGallery::addSliders}) {
+        grid_ = new QGridLayout;
+        grid_->setHorizontalSpacing(metrics::kGap);
+        grid_->setVerticalSpacing(2 * metrics::kGap);
+        line_ = 0;
+        columns->addLayout(grid_);
+        (this->*add)();
+        grid_->setRowStretch(line_, 1);
+    }
+}
+
+ControlGallery::~ControlGallery() {
+    // Before the reports, which hold their delegates.
+    qDeleteAll(findChildren<QWidget*>(Qt::FindDirectChildrenOnly));
+}
+
+void ControlGallery::addCaptions(const GalleryStates& states) {
+    for (std::size_t i = 0; i < states.size(); ++i) {
+        auto* const caption = new QLabel(QString::fromLatin1(states[i].name));
+        caption->setObjectName(QStringLiteral("caption"));
+        grid_->addWidget(caption, line_, static_cast<int>(i) + 1, Qt::AlignHCenter | Qt::AlignBottom);
+    }
+    ++line_;
+}
+
+void ControlGallery::addTitle(const char* title) {
+    grid_->addWidget(new QLabel(QString::fromLatin1(title)), line_, 0);
+}
+
+template <typename Control>
+void ControlGallery::addCell(const std::string& name, const GalleryState& state, Control* control,
+                             int column) {
+    control->setAccessibleName(QString::fromStdString(name));
+    grid_->addWidget(control, line_, column, Qt::AlignCenter);
+    reports_.watch(*control, name);
+    cells_.push_back({name, control, &state});
+}
+
+template <typename Make>
+void ControlGallery::addRow(const char* title, const GalleryStates& states, Make make) {
+    addTitle(title);
+    for (std::size_t i = 0; i < states.size(); ++i) {
+        const std::string name = std::string(title) + ", " + states[i].name;
+        addCell(name, states[i], make(name), static_cast<int>(i) + 1);
+    }
+    ++line_;
+}
+
 template <typename Button>
-std::vector<LayerButton*> makeButtons(const ControlContext& context, const char* text,
-                                      const char* image = nullptr) {
-    std::vector<LayerButton*> made;
-    for (std::size_t i = 0; i < kStates.size(); ++i) {
-        auto* const button = new Button(context);
+void ControlGallery::addButtonRow(const char* title, const char* text, const char* image) {
+    addRow(title, kButtonStates, [&](const std::string& /*name*/) {
+        auto* const button = new Button(context_);
         button->setText(QString::fromLatin1(text));
         if (image != nullptr)
             button->setImage(QString::fromLatin1(image));
         if constexpr (std::is_same_v<Button, AnimatedGradientButton>)
             button->startAnimation();
-        made.push_back(button);
-    }
-    return made;
+        return button;
+    });
 }
 
-}  // namespace
-
-ControlGallery::ControlGallery(const ControlContext& context, QWidget* parent)
-    : QWidget(parent), context_(context) {
-    setAutoFillBackground(true);
-    QPalette colors = palette();
-    colors.setColor(QPalette::Window, palette::kPanel);
-    colors.setColor(QPalette::WindowText, palette::kSecondaryText);
-    setPalette(colors);
-
-    auto* const grid = new QGridLayout(this);
-    grid->setSpacing(2 * metrics::kGap);
-    grid->setSizeConstraint(QLayout::SetFixedSize);
-    for (std::size_t i = 0; i < kStates.size(); ++i)
-        grid->addWidget(new QLabel(QString::fromLatin1(kStates[i].name)), 0, static_cast<int>(i) + 1,
-                        Qt::AlignCenter);
-
-    addRow({"KrugButton", makeButtons<KrugButton>(context, "", "hand_noActive_new")});
-    addRow({"KrugButton, active", makeButtons<KrugButton>(context, "", "hand_active_new")});
-    addRow({"ButtonAppearance", makeButtons<ButtonAppearance>(context, "", "eraser_noActive")});
-    addRow({"PolukrugButton", makeButtons<PolukrugButton>(context, "Cut")});
-    addRow({"PolukrugButton, inverted", makeButtons<PolukrugButton>(context, "Cut out")});
-    for (LayerButton* const button : rows_.back().buttons)
-        static_cast<PolukrugButton*>(button)->invert();
-    addRow({"ButtonOpenAppereance", makeButtons<ButtonOpenAppereance>(context, "Open picture")});
-    addRow({"ButtonSaveAppearance", makeButtons<ButtonSaveAppearance>(context, "Save")});
-    addRow({"ScaleButton", makeButtons<ScaleButton>(context, "Open", "open")});
-    addRow({"TopBarButton", makeButtons<TopBarButton>(context, "Save", "save")});
-    addRow({"TopBarButton, image", makeButtons<TopBarButton>(context, "", "back")});
-    addRow({"GradientButton", makeButtons<GradientButton>(context, "Don't save")});
-    addRow({"AnimatedGradientButton", makeButtons<AnimatedGradientButton>(context, "Try it")});
-    addOthers();
-}
-
-ControlGallery::~ControlGallery() = default;
-
-void ControlGallery::addRow(Row row) {
-    auto* const grid = static_cast<QGridLayout*>(layout());
-    const int line = static_cast<int>(rows_.size()) + 1;
-    grid->addWidget(new QLabel(row.name), line, 0);
-    for (std::size_t i = 0; i < row.buttons.size(); ++i) {
-        row.buttons[i]->setAccessibleName(row.name);
-        grid->addWidget(row.buttons[i], line, static_cast<int>(i) + 1, Qt::AlignCenter);
-    }
-    rows_.push_back(std::move(row));
-}
-
-void ControlGallery::addOthers() {
-    auto* const grid = static_cast<QGridLayout*>(layout());
-    const int column = static_cast<int>(kStates.size()) + 1;
-    auto* const picker = new ColorPickerView(context_);
-    picker->setEyedropper([](const auto&) {});
-    grid->addWidget(picker, 1, column, 4, 1, Qt::AlignTop);
-    for (const bool selected : {false, true}) {
+void ControlGallery::addButtons() {
+    addCaptions(kButtonStates);
+    addButtonRow<KrugButton>("KrugButton", "", "hand_noActive_new");
+    addButtonRow<KrugButton>("KrugButton, active", "", "hand_active_new");
+    addButtonRow<ButtonAppearance>("ButtonAppearance", "", "eraser_noActive");
+    addButtonRow<ButtonOpenAppereance>("ButtonOpenAppereance", "Open picture");
+    addButtonRow<ButtonSaveAppearance>("ButtonSaveAppearance", "Save");
+    addButtonRow<ScaleButton>("ScaleButton", "Open", "open");
+    addButtonRow<TopBarButton>("TopBarButton", "Save", "save");
+    addButtonRow<TopBarButton>("TopBarButton, image", "", "back");
+    addButtonRow<GradientButton>("GradientButton", "Don't save");
+    addButtonRow<AnimatedGradientButton>("AnimatedGradientButton", "Try it");
+    addCaptions(kTileStates);
+    addRow("SelectableView", kTileStates, [this](const std::string& /*name*/) {
         auto* const tile = new SelectableView(context_);
         tile->setFixedSize(metrics::kToolButton, metrics::kToolButton);
         tile->setColor(palette::kRaised);
         tile->setCornerRadius(metrics::kCornerRadius);
-        tile->setSelected(selected);
-        grid->addWidget(tile, selected ? 6 : 5, column);
-    }
+        return tile;
+    });
+    addOthers();
 }
 
-void ControlGallery::showEvent(QShowEvent* event) {
-    QWidget::showEvent(event);
-    for (const Row& row : rows_) {
-        for (std::size_t i = 0; i < row.buttons.size(); ++i)
-            kStates[i].putOn(*row.buttons[i]);
+void ControlGallery::addOthers() {
+    addTitle("ColorableView, text cell, panel");
+    auto* const colored = new ColorableView;
+    colored->setFixedSize(metrics::kToolButton, metrics::kToolButton);
+    colored->setBackgroundColor(palette::kAccent);
+    addCell("ColorableView, rest", kRest, static_cast<QWidget*>(colored), 1);
+    addCell("Text cell, rest", kRest, static_cast<QWidget*>(new CellView), 2);
+    for (const GalleryState* const state : {&kRest, &kReached}) {
+        auto* const panel = new CustomViewWithButton(context_);
+        auto* const button = new TopBarButton(context_);
+        button->setText(QStringLiteral("Fit"));
+        panel->setButton(button);
+        addCell(std::string("CustomViewWithButton, ") + state->name, *state, panel, state == &kRest ? 3 : 4);
+        panel->unHideView();
     }
+    ++line_;
+}
+
+void ControlGallery::addHalfDiscs() {
+    addCaptions(kButtonStates);
+    addButtonRow<PolukrugButton>("PolukrugButton", "Cut");
+    addRow("PolukrugButton, inverted", kButtonStates, [this](const std::string& /*name*/) {
+        auto* const button = new PolukrugButton(context_);
+        button->setText(QStringLiteral("Cut out"));
+        button->invert();
+        return button;
+    });
+}
+
+void ControlGallery::addSliders() {
+    addHalfDiscs();
+    addCaptions(kSliderWithFieldStates);
+    addRow("ViewWithSliderTextField", kSliderWithFieldStates, [this](const std::string& name) {
+        auto* const slider = new ViewWithSliderTextField(
+            {0, 1, 100, 45, icon(QStringLiteral("eraser_noActive")), QString::fromStdString(name)}, context_);
+        slider->setFixedWidth(kSliderWidth);
+        return slider;
+    });
+    addCaptions(kUprightSliderStates);
+    addRow("SliderVertical", kUprightSliderStates, [](const std::string& /*name*/) {
+        auto* const slider = new SliderVertical;
+        slider->setFixedSize(slider->minimumSizeHint());
+        slider->setMaxValue(100);
+        slider->setMinValue(1);
+        slider->setFloatValue(45);
+        return slider;
+    });
+    addColors();
+}
+
+void ControlGallery::addColors() {
+    addCaptions(kColorPickerStates);
+    addRow("ColorPickerView", kColorPickerStates, [this](const std::string& /*name*/) {
+        auto* const picker = new ColorPickerView(context_);
+        picker->setEyedropper([](const auto& taken) { taken(kTaken); });
+        return picker;
+    });
+}
+
+bool ControlGallery::event(QEvent* event) {
+    if (event->type() == QEvent::WindowActivate && !std::exchange(ready_, true))
+        inTwoTurns();
+    return QWidget::event(event);
+}
+
+void ControlGallery::inTwoTurns() {
+    // The pickers start in a task of theirs, and put their shades in place in another one after it.
+    context_.mainQueue.async([self = QPointer(this)] {
+        if (self)
+            self->context_.mainQueue.async([self] {
+                if (self)
+                    self->putStatesOn();
+            });
+    });
+}
+
+void ControlGallery::putStatesOn() {
+    context_.notifications.post(notifications::kClickColor);  // as when the pickers come into view
+    for (Cell& cell : cells_) {
+        cell.state->putOn(*cell.widget);
+        if (cell.state->keyboardIn != nullptr)
+            portray(cell);
+    }
+    tellPlaces();
+}
+
+void ControlGallery::portray(Cell& cell) {
+    cell.state->keyboardIn(*cell.widget)->setFocus(Qt::TabFocusReason);
+    auto* const portrait = new QLabel;
+    portrait->setPixmap(cell.widget->grab());
+    portrait->setFixedSize(cell.widget->size());
+    delete cell.widget->parentWidget()->layout()->replaceWidget(cell.widget, portrait);
+    portrait->show();
+    delete std::exchange(cell.widget, portrait);
+}
+
+void ControlGallery::tellPlaces() {
+    for (const Cell& cell : cells_) {
+        if (cell.state->keyboardIn != nullptr)
+            continue;
+        const QRect place(cell.widget->mapTo(this, QPoint()), cell.widget->size());
+        const QString line = QStringLiteral("place: %1 %2 %3 %4 ")
+                                 .arg(place.x())
+                                 .arg(place.y())
+                                 .arg(place.width())
+                                 .arg(place.height());
+        reports_.say(line.toStdString() + cell.name);
+    }
+    reports_.say("ready");
 }
 
 }  // namespace trimora::controls

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "controls/FieldLook.h"
 #include "controls/Metrics.h"
-#include "controls/Palette.h"
 #include "foundation/Log.h"
 #include "util/NumberDisplay.h"
 #include "util/ValueControl.h"
@@ -14,24 +14,13 @@ namespace {
 constexpr std::int32_t kMaximumLength = 4;  // room for "100%"
 constexpr QLatin1Char kPoint('.');
 
-QString lookOfTheField() {
-    return QStringLiteral(
-               "QLineEdit { background: %1; color: %2; border: 1px solid %1; border-radius: %3px;"
-               " selection-background-color: %4; }"
-               "QLineEdit:focus { border-color: %5; } QLineEdit:disabled { color: %6; }")
-        .arg(palette::kField.name(QColor::HexArgb), palette::kText.name(QColor::HexArgb))
-        .arg(metrics::kCornerRadius)
-        .arg(palette::kAccent.name(QColor::HexArgb), palette::kFocus.name(QColor::HexArgb),
-             palette::kDisabledText.name(QColor::HexArgb));
-}
-
 }  // namespace
 
 CustomTextField::CustomTextField(QWidget* parent) : TextField(parent) {
     format_.setMaximumLength(kMaximumLength);
     setValidator(&format_);
     setAlignment(Qt::AlignCenter);
-    setStyleSheet(lookOfTheField());
+    setStyleSheet(fieldLook());
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 

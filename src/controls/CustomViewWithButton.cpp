@@ -1,11 +1,13 @@
 #include "controls/CustomViewWithButton.h"
 
 #include <QAbstractButton>
+#include <QAccessibleWidget>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QVBoxLayout>
 
+#include "controls/AccessFactory.h"
 #include "controls/ArrowKeys.h"
 #include "controls/ControlNotifications.h"
 #include "controls/Metrics.h"
@@ -13,12 +15,21 @@
 #include "foundation/Log.h"
 
 namespace trimora::controls {
+namespace {
+
+class PanelAccess final : public QAccessibleWidget {
+ public:
+    explicit PanelAccess(CustomViewWithButton& panel) : QAccessibleWidget(&panel, QAccessible::Pane) {}
+};
+
+}  // namespace
 
 CustomViewWithButton::CustomViewWithButton(const ControlContext& context, QWidget* parent)
     : QWidget(parent),
       notifications_(context.notifications),
       observation_(context.notifications.observe(notifications::kAddViewWithButton,
                                                  [this](const auto&) { unHideView(); })) {
+    installAccess<CustomViewWithButton, PanelAccess>();
     setFocusPolicy(Qt::TabFocus);
     setAccessibleName(tr("Floating panel, moved by the arrow keys"));
     auto* const frame = new QVBoxLayout(this);

@@ -26,6 +26,7 @@ inline constexpr QColor kMapShade{0, 0, 0, 140};             ///< over the part 
 inline constexpr QColor kSheet{255, 255, 255};               ///< a question's sheet, under its background
 inline constexpr QColor kScrim{0, 0, 0, 128};                ///< behind the brush preview
 inline constexpr QColor kFocus{255, 255, 255, 128};          ///< ring round what the keyboard acts on
+inline constexpr QColor kFocusOnField{150, 150, 150};        ///< the same where corners are drawn twice
 
 inline constexpr QColor kTrack{0, 0, 0};               ///< a slider's line beyond its knob
 inline constexpr QColor kVerticalTrack{23, 23, 23};    ///< the same of an upright slider

@@ -5,6 +5,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 
+#include "controls/AccessFactory.h"
 #include "controls/Metrics.h"
 #include "controls/Palette.h"
 
@@ -14,8 +15,8 @@ namespace {
 /// To a screen reader the tile is a box to tick.
 class SelectableViewInterface final : public QAccessibleWidget {
  public:
-    explicit SelectableViewInterface(SelectableView* view)
-        : QAccessibleWidget(view, QAccessible::CheckBox), view_(*view) {}
+    explicit SelectableViewInterface(SelectableView& view)
+        : QAccessibleWidget(&view, QAccessible::CheckBox), view_(view) {}
 
     QAccessible::State state() const override {
         QAccessible::State state = QAccessibleWidget::state();
@@ -28,27 +29,18 @@ class SelectableViewInterface final : public QAccessibleWidget {
     SelectableView& view_;
 };
 
-QAccessibleInterface* makeInterface(const QString& /*className*/, QObject* object) {
-    auto* const view = dynamic_cast<SelectableView*>(object);
-    return view != nullptr ? new SelectableViewInterface(view) : nullptr;
-}
-
-void installAccess() {
-    [[maybe_unused]] static const bool installed = [] {
-        QAccessible::installFactory(makeInterface);
-        return true;
-    }();
-}
-
 }  // namespace
 
 SelectableView::SelectableView(const ControlContext& context, QWidget* parent)
     : QWidget(parent),
       layers_(*this, context),
       layer_(layers_.root().make<ControlLayer>()),
-      selection_(layers_.root().make<ControlLayer>()) {
+      selection_(layers_.root().make<ControlLayer>()),
+      focus_(layers_.root().make<ControlLayer>()) {
     setFocusPolicy(Qt::TabFocus);
-    installAccess();
+    installAccess<SelectableView, SelectableViewInterface>();
+    selection_.borderColor = palette::kAccent;
+    focus_.borderColor = palette::kFocus;
 }
 
 void SelectableView::setColor(const QColor& color) {
@@ -116,8 +108,11 @@ void SelectableView::paintEvent(QPaintEvent* /*event*/) {
     layers_.root().backgroundColor = layer_.backgroundColor.alpha() < 255 ? Qt::white : Qt::transparent;
     layer_.setFrame(layers_.root().bounds());
     selection_.setFrame(layers_.root().bounds());
-    selection_.borderWidth = isSelected_ || hasFocus() ? metrics::kSelectionLine : 0;
-    selection_.borderColor = isSelected_ ? palette::kAccent : palette::kButtonEdge;
+    selection_.borderWidth = isSelected_ ? metrics::kSelectionLine : 0;
+    // Inside the line of a selected tile, so that both are seen.
+    constexpr double kIn = metrics::kSelectionLine;
+    focus_.setFrame({kIn, kIn, width() - 2 * kIn, height() - 2 * kIn});
+    focus_.borderWidth = hasFocus() ? metrics::kFocusLine : 0;
     layers_.root().opacity = isEnabled() ? 1 : palette::kDisabledOpacity;
     QPainter painter(this);
     layers_.paint(painter);

@@ -42,6 +42,7 @@ class SelectableView final : public QWidget {
     LayerHost layers_;
     ControlLayer& layer_;
     ControlLayer& selection_;
+    ControlLayer& focus_;
     bool isSelected_ = false;
 };
 

@@ -1,26 +1,15 @@
 #include "controls/ValueSliderAccess.h"
 
+#include "controls/AccessFactory.h"
 #include "controls/ValueSlider.h"
 #include "util/TextField.h"
 
 namespace trimora::controls {
-namespace {
-
-QAccessibleInterface* makeAccess(const QString& /*className*/, QObject* object) {
-    auto* const slider = dynamic_cast<ValueSlider*>(object);
-    return slider != nullptr ? new ValueSliderAccess(*slider) : nullptr;
-}
-
-}  // namespace
-
 ValueSliderAccess::ValueSliderAccess(ValueSlider& slider)
     : QAccessibleWidget(&slider, QAccessible::Slider), slider_(slider) {}
 
 void ValueSliderAccess::install() {
-    [[maybe_unused]] static const bool installed = [] {
-        QAccessible::installFactory(makeAccess);
-        return true;
-    }();
+    installAccess<ValueSlider, ValueSliderAccess>();
 }
 
 void* ValueSliderAccess::interface_cast(QAccessible::InterfaceType type) {

@@ -23,6 +23,8 @@ Result<CommandLine> CommandLine::parse(std::span<const char* const> words) {
         } else if (word == "--version") {
             line.mode = Mode::version;
             return line;
+        } else if (word == "--gallery") {
+            line.mode = Mode::gallery;
         } else if (word == "--demo" && i + 1 < words.size()) {
             line.mode = Mode::demo;
             line.demoFolder = words[++i];
@@ -41,6 +43,8 @@ const char* CommandLine::help() {
            "  trimora [FILE...]               opens the first of the files that is a picture\n"
            "  trimora --demo FOLDER PICTURE   cuts the picture by itself, without a display, and leaves\n"
            "                                  FOLDER/cut.png and FOLDER/screenshot.png\n"
+           "  trimora --gallery               shows every control in every state, and prints what they "
+           "report\n"
            "  trimora --help\n"
            "  trimora --version\n";
 }

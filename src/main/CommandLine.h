@@ -10,7 +10,7 @@ namespace trimora {
 
 /// What the program was asked for when it was started.
 struct CommandLine {
-    enum class Mode { edit, demo, help, version };
+    enum class Mode { edit, demo, gallery, help, version };
 
     Mode mode = Mode::edit;
     std::vector<std::filesystem::path> files;  ///< to open; the first readable one is

@@ -28,6 +28,10 @@ TEST(CommandLine, ADemoTakesAFolderAndOnePicture) {
     EXPECT_FALSE(CommandLine::parse(Words{"--demo", "out", "a.png", "b.png"}));
 }
 
+TEST(CommandLine, TheGalleryIsAModeOfItsOwn) {
+    EXPECT_EQ(CommandLine::parse(Words{"--gallery"})->mode, CommandLine::Mode::gallery);
+}
+
 TEST(CommandLine, HelpAndVersionWinOverTheRest) {
     EXPECT_EQ(CommandLine::parse(Words{"a.png", "--help", "--unknown"})->mode, CommandLine::Mode::help);
     EXPECT_EQ(CommandLine::parse(Words{"--version"})->mode, CommandLine::Mode::version);

@@ -4,6 +4,7 @@
 #include "controls/AppStyle.h"
 #include "main/CommandLine.h"
 #include "main/Demo.h"
+#include "main/Gallery.h"
 #include "main/Wiring.h"
 #include "platform/QtPanels.h"
 
@@ -44,6 +45,8 @@ int runProgram(int& argc, char** argv, const CommandLine& line) {
     setUpToolkit(line.mode);
     QApplication application(argc, argv);
     trimora::controls::applyAppStyle(application);
+    if (line.mode == CommandLine::Mode::gallery)
+        return trimora::runGallery();
     return line.mode == CommandLine::Mode::demo ? demonstrate(line) : edit(line);
 }
 
@@ -64,6 +67,7 @@ int main(int argc, char** argv) {
             return 0;
         case CommandLine::Mode::edit:
         case CommandLine::Mode::demo:
+        case CommandLine::Mode::gallery:
             break;
     }
     return runProgram(argc, argv, *line);

@@ -7,7 +7,7 @@
 #include <QRegion>
 #include <QVariant>
 
-#include "util/ImageLayer.h"
+#include "util/FillingImage.h"
 #include "util/RKBlocker.h"
 
 namespace trimora::util {
@@ -106,8 +106,8 @@ void layerBackground(QWidget& view, const QColor& color) {
 }
 
 void setImageLayer(QWidget& view, const QImage& image) {
-    qDeleteAll(subviewsOfClass<ImageLayer>(view));
-    auto* const layer = new ImageLayer(image, &view);
+    qDeleteAll(subviewsOfClass<FillingImage>(view));
+    auto* const layer = new FillingImage(image, &view);
     layer->setGeometry(view.rect());
     layer->lower();
     layer->show();

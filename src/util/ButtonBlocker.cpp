@@ -33,6 +33,10 @@ void unblockWith(QAbstractButton& button, const QString& key) {
         button.setEnabled(button.property(kEnabledBefore).toBool());
 }
 
+QColor titleColor(const QAbstractButton& button) {
+    return button.palette().color(QPalette::Active, QPalette::ButtonText);
+}
+
 void setTitleColor(QAbstractButton& button, const QColor& color) {
     QPalette palette = button.palette();
     palette.setColor(QPalette::ButtonText, color);

@@ -1,15 +1,15 @@
-#include "util/ImageLayer.h"
+#include "util/FillingImage.h"
 
 #include <QPainter>
 #include <utility>
 
 namespace trimora::util {
 
-ImageLayer::ImageLayer(QImage image, QWidget* parent) : QWidget(parent), image_(std::move(image)) {
+FillingImage::FillingImage(QImage image, QWidget* parent) : QWidget(parent), image_(std::move(image)) {
     setAttribute(Qt::WA_TransparentForMouseEvents);
 }
 
-void ImageLayer::paintEvent(QPaintEvent* /*event*/) {
+void FillingImage::paintEvent(QPaintEvent* /*event*/) {
     QRectF target({}, QSizeF(image_.size()).scaled(size(), Qt::KeepAspectRatioByExpanding));
     target.moveCenter(QRectF(rect()).center());
     QPainter painter(this);

@@ -7,9 +7,9 @@ namespace trimora::util {
 
 /// An image that fills a view: scaled with its proportions kept until it covers the bounds, centred,
 /// and cut where it reaches over. Takes no part in mouse events.
-class ImageLayer final : public QWidget {
+class FillingImage final : public QWidget {
  public:
-    ImageLayer(QImage image, QWidget* parent);
+    FillingImage(QImage image, QWidget* parent);
 
  protected:
     void paintEvent(QPaintEvent* event) override;
