@@ -21,7 +21,8 @@ target_compile_options(trimora_compiler INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-
 target_link_libraries(trimora_compiler INTERFACE Threads::Threads)
 
 if(TRIMORA_SANITIZE)
-  target_compile_options(trimora_compiler INTERFACE
+  # -O1: what the sanitizers add to every access takes long to optimise and hardly gains by it.
+  target_compile_options(trimora_compiler INTERFACE -O1
     -fsanitize=${TRIMORA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(trimora_compiler INTERFACE -fsanitize=${TRIMORA_SANITIZE})
 endif()
