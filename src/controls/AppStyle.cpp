@@ -79,7 +79,6 @@ QString filledIn(QString sheet) {
         {"@disabled", css(palette::kDisabledText)},
         {"@accentEnd", css(palette::kAccentEnd)},
         {"@accent", css(palette::kAccent)},
-        {"@focus", css(palette::kFocusOnField)},
         {"@radius", QString::number(metrics::kCornerRadius)},
     };
     for (const auto& [word, value] : words)
