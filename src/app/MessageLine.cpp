@@ -5,8 +5,10 @@
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPushButton>
 #include <QStyle>
 #include <algorithm>
+#include <utility>
 
 #include "controls/Metrics.h"
 #include "util/SpinningProgress.h"
@@ -26,7 +28,8 @@ MessageLine::MessageLine(const controls::ControlContext& context, QWidget* paren
       scheduler_(context.scheduler),
       mainQueue_(context.mainQueue),
       busy_(new util::SpinningProgress(this)),
-      label_(new QLabel(this)) {
+      label_(new QLabel(this)),
+      button_(new QPushButton(this)) {
     setObjectName(QStringLiteral("messageLine"));
     setCursor(Qt::ArrowCursor);
     setFixedHeight(metrics::kMessageHeight);
@@ -35,11 +38,21 @@ MessageLine::MessageLine(const controls::ControlContext& context, QWidget* paren
     label_->setAccessibleName(QCoreApplication::translate("MessageLine", "Message"));
     busy_->setFixedSize(metrics::kMessageWheel, metrics::kMessageWheel);
 
+    button_->setObjectName(QStringLiteral("messageButton"));
+    button_->setCursor(Qt::PointingHandCursor);
+    button_->setFocusPolicy(Qt::NoFocus);
+    connect(button_, &QPushButton::clicked, this, [this] {
+        const auto action = std::exchange(action_, nullptr);
+        dismiss();
+        action();
+    });
+
     auto* const row = new QHBoxLayout(this);
     row->setContentsMargins(metrics::kPanelMargin, 0, metrics::kPanelMargin, 0);
     row->setSpacing(metrics::kGap);
     row->addWidget(busy_);
     row->addWidget(label_);
+    row->addWidget(button_);
     parent->installEventFilter(this);
     hide();
 }
@@ -58,6 +71,12 @@ void MessageLine::trouble(const std::string& line) {
     show(line, Kind::trouble);
 }
 
+void MessageLine::offer(const std::string& line, const std::string& title, std::function<void()> action) {
+    action_ = std::move(action);
+    button_->setText(QString::fromStdString(title));
+    show(line, Kind::offer);
+}
+
 QString MessageLine::text() const {
     return text_;
 }
@@ -68,8 +87,10 @@ void MessageLine::show(const std::string& line, Kind kind) {
     label_->setProperty("trouble", kind == Kind::trouble);
     label_->style()->polish(label_);
     busy_->setVisible(kind == Kind::progress);
-    setAttribute(Qt::WA_TransparentForMouseEvents, kind != Kind::trouble);
-    fade_ = kind == Kind::note ? scheduler_.after(kNoteTime, mainQueue_, [this] { dismiss(); }) : nullptr;
+    button_->setVisible(kind == Kind::offer);
+    const bool goesByItself = kind == Kind::note || kind == Kind::offer;
+    setAttribute(Qt::WA_TransparentForMouseEvents, kind == Kind::note || kind == Kind::progress);
+    fade_ = goesByItself ? scheduler_.after(kNoteTime, mainQueue_, [this] { dismiss(); }) : nullptr;
     place();
     raise();
     setVisible(true);

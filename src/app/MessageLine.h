@@ -1,12 +1,14 @@
 #pragma once
 
 #include <QFrame>
+#include <functional>
 #include <memory>
 
 #include "controls/ControlContext.h"
 #include "editor/Messages.h"
 
 class QLabel;
+class QPushButton;
 
 namespace trimora::util {
 class SpinningProgress;
@@ -18,9 +20,9 @@ namespace trimora::app {
 /// while work goes on.
 ///
 /// It disturbs nobody: it takes no room, no keyboard, and no presses but those on a line of trouble,
-/// which send it away. Notes go by themselves after some seconds; trouble stays, in the accent colour,
-/// and is announced to assistive technology. Lies over its parent, of which it keeps to the lower edge.
-/// Main thread only.
+/// which send it away, and on the button of an offer. Notes and offers go by themselves after some
+/// seconds; trouble stays, in the accent colour, and is announced to assistive technology. Lies over its
+/// parent, of which it keeps to the lower edge. Main thread only.
 class MessageLine final : public QFrame, public editor::Messages {
  public:
     MessageLine(const controls::ControlContext& context, QWidget* parent);
@@ -30,6 +32,9 @@ class MessageLine final : public QFrame, public editor::Messages {
     void note(const std::string& line) override;
     void trouble(const std::string& line) override;
 
+    /// A note with a button of this title, which does `action` and sends the line away.
+    void offer(const std::string& line, const std::string& title, std::function<void()> action);
+
     /// What is shown, in full; empty while nothing is.
     [[nodiscard]] QString text() const;
 
@@ -38,7 +43,7 @@ class MessageLine final : public QFrame, public editor::Messages {
     void mousePressEvent(QMouseEvent* event) override;
 
  private:
-    enum class Kind { progress, note, trouble };
+    enum class Kind { progress, note, offer, trouble };
     void show(const std::string& line, Kind kind);
     void dismiss();
     void place();
@@ -47,6 +52,8 @@ class MessageLine final : public QFrame, public editor::Messages {
     foundation::SerialQueue& mainQueue_;
     util::SpinningProgress* busy_;
     QLabel* label_;
+    QPushButton* button_;
+    std::function<void()> action_;  // of the button
     QString text_;
     std::unique_ptr<foundation::Timer> fade_;
 };

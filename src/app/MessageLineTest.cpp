@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QLabel>
+#include <QPushButton>
 
 #include "app/ShellForTests.h"
 #include "util/SpinningProgress.h"
@@ -63,6 +64,25 @@ TEST_F(MessageLineTest, PressesGoThroughANoteToThePicture) {
     click(line());
     EXPECT_EQ(editor_->view().historyLength(), 2);
     EXPECT_TRUE(line().isVisible());
+}
+
+TEST_F(MessageLineTest, TheButtonOfAnOfferDoesItAndSendsTheLineAway) {
+    int done = 0;
+    line().offer("Save complete: cat.png", "Open", [&] { ++done; });
+    update();
+    auto* const button = line().findChild<QPushButton*>();
+    EXPECT_EQ(button->text(), "Open");
+    click(*button);
+    EXPECT_EQ(done, 1);
+    EXPECT_FALSE(line().isVisible());
+    line().note("Opened cat.png");
+    EXPECT_FALSE(button->isVisible());
+}
+
+TEST_F(MessageLineTest, AnOfferThatNobodyTakesGoesByItself) {
+    line().offer("Save complete: cat.png", "Open", [] { ADD_FAILURE(); });
+    advance(9);
+    EXPECT_FALSE(line().isVisible());
 }
 
 TEST_F(MessageLineTest, TakesNoRoomAndNoKeyboard) {

@@ -99,6 +99,8 @@ QToolTip { background: @raised; color: @text; border: 1px solid @line; padding: 
 #toolbar { background: @panel; border-bottom: 1px solid @line; }
 #messageText[trouble="true"] { color: @accentEnd; }
 #messageLine { background: @raised; border: 1px solid @line; border-radius: @radiuspx; }
+#messageButton { background: transparent; border: none; color: @accentEnd; padding: 0px 4px; }
+#messageButton:hover { color: @text; }
 )";
 
 }  // namespace

@@ -1,12 +1,19 @@
 #include <QApplication>
+#include <QMenu>
 #include <cstdio>
 
 #include "controls/AppStyle.h"
+#include "controls/Icons.h"
+#include "foundation/Log.h"
 #include "main/CommandLine.h"
 #include "main/Demo.h"
 #include "main/Gallery.h"
 #include "main/Wiring.h"
+#include "platform/ActivationToken.h"
 #include "platform/QtPanels.h"
+#include "platform/SessionEnd.h"
+#include "platform/SingleInstance.h"
+#include "platform/TrayItem.h"
 
 namespace {
 
@@ -20,16 +27,45 @@ void setUpToolkit(CommandLine::Mode mode) {
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     QCoreApplication::setApplicationName(QStringLiteral("Trimora"));
     QCoreApplication::setApplicationVersion(QStringLiteral(TRIMORA_VERSION));
-    QGuiApplication::setDesktopFileName(QStringLiteral("trimora"));
+    QGuiApplication::setDesktopFileName(QLatin1String(trimora::platform::kApplicationId));
 }
 
-int edit(const CommandLine& line) {
+using trimora::platform::LaunchRequest;
+using trimora::platform::SingleInstance;
+
+/// What a later start of the program wants of this one.
+void serve(trimora::Wiring& program, const LaunchRequest& request) {
+    trimora::app::AppDelegate& delegate = program.shell().appDelegate();
+    if (request.action == "new")
+        delegate.new_pressed();
+    delegate.applicationShouldHandleReopen_hasVisibleWindows(program.shell().window().isShown());
+    trimora::platform::bringToFront(program.shell().window(), request.activationToken);
+    program.editor().openFiles(request.files);
+}
+
+void fillTrayMenu(trimora::app::AppDelegate& delegate, QMenu& menu) {
+    menu.addActions(delegate.applicationDockMenu()->actions());
+}
+
+int edit(const CommandLine& line, const std::string& activationToken) {
+    SingleInstance instance(SingleInstance::ofThisSession());
+    if (instance.launch({line.files, {}, activationToken}) == SingleInstance::Launch::handedOver)
+        return 0;
     trimora::platform::QtPanels panels;
     trimora::Wiring program(panels);
     trimora::app::AppDelegate& delegate = program.shell().appDelegate();
     QGuiApplication::setQuitOnLastWindowClosed(delegate.applicationShouldTerminateAfterLastWindowClosed());
-    program.shell().window().show();
+    const trimora::platform::TrayItem tray(
+        QIcon::fromTheme(QLatin1String(trimora::platform::kApplicationId),
+                         trimora::controls::icon(QStringLiteral("trimora"))),
+        [&](QMenu& menu) { fillTrayMenu(delegate, menu); }, [&] { delegate.showWindowAction(); });
+    const auto sessionEnd = trimora::platform::SessionEnd::create([] { QCoreApplication::quit(); });
+    if (!sessionEnd)
+        trimora::foundation::log::warning("signals end the program at once: %s",
+                                          sessionEnd.error().message.c_str());
+    program.show();
     program.editor().openFiles(line.files);
+    instance.onLaunch([&](const LaunchRequest& request) { serve(program, request); });
     delegate.applicationDidFinishLaunching();
     return QApplication::exec();
 }
@@ -37,17 +73,18 @@ int edit(const CommandLine& line) {
 int demonstrate(const CommandLine& line) {
     trimora::DemoPanels panels(line.demoFolder / "cut.png");
     trimora::Wiring program(panels);
-    program.shell().window().show();
+    program.show();
     return trimora::runDemo(program, panels, line.files.front(), line.demoFolder);
 }
 
 int runProgram(int& argc, char** argv, const CommandLine& line) {
     setUpToolkit(line.mode);
+    const std::string activationToken = trimora::platform::activationToken::ofThisStart();
     QApplication application(argc, argv);
     trimora::controls::applyAppStyle(application);
     if (line.mode == CommandLine::Mode::gallery)
         return trimora::runGallery();
-    return line.mode == CommandLine::Mode::demo ? demonstrate(line) : edit(line);
+    return line.mode == CommandLine::Mode::demo ? demonstrate(line) : edit(line, activationToken);
 }
 
 }  // namespace

@@ -2,7 +2,9 @@
 
 #include <QCoreApplication>
 #include <QRandomGenerator>
+#include <QUrl>
 
+#include "app/FirstPaint.h"
 #include "app/MessageLine.h"
 #include "editor/PictureFlows.h"
 #include "editor/RecentFiles.h"
@@ -19,8 +21,13 @@ constexpr int kPauses = 100'000;  // microseconds that pauses between looks at a
 
 Wiring::Wiring(ports::Panels& panels)
     : settings_(files::configHome() / "Trimora" / "trimora.ini"),
+      telemetrix_({queues_, clock_, scheduler_, notifications_, files::dataHome(), files::configHome()},
+                  TelemetrixWiring::Begin::afterFirstFrame),
+      workspace_(QDBusConnection::sessionBus()),
       shell_(shellServices()),
-      userNotifications_(shell_.messages()),
+      consent_({telemetrix_.consent(), [this] { return &shell_.window(); }, telemetrix_.privacyUrl()}),
+      userNotifications_(QDBusConnection::sessionBus(),
+                         [this](const auto& notification) { showNotification(notification); }),
       editor_(editorServices(panels)) {
     editor_.setToolbar(&shell_.windowController());
     shell_.setContent(editor_, &editor_.view(),
@@ -28,6 +35,22 @@ Wiring::Wiring(ports::Panels& panels)
                        .recentFiles = [this] { return editor_.recentFiles().files(); },
                        .openRecent = [this](const auto& file) { editor_.openFiles({file}); },
                        .clearRecent = [this] { editor_.recentFiles().clear(); }});
+}
+
+void Wiring::show() {
+    app::afterFirstPaint(shell_.window(), receiver_, [this] { telemetrix_.beginWork(); });
+    shell_.window().show();
+    telemetrix_.watchKeyWindow();
+}
+
+// Where the desktop has no place for notifications, the window has.
+void Wiring::showNotification(const ports::UserNotification& notification) {
+    const QUrl file(QString::fromStdString(notification.informativeText));
+    shell_.messages().offer(notification.subtitle + ": " + file.fileName().toStdString(),
+                            notification.actionTitle, [this, notification] {
+                                userNotifications_.activated(notification,
+                                                             ports::NotificationActivation::actionButton);
+                            });
 }
 
 bool Wiring::isBusy() {
@@ -40,10 +63,9 @@ app::MainInterface::Services Wiring::shellServices() {
             .application = {.mainQueue = mainQueue_,
                             .workspace = workspace_,
                             .quit = [] { QCoreApplication::quit(); },
-                            // The privacy component comes in here.
-                            .startConsent = [] {},
-                            .privacyUrl = [] { return std::string(); },
-                            .showUsageData = [] {}},
+                            .startConsent = [this] { consent_.start(); },
+                            .privacyUrl = [this] { return consent_.getPrivacyUrl(); },
+                            .showUsageData = [this] { consent_.showUsageData(); }},
             .place = {.read = [this] { return settings_.text(kWindowPlace).value_or(""); },
                       .write = [this](const std::string& place) { settings_.setText(kWindowPlace, place); }}};
 }

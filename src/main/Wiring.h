@@ -1,8 +1,10 @@
 #pragma once
 
+#include <QObject>
 #include <filesystem>
 #include <optional>
 
+#include "app/GDPRController.h"
 #include "app/MainInterface.h"
 #include "codecs/PictureFileDecoder.h"
 #include "codecs/PngEncoder.h"
@@ -11,7 +13,9 @@
 #include "foundation/NotificationCenter.h"
 #include "foundation/RealTime.h"
 #include "foundation/ThreadQueues.h"
-#include "main/PlainDesktop.h"
+#include "main/TelemetrixWiring.h"
+#include "platform/DBusNotifications.h"
+#include "platform/DesktopWorkspace.h"
 #include "platform/QtMainQueue.h"
 #include "platform/QtSettings.h"
 #include "util/ThreadFlow.h"
@@ -32,12 +36,16 @@ class Wiring {
     [[nodiscard]] app::MainInterface& shell() { return shell_; }
     [[nodiscard]] editor::ViewController& editor() { return editor_; }
 
+    /// Shows the window. What nobody is to wait for begins once it has been painted.
+    void show();
+
     /// Whether a file is being read or written.
     [[nodiscard]] bool isBusy();
 
  private:
     [[nodiscard]] std::filesystem::path claimHistoryFolder();
     [[nodiscard]] app::MainInterface::Services shellServices();
+    void showNotification(const ports::UserNotification& notification);
     [[nodiscard]] editor::ViewController::Services editorServices(ports::Panels& panels);
 
     platform::QtMainQueue mainQueue_;
@@ -50,11 +58,14 @@ class Wiring {
     foundation::NotificationCenter notifications_;
     util::ThreadFlowRegistry threadFlows_{queues_, scheduler_, clock_};
     platform::QtSettings settings_;
-    ToolkitWorkspace workspace_;
+    TelemetrixWiring telemetrix_;
+    platform::DesktopWorkspace workspace_;
     std::optional<files::OwnedFolder> history_;
     app::MainInterface shell_;
-    WindowNotifications userNotifications_;
+    app::GDPRController consent_;
+    platform::DBusNotifications userNotifications_;
     editor::ViewController editor_;
+    QObject receiver_;  // of what comes after the first picture of the window
 };
 
 }  // namespace trimora
