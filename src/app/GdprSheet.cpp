@@ -50,10 +50,13 @@ QLabel* makeTitle(const QString& text) {
 
 QString GdprSheet::whatIsRecorded() {
     return words(
-        "Trimora keeps a record on this machine of which of its buttons are pressed and when, how long it "
-        "is in use, its own version, and what kind of machine this is: model, system, language and time "
-        "zone. After a crash it adds where in the program that happened. It never records pictures, file "
-        "names or anything that you type.");
+        "Trimora keeps a record on this machine of which of its buttons are pressed and when, how long it is "
+        "in "
+        "use, its own version, and what kind of machine this is: model, system, language and time zone. "
+        "After a "
+        "crash it adds the error's message and its place in the program. Beyond that it never records "
+        "pictures, "
+        "file names or anything that you type.");
 }
 
 QString GdprSheet::hostOf(const std::string& destination) {

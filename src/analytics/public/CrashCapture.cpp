@@ -11,6 +11,7 @@
 #include <exception>
 #include <memory>
 #include <nlohmann/json.hpp>
+#include <string_view>
 #include <typeinfo>
 #include <utility>
 
@@ -67,6 +68,12 @@ std::string describeException() {
     }
 }
 
+/// Without the folders in which the program lies: they may bear a person's name.
+std::string_view withoutFolders(std::string_view symbol) {
+    const std::size_t slash = symbol.substr(0, symbol.find('(')).rfind('/');
+    return slash == std::string_view::npos ? symbol : symbol.substr(slash + 1);
+}
+
 std::string callStackSymbols() {
     std::array<void*, 64> frames = {};
     const int count = ::backtrace(frames.data(), static_cast<int>(frames.size()));
@@ -74,7 +81,7 @@ std::string callStackSymbols() {
                                                           std::free);
     std::string text;
     for (int i = 0; symbols && i < count; ++i)
-        text.append("\n").append(std::to_string(i)).append(" ").append(symbols.get()[i]);
+        text.append("\n").append(std::to_string(i)).append(" ").append(withoutFolders(symbols.get()[i]));
     return text;
 }
 

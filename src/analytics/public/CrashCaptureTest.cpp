@@ -35,6 +35,7 @@ namespace {
 using ::testing::ContainsRegex;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 using ::testing::SizeIs;
 using ::testing::StartsWith;
 
@@ -163,6 +164,8 @@ TEST_F(CrashCaptureTest, UncaughtExceptionIsRecordedInItsSessionByTheNextStart) 
     const auto traces = stackTracesAfterRestart();
     ASSERT_THAT(traces, SizeIs(1));
     EXPECT_THAT(traces[0], StartsWith("std::runtime_error: the \xEF\xBF\xBD picture\n0 "));
+    EXPECT_THAT(traces[0], ContainsRegex("\n[0-9]+ trimora_analytics_test"));
+    EXPECT_THAT(traces[0], Not(HasSubstr("/")));
     EXPECT_THAT(stackTracesAfterRestart(), SizeIs(1));  // not a second time
 }
 
