@@ -33,8 +33,9 @@ if(TRIMORA_PRECOMPILED)
   if(TRIMORA_QT)
     _trimora_precompiled(floor_qt LIBRARY HEADERS ${_standard_headers} ${_toolkit_headers} LIBRARIES Qt6::Widgets)
     if(TRIMORA_TESTS)
-      _trimora_precompiled(test_qt EXECUTABLE LIBRARIES GTest::gmock Qt6::Widgets Qt6::Test
-        HEADERS ${_standard_headers} ${_test_headers} ${_toolkit_headers} <QTest>)
+      # Without Qt6::Test, which tells every folder another macro: the compiler would refuse the headers there.
+      _trimora_precompiled(test_qt EXECUTABLE LIBRARIES GTest::gmock Qt6::Widgets
+        HEADERS ${_standard_headers} ${_test_headers} ${_toolkit_headers})
     endif()
   endif()
 endif()
