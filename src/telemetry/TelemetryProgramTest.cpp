@@ -34,7 +34,7 @@ class TelemetryProgramTest : public ::testing::Test {
     }
     /// Output and exit status of the program.
     static std::pair<std::string, int> program(const std::string& arguments) {
-        const std::string command = std::string(TRIMORA_TELEMETRY) + " " + arguments + " 2>&1";
+        const std::string command = TRIMORA_TELEMETRY " " + arguments + " 2>&1";
         std::FILE* const pipe = ::popen(command.c_str(), "r");
         std::string output;
         char part[512];
