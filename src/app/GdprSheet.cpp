@@ -40,7 +40,7 @@ QLabel* makeText(const QString& text, const QColor& colour) {
 QLabel* makeTitle(const QString& text) {
     QLabel* const title = makeText(text, palette::kText);
     QFont font = title->font();
-    font.setPointSizeF(metrics::kHintFont);
+    font.setPointSizeF(metrics::kQuestionFont);
     font.setBold(true);
     title->setFont(font);
     return title;

@@ -67,7 +67,8 @@ inline constexpr double kSheetCorner = 5;
 inline constexpr double kSheetEdge = 1;  ///< width of the light line round it
 inline constexpr int kAnswerWidth = 96;  ///< a button of that question
 
-inline constexpr double kSmallFont = 10.5;  ///< panels, buttons, status
+inline constexpr double kSmallFont = 10.5;   ///< panels, buttons, status
+inline constexpr double kQuestionFont = 13;  ///< what a sheet asks
 
 inline constexpr int kWindowWidth = 1200;  ///< of a new window
 inline constexpr int kWindowHeight = 800;
