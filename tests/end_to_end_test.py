@@ -37,22 +37,20 @@ class Editor:
         env = dict(desktop.env, HOME=home, XDG_DATA_HOME=os.path.join(home, "data"), XDG_RUNTIME_DIR=runtime)
         self.errors = open(os.path.join(FOLDER, "errors.txt"), "w+")
         self.process = desktop.start([PROGRAM, SAMPLE], env=env, stderr=self.errors)
-        self.window = desktop.window("sample.jpg")
+        self.window = desktop.window("Trimora")
         self.place_view(desktop.rest("opened"))
 
     def place_view(self, screen):
         x, y, width, height = self.desktop.geometry(self.window)
         panel = (14, 14, 14)
-        self.left = x + metric("kToolStripWidth")
+        self.left = x + metric("kToolPanelWidth")
         self.right = x + width - metric("kRightPanelWidth")
-        # From the view's middle up to the toolbar and down to the status line; each has a line of its own.
-        self.top = self.bottom = y + height // 2
+        # From the view's middle up to the toolbar, which has a line of its own, and down to the window's edge.
+        self.top = y + height // 2
         while screen.pixel(self.left + 3, self.top) != panel:
             self.top -= 1
-        while screen.pixel(self.left + 3, self.bottom) != panel:
-            self.bottom += 1
         self.top += 2
-        self.bottom -= 1
+        self.bottom = y + height
         picture = Image.read(SAMPLE)
         self.scale = min((self.right - self.left) / picture.width, (self.bottom - self.top) / picture.height)
         self.unit = self.scale * picture.width / 1000
@@ -160,6 +158,13 @@ def check_saved(target):
     assert changed >= 8, f"only {changed} places round the subject are blurred"
 
 
+def quit_without_saving(desktop):
+    """The work has been saved, but Save stays on, so the program asks."""
+    desktop.do("key", "ctrl+q")
+    desktop.rest("asked")
+    desktop.do("key", "Tab", "key", "Tab", "key", "space")
+
+
 def main():
     shutil.rmtree(FOLDER, ignore_errors=True)
     os.makedirs(FOLDER)
@@ -173,7 +178,7 @@ def main():
         target = os.path.join(home, "my cut.png")
         save(desktop, editor, target)
         check_saved(target)
-        desktop.do("key", "ctrl+q")
+        quit_without_saving(desktop)
         assert wait_for("the program to end", lambda: editor.process.poll() is not None)
         assert editor.process.returncode == 0, editor.process.returncode
         editor.errors.seek(0)

@@ -4,7 +4,6 @@
 namespace trimora::controls::metrics {
 
 inline constexpr int kToolbarHeight = 52;
-inline constexpr int kToolStripWidth = 64;    ///< Hand, Brush, Restore and the brush size
 inline constexpr int kRightPanelWidth = 168;  ///< background modes and colour
 
 inline constexpr int kToolPanelWidth = 224;     ///< the editor's tool strip: three tools and a size box
