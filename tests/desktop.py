@@ -158,9 +158,13 @@ class Desktop:
         return found
 
     def geometry(self, window):
-        lines = self.do("getwindowgeometry", "--shell", window).split()
-        values = dict(line.split("=") for line in lines)
-        return tuple(int(values[key]) for key in ("X", "Y", "WIDTH", "HEIGHT"))
+        """Where the window's content is: left, top, width and height. Its own place is asked for by way of the
+        pointer, as the tool counts a frame twice that the window manager has put round it."""
+        def values(*words):
+            return dict(line.split("=") for line in self.do(*words).split())
+        size = values("getwindowgeometry", "--shell", window)
+        place = values("mousemove", "--window", window, 0, 0, "getmouselocation", "--shell")
+        return int(place["X"]), int(place["Y"]), int(size["WIDTH"]), int(size["HEIGHT"])
 
     def look(self, name=None):
         """What the screen shows now. With a name the picture is left in the folder, numbered."""

@@ -1,0 +1,370 @@
+#!/usr/bin/env python3
+"""Drives the gallery of controls in a real window, with real mouse, wheel and key events, and holds what
+the controls report and show against it.   gallery_test.py PROGRAM FOLDER [TEST...]"""
+
+import os
+import shutil
+import sys
+import time
+import unittest
+
+from desktop import Desktop, wait_for
+
+PROGRAM, FOLDER = sys.argv[1:3]
+
+BUTTON = "KrugButton, rest"
+SLIDER = "ViewWithSliderTextField, rest"
+OWN_SLIDER = "ViewWithSliderTextField, least"  # where no other test's preview is still to be hidden
+UPRIGHT = "SliderVertical, rest"
+PICKER = "ColorPickerView, rest"
+TILE = "SelectableView, rest"
+PANEL = "CustomViewWithButton, rest"
+SAVE = "ButtonSaveAppearance, rest"
+OPEN = "ButtonOpenAppereance, rest"
+HALF_DISC = "PolukrugButton, rest"
+
+# Where the parts of a control lie in it, as shares of its width and height from the upper left corner.
+MIDDLE = (0.5, 0.5)
+CORNER = (0.04, 0.04)
+LINE = 0.5  # of the slider
+FIELD = (0.85, 0.5)
+HUES, SHADES, TEXT, EYEDROPPER = (0.06, 0.4), (0.5, 0.4), (0.4, 0.92), (0.92, 0.92)
+
+LEFT = "notification: rk.cutView.needsCursorUpdate"
+
+
+class Gallery:
+    """The gallery's window: what it has said, and where its controls are."""
+
+    def __init__(self, desktop):
+        self.desktop = desktop
+        self.spoken = os.path.join(FOLDER, "reports.txt")
+        self.errors = os.path.join(FOLDER, "errors.txt")
+        with open(self.spoken, "w") as out, open(self.errors, "w") as errors:
+            runtime = os.path.join(FOLDER, "runtime")
+            os.mkdir(runtime, 0o700)
+            self.process = desktop.start([PROGRAM, "--gallery"], stdout=out, stderr=errors,
+                                         env=dict(desktop.env, XDG_RUNTIME_DIR=runtime))
+        window = desktop.window("Controls")
+        wait_for("the gallery to be ready", lambda: "ready" in self.lines())
+        self.left, self.top = desktop.geometry(window)[:2]
+        self.places = {}
+        for line in self.lines():
+            if line.startswith("place: "):
+                x, y, width, height, name = line.split(" ", 5)[1:]
+                self.places[name] = tuple(map(int, (x, y, width, height)))
+        desktop.look("gallery")
+
+    def lines(self):
+        with open(self.spoken) as file:
+            return file.read().split("\n")[:-1]
+
+    def at(self, name, share=MIDDLE):
+        """Screen pixel of a place in a control."""
+        x, y, width, height = self.places[name]
+        return round(self.left + x + width * share[0]), round(self.top + y + height * share[1])
+
+    def shown(self, name):
+        """What the screen shows of a control now."""
+        x, y, width, height = self.places[name]
+        return self.desktop.look().crop(self.left + x, self.top + y, width, height)
+
+
+class GalleryTest(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        shutil.rmtree(FOLDER, ignore_errors=True)
+        os.makedirs(FOLDER)
+        cls.desktop = cls.enterClassContext(Desktop(FOLDER, 2000, 800))
+        cls.gallery = Gallery(cls.desktop)
+
+    def setUp(self):
+        self.begin()
+
+    def begin(self):
+        """From here on, what was done before is reported no more."""
+        self.move_out()
+        self.mark = len(self.gallery.lines())
+        self.fence()
+        self.mark = len(self.gallery.lines())
+
+    def tearDown(self):
+        self.assertIsNone(self.gallery.process.poll(), "the gallery has ended")
+        with open(self.gallery.errors) as errors:
+            self.assertEqual(errors.read(), "")
+
+    def do(self, *words):
+        self.desktop.do(*words)
+
+    def move_out(self):
+        self.do("mousemove", self.gallery.left + 3, self.gallery.top + 3)
+
+    def move_to(self, name, share=MIDDLE):
+        self.do("mousemove", *self.gallery.at(name, share))
+
+    def click(self, name, share=MIDDLE, button=1):
+        self.do("mousemove", *self.gallery.at(name, share), "click", button)
+
+    def reports(self, of=None):
+        """What was reported in this test so far: all, or what follows a control's name."""
+        lines = self.gallery.lines()[self.mark:]
+        return [line[len(of) + 2:] for line in lines if line.startswith(of + ": ")] if of else lines
+
+    def wait_for_report(self, line):
+        wait_for(f"the report '{line}' after {self.reports()}", lambda: line in self.reports())
+
+    def fence(self):
+        """Returns when everything done before has been reported: a later click, on another tile, has been."""
+        later = "SelectableView, selected"
+        count = len(self.reports(later))
+        self.click(later)
+        wait_for("a later click", lambda: len(self.reports(later)) > count)
+
+    def wait_until_shown(self, name, what, like):
+        wait_for(f"{name} to look {what}", lambda: like(self.gallery.shown(name)))
+
+    def type_number(self, text, slider=SLIDER):
+        """Types over what the slider's field holds, and commits it."""
+        self.click(slider, FIELD)
+        self.do("key", "ctrl+a", "type", text)
+        self.do("key", "Return")
+
+    # Buttons
+
+    def test_button_grows_under_the_pointer_and_shrinks_when_it_leaves(self):
+        rest = self.gallery.shown(BUTTON)
+        self.move_to(BUTTON)
+        self.wait_until_shown(BUTTON, "grown", lambda shown: shown != rest)
+        self.move_out()
+        self.wait_for_report(LEFT)
+        self.wait_until_shown(BUTTON, "as before", lambda shown: shown == rest)
+
+    def test_leaving_any_button_restores_the_brush_cursor(self):
+        for name in self.gallery.places:
+            if "Button" in name and name.endswith(", rest"):
+                self.begin()
+                self.move_to(name)
+                self.move_out()
+                self.wait_for_report(LEFT)
+
+    def test_click_in_the_circle_fires(self):
+        self.click(BUTTON)
+        self.wait_for_report(f"{BUTTON}: clicked")
+
+    def test_click_in_a_corner_of_the_square_does_nothing(self):
+        self.click(BUTTON, CORNER)
+        self.click(HALF_DISC, (0.04, 0.96))
+        self.fence()
+        self.assertNotIn("clicked", self.reports(BUTTON) + self.reports(HALF_DISC))
+
+    def test_half_disc_fires_inside_its_shape(self):
+        self.click(HALF_DISC, (0.5, 0.3))
+        self.wait_for_report(f"{HALF_DISC}: clicked")
+
+    def test_release_outside_does_not_fire(self):
+        self.do("mousemove", *self.gallery.at(BUTTON), "mousedown", 1,
+                "mousemove", *self.gallery.at(BUTTON, (2, 2)), "mouseup", 1)
+        self.fence()
+        self.assertNotIn("clicked", self.reports(BUTTON))
+
+    def test_held_button_looks_pressed(self):
+        name = "TopBarButton, image, rest"
+        rest = self.gallery.shown(name)
+        self.move_to(name)
+        self.wait_until_shown(name, "touched", lambda shown: shown != rest)
+        touched = self.gallery.shown(name)
+        self.do("mousedown", 1)
+        self.wait_until_shown(name, "held", lambda shown: shown not in (rest, touched))
+        self.do("mouseup", 1)
+        self.wait_for_report(f"{name}: clicked")
+
+    def test_disabled_button_does_nothing(self):
+        self.click("KrugButton, disabled")
+        self.click("ButtonSaveAppearance, disabled")
+        self.fence()
+        self.assertEqual(self.reports("KrugButton, disabled") + self.reports("ButtonSaveAppearance, disabled"), [])
+
+    def test_resting_on_a_tool_opens_its_menu_and_moving_restarts_the_wait(self):
+        self.move_to(BUTTON)
+        began = time.monotonic()
+        self.move_to(BUTTON, (0.45, 0.5))
+        self.wait_for_report(f"{BUTTON}: menu")
+        self.assertGreaterEqual(time.monotonic() - began, 1.5)
+
+    def test_right_button_opens_the_menu_at_once_in_the_circle_only(self):
+        self.click(BUTTON, CORNER, button=3)
+        self.fence()
+        self.assertNotIn("menu", self.reports(BUTTON))
+        self.click(BUTTON, button=3)
+        self.wait_for_report(f"{BUTTON}: menu")
+
+    def test_calls_to_action_post_for_a_press_that_starts_and_ends_inside(self):
+        for name, notification in ((SAVE, "savePictureWithHelpNotification"),
+                                   (OPEN, "openPictureWithHelpNotification")):
+            outside = self.gallery.at(name, (0.5, 1.4))
+            self.do("mousemove", *self.gallery.at(name), "mousedown", 1, "mousemove", *outside, "mouseup", 1)
+            self.do("mousemove", *outside, "mousedown", 1, "mousemove", *self.gallery.at(name), "mouseup", 1)
+            self.fence()
+            self.assertNotIn(f"notification: {notification}", self.reports())
+            self.click(name)
+            self.wait_for_report(f"notification: {notification}")
+
+    def test_click_turns_a_tile_over(self):
+        self.click(TILE)
+        self.wait_for_report(f"{TILE}: selected")
+        self.click(TILE)
+        self.wait_for_report(f"{TILE}: not selected")
+
+    def test_drag_moves_the_panel_by_what_the_pointer_moves(self):
+        x, y = self.gallery.at(PANEL, (0.06, 0.5))
+        before = self.gallery.shown(PANEL)
+        self.do("mousemove", x, y, "mousedown", 1, "mousemove", x - 9, y + 2, "mousemove", x - 15, y + 4,
+                "mouseup", 1)
+        self.wait_for_report(f"{PANEL}: moved")
+        left, top, width, height = self.gallery.places[PANEL]
+        self.gallery.places[PANEL] = (left - 15, top + 4, width, height)
+        self.move_out()
+        self.wait_until_shown(PANEL, "the same at its new place", lambda shown: shown == before)
+
+    # Slider with field
+
+    def test_drag_of_the_knob_reports_on_the_way_and_hides_the_preview_at_its_end(self):
+        self.do("mousemove", *self.gallery.at(OWN_SLIDER, (0.25, LINE)), "mousedown", 1)
+        for share in (0.3, 0.35, 0.4):
+            count = len(self.reports(OWN_SLIDER))
+            self.move_to(OWN_SLIDER, (share, LINE))
+            wait_for("a report of the drag", lambda: len(self.reports(OWN_SLIDER)) > count)
+        values = [float(report.split()[1]) for report in self.reports(OWN_SLIDER)]
+        self.assertEqual(values, sorted(values))
+        self.assertNotIn("hide preview", self.reports(OWN_SLIDER))
+        self.do("mouseup", 1)
+        self.wait_for_report(f"{OWN_SLIDER}: hide preview")
+
+    def test_wheel_steps_the_slider(self):
+        self.type_number("50")
+        self.wait_for_report(f"{SLIDER}: value 50")
+        self.click(SLIDER, (0.35, LINE), button=4)
+        self.wait_for_report(f"{SLIDER}: value 53")
+        self.do("click", 5)
+        wait_for("the way back", lambda: self.reports(SLIDER).count("value 50") == 2)
+
+    def test_typed_numbers_are_clamped_and_fractions_are_rounded(self):
+        for typed, value in (("250", 100), ("0", 1), ("12,7", 13), ("45", 45)):
+            self.type_number(typed)
+            self.wait_for_report(f"{SLIDER}: value {value}")
+
+    def test_text_that_ends_in_a_separator_is_not_committed(self):
+        self.type_number("20")
+        self.wait_for_report(f"{SLIDER}: value 20")
+        self.type_number("12.")
+        self.do("key", "Escape")
+        self.type_number("30")
+        self.wait_for_report(f"{SLIDER}: value 30")
+        self.assertEqual([report for report in self.reports(SLIDER) if report != "hide preview"],
+                         ["value 20", "value 30"])
+
+    def test_committed_number_hides_the_preview_a_moment_later(self):
+        began = time.monotonic()
+        self.type_number("33", OWN_SLIDER)
+        self.wait_for_report(f"{OWN_SLIDER}: hide preview")
+        self.assertGreaterEqual(time.monotonic() - began, 1.2)
+
+    def test_keys_step_the_slider_once_return_gave_it_the_keyboard(self):
+        self.type_number("50")
+        self.wait_for_report(f"{SLIDER}: value 50")
+        for key, value in (("Right", 51), ("Up", 52), ("Left", 51), ("Prior", 61), ("Next", 51), ("Home", 1),
+                           ("End", 100)):
+            self.do("key", key)
+            self.wait_for_report(f"{SLIDER}: value {value}")
+
+    def test_upright_slider_follows_the_pointer_upwards(self):
+        self.click(UPRIGHT, (0.5, 0.8))
+        wait_for("a low value", lambda: self.reports(UPRIGHT))
+        self.click(UPRIGHT, (0.5, 0.2))
+        values = wait_for("both values", lambda: [report for report in self.reports(UPRIGHT) if "value" in report][1:])
+        self.assertGreater(float(values[-1].split()[1]), 50)
+
+    # Colour picker
+
+    def test_press_reports_a_colour_and_a_drag_only_where_it_begins_and_ends(self):
+        x, y = self.gallery.at(PICKER, SHADES)
+        self.do("mousemove", x, y, "mousedown", 1)
+        wait_for("the press", lambda: self.reports(PICKER))
+        self.do("mousemove", x + 5, y + 5, "mousemove", x + 10, y + 10, "mousemove", x - 20, y + 20, "mouseup", 1)
+        wait_for("the end", lambda: len(self.reports(PICKER)) > 1)
+        self.fence()
+        self.assertEqual(len(self.reports(PICKER)), 2)
+        self.assertNotEqual(*self.reports(PICKER))
+
+    def test_hue_press_reports_the_shade_of_the_hue_before(self):
+        self.click(PICKER, SHADES)
+        wait_for("the shade", lambda: self.reports(PICKER))
+        shade = self.reports(PICKER)[-1]
+        self.click(PICKER, (HUES[0], 0.2))
+        wait_for("the hue", lambda: len(self.reports(PICKER)) == 2)
+        self.assertEqual(self.reports(PICKER)[-1], shade)
+        self.click(PICKER, SHADES)
+        wait_for("the shade of the new hue", lambda: len(self.reports(PICKER)) == 3)
+        self.assertNotEqual(self.reports(PICKER)[-1], shade)
+
+    def test_colour_is_typed_and_taken_from_the_picture(self):
+        self.click(PICKER, TEXT)
+        self.do("key", "ctrl+a", "type", "#00ff80")
+        self.do("key", "Return")
+        self.wait_for_report(f"{PICKER}: colour #00FF80")
+        self.click(PICKER, EYEDROPPER)
+        self.wait_for_report(f"{PICKER}: colour #0080FF")
+
+    def test_arrow_keys_move_the_markers(self):
+        self.click(PICKER, SHADES)
+        wait_for("the press", lambda: self.reports(PICKER))
+        self.click(PICKER, TEXT)
+        self.do("key", "shift+Tab")
+        self.wait_for_report(f"keyboard: {PICKER} / Shade")
+        for key in ("shift+Left", "Up"):
+            count = len(self.reports(PICKER))
+            self.do("key", key)
+            wait_for("a colour", lambda: len(self.reports(PICKER)) > count)
+
+    # Keyboard
+
+    def test_tab_reaches_every_enabled_control_and_each_shows_it(self):
+        reached = []
+        before = self.desktop.look()
+        while True:
+            self.do("key", "Tab")
+            count = len(reached) + 1
+            wait_for("the keyboard to move on", lambda: len(self.reports("keyboard")) >= count)
+            now = self.reports("keyboard")[count - 1]
+            if now in reached:
+                self.assertEqual(now, reached[0], "Tab goes round")
+                break
+            reached.append(now)
+            name = now.split(" / ")[0]
+            x, y, width, height = self.gallery.places[name]
+            frame = (self.gallery.left + x, self.gallery.top + y, width, height)
+            old = before.crop(*frame)
+            self.wait_until_shown(name, "reached", lambda shown: shown != old)
+            before = self.desktop.look(f"keyboard-{count}" if count % 12 == 1 else None)
+        expected = {name for name in self.gallery.places
+                    if not name.endswith(", disabled") and not name.startswith(("ColorableView", "Text cell"))}
+        self.assertEqual({now.split(" / ")[0] for now in reached}, expected)
+        parts = [now.split(" / ")[1] for now in reached if now.startswith(f"{PICKER} / ")]
+        self.assertEqual(parts[:3], ["Hue", "Shade", "Colour as #RRGGBB"])
+
+    def test_space_and_return_click_the_button_that_tab_reached(self):
+        self.click(PICKER, TEXT)  # the keyboard is somewhere
+        while BUTTON not in self.reports("keyboard"):
+            count = len(self.reports("keyboard"))
+            self.do("key", "Tab")
+            wait_for("the keyboard to move on", lambda: len(self.reports("keyboard")) > count)
+        self.do("key", "space")
+        self.wait_for_report(f"{BUTTON}: clicked")
+        self.do("key", "Return")
+        wait_for("the second click", lambda: self.reports(BUTTON).count("clicked") == 2)
+        self.do("key", "Menu")
+        self.wait_for_report(f"{BUTTON}: menu")
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1] + sys.argv[3:], verbosity=2)
