@@ -284,6 +284,15 @@ class GalleryTest(unittest.TestCase):
         values = wait_for("both values", lambda: [report for report in self.reports(UPRIGHT) if "value" in report][1:])
         self.assertGreater(float(values[-1].split()[1]), 50)
 
+    def test_every_step_of_a_fast_drag_is_reported(self):
+        x, y = self.gallery.at(UPRIGHT, (0.5, 0.75))
+        steps = 30
+        chain = [word for step in range(1, steps + 1) for word in ("mousemove", x, y - step)]
+        self.do("mousemove", x, y, "mousedown", 1, *chain, "mouseup", 1)
+        self.fence()
+        values = [report for report in self.reports(UPRIGHT) if "value" in report]
+        self.assertEqual(len(values), 1 + steps)
+
     # Colour picker
 
     def test_press_reports_a_colour_and_a_drag_only_where_it_begins_and_ends(self):

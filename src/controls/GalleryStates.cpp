@@ -15,8 +15,8 @@
 namespace trimora::controls {
 namespace {
 
-constexpr float kLeast = 1;
-constexpr float kMost = 100;
+constexpr int kLeast = 1;
+constexpr int kMost = 100;
 
 void leave(QWidget& /*control*/) {}
 
@@ -44,7 +44,7 @@ CustomSlider& sliderOf(QWidget& control) {
     return static_cast<ViewWithSliderTextField&>(control).sliderClass();
 }
 
-template <auto Value>
+template <int Value>
 void slideTo(QWidget& control) {
     static_cast<SliderVertical&>(control).setFloatValue(Value);
 }

@@ -19,11 +19,10 @@ namespace {
 
 using trimora::CommandLine;
 
-// Every sample of a stroke counts, and scale factors are taken as the screen has them.
+// Scale factors are taken as the screen has them.
 void setUpToolkit(CommandLine::Mode mode) {
     if (mode == CommandLine::Mode::demo)
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
     QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
     QCoreApplication::setApplicationName(QStringLiteral("Trimora"));
     QCoreApplication::setApplicationVersion(QStringLiteral(TRIMORA_VERSION));
@@ -81,6 +80,8 @@ int runProgram(int& argc, char** argv, const CommandLine& line) {
     setUpToolkit(line.mode);
     const std::string activationToken = trimora::platform::activationToken::ofThisStart();
     QApplication application(argc, argv);
+    // Every sample of a stroke counts. Not sooner: the X11 platform sets this when it starts.
+    QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
     trimora::controls::applyAppStyle(application);
     if (line.mode == CommandLine::Mode::gallery)
         return trimora::runGallery();
