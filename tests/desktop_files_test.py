@@ -32,6 +32,7 @@ INSTALLED = {
     "share/man/man1/trimora-telemetry.1.gz",
     "share/man/man1/trimora.1.gz",
     f"share/metainfo/{ID}.metainfo.xml",
+    "share/trimora/privacy.md",
 }
 
 

@@ -91,8 +91,9 @@ TEST_F(EditorInShellTest, ToolsAndBackgroundsOfTheMenusReachTheCutViewAndAreChec
 
 TEST_F(EditorInShellTest, TheEditorAnswersToEveryRowThatIsSentToIt) {
     for (const MenuRow& row : menuRows()) {
-        if (row.receiver == Receiver::editor)
+        if (row.receiver == Receiver::editor) {
             EXPECT_TRUE(controller_->respondsToSelector(row.selector)) << row.selector;
+        }
     }
 }
 

@@ -23,6 +23,8 @@ Result<CommandLine> CommandLine::parse(std::span<const char* const> words) {
         } else if (word == "--version") {
             line.mode = Mode::version;
             return line;
+        } else if (word == "--new") {
+            line.isNew = true;
         } else if (word == "--gallery") {
             line.mode = Mode::gallery;
         } else if (word == "--demo" && i + 1 < words.size()) {
@@ -41,6 +43,7 @@ const char* CommandLine::help() {
     return "Cuts a subject out of a picture.\n"
            "\n"
            "  trimora [FILE...]               opens the first of the files that is a picture\n"
+           "  trimora --new                   begins with an empty editor\n"
            "  trimora --demo FOLDER PICTURE   cuts the picture by itself, without a display, and leaves\n"
            "                                  FOLDER/cut.png and FOLDER/screenshot.png\n"
            "  trimora --gallery               shows every control in every state, and prints what they "

@@ -28,6 +28,14 @@ TEST(CommandLine, ADemoTakesAFolderAndOnePicture) {
     EXPECT_FALSE(CommandLine::parse(Words{"--demo", "out", "a.png", "b.png"}));
 }
 
+TEST(CommandLine, NewIsForAnEditor) {
+    const auto line = CommandLine::parse(Words{"--new"});
+    ASSERT_TRUE(line);
+    EXPECT_EQ(line->mode, CommandLine::Mode::edit);
+    EXPECT_TRUE(line->isNew);
+    EXPECT_FALSE(CommandLine::parse(Words{"a.png"})->isNew);
+}
+
 TEST(CommandLine, TheGalleryIsAModeOfItsOwn) {
     EXPECT_EQ(CommandLine::parse(Words{"--gallery"})->mode, CommandLine::Mode::gallery);
 }

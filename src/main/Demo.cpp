@@ -10,6 +10,7 @@
 #include <string>
 
 #include "app/MessageLine.h"
+#include "controls/Metrics.h"
 #include "editor/CutViewWidget.h"
 #include "main/DemoStrokes.h"
 #include "main/Wiring.h"
@@ -89,6 +90,7 @@ int runDemo(Wiring& program, const DemoPanels& panels, const path& picture, cons
     const path screenshot = folder / "screenshot.png";
     std::filesystem::remove(panels.saveTo(), refused);
 
+    program.shell().window().resize(controls::metrics::kWindowWidth, controls::metrics::kWindowHeight);
     program.editor().draggingFilesComplete_needsWait({picture}, false);
     waitForFiles(program);
     if (program.editor().cutView().image() == nullptr)

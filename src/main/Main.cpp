@@ -32,10 +32,12 @@ void setUpToolkit(CommandLine::Mode mode) {
 using trimora::platform::LaunchRequest;
 using trimora::platform::SingleInstance;
 
+constexpr const char* kNew = "new";  // the launcher's action
+
 /// What a later start of the program wants of this one.
 void serve(trimora::Wiring& program, const LaunchRequest& request) {
     trimora::app::AppDelegate& delegate = program.shell().appDelegate();
-    if (request.action == "new")
+    if (request.action == kNew)
         delegate.new_pressed();
     delegate.applicationShouldHandleReopen_hasVisibleWindows(program.shell().window().isShown());
     trimora::platform::bringToFront(program.shell().window(), request.activationToken);
@@ -48,7 +50,8 @@ void fillTrayMenu(trimora::app::AppDelegate& delegate, QMenu& menu) {
 
 int edit(const CommandLine& line, const std::string& activationToken) {
     SingleInstance instance(SingleInstance::ofThisSession());
-    if (instance.launch({line.files, {}, activationToken}) == SingleInstance::Launch::handedOver)
+    if (instance.launch({line.files, line.isNew ? kNew : "", activationToken}) ==
+        SingleInstance::Launch::handedOver)
         return 0;
     trimora::platform::QtPanels panels;
     trimora::Wiring program(panels);
