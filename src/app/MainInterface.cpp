@@ -77,6 +77,7 @@ WindowController::Outlets MainInterface::fillToolbar() {
     WindowController::Outlets made;
     made.btnOpen = makeButton(context_, "open", "openPicture:", Label::symbolAndText);
     made.btnSave = makeButton(context_, "save", "save_pressed:", Label::symbolAndText);
+    made.btnSave->setEnabled(false);  // a picture that is named at the start comes before the first turn
     made.btnBack = makeButton(context_, "back", "undo_pressed:", Label::symbol);
     made.btnForward = makeButton(context_, "forward", "redo_pressed:", Label::symbol);
     made.btnRestoreImage = makeButton(context_, "restoreImage", "reset_pressed:", Label::symbolAndText);

@@ -8,6 +8,7 @@
 #include "main/CommandLine.h"
 #include "main/Demo.h"
 #include "main/Gallery.h"
+#include "main/TerminalLog.h"
 #include "main/Wiring.h"
 #include "platform/ActivationToken.h"
 #include "platform/QtPanels.h"
@@ -94,6 +95,7 @@ int runProgram(int& argc, char** argv, const CommandLine& line) {
 }  // namespace
 
 int main(int argc, char** argv) {
+    trimora::logToTerminal();
     const auto line = CommandLine::parse({argv + 1, argv + argc});
     if (!line) {
         std::fprintf(stderr, "trimora: %s; --help tells more\n", line.error().message.c_str());
