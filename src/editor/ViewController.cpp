@@ -155,7 +155,11 @@ void ViewController::connectScreen() {
 
 void ViewController::connectButtons() {
     const EditorOutlets& outlets = screen_->outlets();
-    const std::pair<QAbstractButton*, const char*> actions[] = {
+    struct Action {
+        QAbstractButton* button;
+        const char* selector;
+    };
+    const Action actions[] = {
         {outlets.btnHandNew, "hand_pressed_new:"},
         {outlets.btnEraserNew, "brush_pressed_new:"},
         {outlets.btnEraserHistoryNew, "invertBrush_pressed_new:"},
@@ -167,9 +171,9 @@ void ViewController::connectButtons() {
         {outlets.btnBlur2, "blur_pressed:"},
         {outlets.btnZoomToFit, "zoomToFit:"},
     };
-    for (const auto& [button, selector] : actions)
-        QObject::connect(button, &QAbstractButton::clicked, screen_,
-                         [this, button, selector] { performSelector(selector, std::any(button)); });
+    for (const Action& action : actions)
+        QObject::connect(action.button, &QAbstractButton::clicked, screen_,
+                         [this, action] { performSelector(action.selector, std::any(action.button)); });
     for (KrugButton* const button : {outlets.btnHandNew, outlets.btnEraserNew, outlets.btnEraserHistoryNew,
                                      outlets.btnBrush2, outlets.btnInvertBrush2, outlets.btnBlur2})
         button->onShowMenu = [this](KrugButton& sender) { showMenu_withEvent(&sender); };
