@@ -84,6 +84,7 @@ void ColorPickerView::setupNib() {
     hexField_->setMaxLength(7);
     hexField_->setAlignment(Qt::AlignCenter);
     hexField_->setFixedHeight(metrics::kColorField);
+    eyedropperButton_->setObjectName(QStringLiteral("eyedropper"));
     eyedropperButton_->setAccessibleName(tr("Take a colour from the picture"));
     eyedropperButton_->setToolTip(tr("Take a colour from the picture"));
     eyedropperButton_->setImage(QStringLiteral("eyedropper"));

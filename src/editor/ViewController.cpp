@@ -56,7 +56,8 @@ ViewController::Parts::Parts(ViewController& controller, EditorView& editorScree
              .workspace = controller.services_.workspace,
              .notifications = controller.services_.cutView.notifications},
             {screen, panels, modes, zoom, saveState,
-             [&controller] { controller.cutViewDidEndDraw(nullptr); }}) {}
+             [&controller] { controller.cutViewDidEndDraw(nullptr); }}),
+      eyedropper(*screen.outlets().viCut) {}
 
 ViewController::ViewController(const Services& services)
     : RuntimeObject(makeClass()),
@@ -140,6 +141,8 @@ void ViewController::connectScreen() {
     outlets.eraserSize->setSliderDelegate(this);
     outlets.invertSize->setSliderDelegate(this);
     outlets.colorPickerView->setColorDelegate(this);
+    outlets.colorPickerView->setEyedropper(
+        [this](PictureEyedropper::Taken taken) { parts_->eyedropper.start(std::move(taken)); });
     outlets.viCut->onOpenRequest([this] { performSelector("openPicture:"); });
     outlets.viCut->onBrushSwap([this] { parts_->tools.brushWasSwapped(); });
     outlets.viCut->onHistoryTrouble([this](const std::string& reason) {

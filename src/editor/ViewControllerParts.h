@@ -4,6 +4,7 @@
 #include "editor/DragView.h"
 #include "editor/EditorTools.h"
 #include "editor/InterfacePanels.h"
+#include "editor/PictureEyedropper.h"
 #include "editor/PictureFlows.h"
 #include "editor/SaveState.h"
 #include "editor/ViewController.h"
@@ -27,6 +28,7 @@ struct ViewController::Parts final : DragViewDelegate {
     ViewZoom zoom;
     SaveState saveState;
     PictureFlows flows;
+    PictureEyedropper eyedropper;
 };
 
 }  // namespace trimora::editor
