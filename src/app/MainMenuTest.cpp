@@ -208,13 +208,12 @@ TEST_F(MainMenuTest, RecentFilesAreListedAnewEachTimeAndOpened) {
     show();
     std::vector<path> files;
     std::vector<path> opened;
-    shell_->setContent(
-        *editor_,
-        editor_->widget = new editor::CutViewWidget({queues, time, notifications, home.path() / "other"}),
-        {.cutView = &editor_->view(),
-         .recentFiles = [&] { return files; },
-         .openRecent = [&](const path& file) { opened.push_back(file); },
-         .clearRecent = [&] { files.clear(); }});
+    editor_->widget = new editor::CutViewWidget({queues, time, notifications, home.path() / "other"});
+    shell_->setContent(*editor_, editor_->widget,
+                       {.cutView = &editor_->view(),
+                        .recentFiles = [&] { return files; },
+                        .openRecent = [&](const path& file) { opened.push_back(file); },
+                        .clearRecent = [&] { files.clear(); }});
     QMenu& recent = shell_->menu().recentMenu();
     look("File");
     EXPECT_FALSE(recent.isEnabled());
