@@ -64,9 +64,9 @@ class ManualQueueFactory final : public QueueFactory {
     class Tracked;
     friend class Tracked;
 
+    InlineWorkers workers_;  // before the queues, whose last tasks may still split their work
     ManualQueue main_{"main"};
     ManualQueue background_{"background"};
-    InlineWorkers workers_;
     std::vector<Tracked*> serial_;
 };
 

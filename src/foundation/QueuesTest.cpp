@@ -217,6 +217,18 @@ TEST(ManualQueueFactory, SingleQueuesMayBePumpedByThemselves) {
     EXPECT_EQ(factory.workers().width(), 1);
 }
 
+TEST(ManualQueueFactory, WorkLeftBehindMayStillBeSplitAndHandedOn) {
+    std::vector<int> seen;
+    {
+        ManualQueueFactory factory;
+        factory.backgroundQueue().async([&factory, &seen] {
+            factory.workers().run(2, [&seen](int part) { seen.push_back(part); });
+            factory.mainQueue().async([&seen] { seen.push_back(7); });
+        });
+    }
+    EXPECT_THAT(seen, ElementsAre(0, 1, 7));
+}
+
 TEST(ManualQueueFactory, QueueMayBeDroppedWhileTheOthersSettle) {
     ManualQueueFactory factory;
     auto dropped = factory.makeSerialQueue("dropped");
