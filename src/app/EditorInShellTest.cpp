@@ -35,8 +35,6 @@ class EditorInShellTest : public editor::EditorScreenTest {
                             .recentFiles = [this] { return controller_->recentFiles().files(); },
                             .openRecent = [this](const auto& file) { controller_->openFiles({file}); },
                             .clearRecent = {}});
-        shell_->window().orderFront();
-        rest();
     }
     void TearDown() override {
         controller_.reset();
@@ -44,7 +42,12 @@ class EditorInShellTest : public editor::EditorScreenTest {
         TelemetrixTest::TearDown();
     }
 
+    void show() {
+        shell_->window().orderFront();
+        rest();
+    }
     void openAndPaint() {
+        show();
         open({"/p/cat.png"});
         stroke();
     }
@@ -62,7 +65,15 @@ class EditorInShellTest : public editor::EditorScreenTest {
     int quits_ = 0;
 };
 
+TEST_F(EditorInShellTest, AFileThatTheProgramIsStartedWithIsOpenedUnasked) {
+    controller_->openFiles({"/p/cat.png"});  // before the window's first turn of the queue
+    EXPECT_THAT(panels_.alerts, IsEmpty());
+    show();
+    EXPECT_NE(view().image(), nullptr);
+}
+
 TEST_F(EditorInShellTest, AStrokeEnablesSaveUndoAndRestoreAndUndoTakesItBack) {
+    show();
     open({"/p/cat.png"});
     EXPECT_FALSE(item("save_pressed:").isEnabled());
     EXPECT_FALSE(item("undo_pressed:").isEnabled());
@@ -76,6 +87,7 @@ TEST_F(EditorInShellTest, AStrokeEnablesSaveUndoAndRestoreAndUndoTakesItBack) {
 }
 
 TEST_F(EditorInShellTest, ToolsAndBackgroundsOfTheMenusReachTheCutViewAndAreChecked) {
+    show();
     open({"/p/cat.png"});
     command("hand_pressed_new:");
     EXPECT_EQ(view().dragMode(), cutengine::DragMode::pan);
@@ -98,6 +110,7 @@ TEST_F(EditorInShellTest, TheEditorAnswersToEveryRowThatIsSentToIt) {
 }
 
 TEST_F(EditorInShellTest, QuitWithNothingDrawnEndsAtOnce) {
+    show();
     open({"/p/cat.png"});
     command("terminate:");
     EXPECT_EQ(quits_, 1);
