@@ -109,10 +109,8 @@ def zoom_and_pan(desktop, editor):
     zoomed = desktop.rest("zoomed")
     # A patch inside the chick, which is all picture, moves with the pointer to the pixel.
     x, y = eye
-    desktop.do("mousemove", x, y, "keydown", "space")
-    desktop.rest()
-    desktop.do("mousedown", 1, "mousemove", x + 20, y + 15, "mousemove", x + 60, y + 40, "mouseup", 1,
-               "keyup", "space")
+    desktop.do("mousemove", x, y, "keydown", "space", "mousedown", 1, "mousemove", x + 20, y + 15,
+               "mousemove", x + 60, y + 40, "mouseup", 1, "keyup", "space")
     wait_for("the pan to show", lambda: editor.view(desktop.look()) != editor.view(zoomed))
     panned = desktop.rest("panned")
     patch = zoomed.crop(x - 20, y - 20, 60, 60)
