@@ -65,8 +65,8 @@ class Image:
         return tuple(self.data[at:at + 3])
 
     def crop(self, x, y, width, height):
-        rows = [self.data[((y + row) * self.width + x) * 3:][:width * 3] for row in range(height)]
-        return Image(width, height, b"".join(rows))
+        starts = [((y + row) * self.width + x) * 3 for row in range(height)]
+        return Image(width, height, b"".join(self.data[start:start + width * 3] for start in starts))
 
     def __eq__(self, other):
         return (self.width, self.height, self.data) == (other.width, other.height, other.data)
@@ -138,10 +138,8 @@ class Desktop:
         return done.stdout if done.returncode == 0 else None
 
     def do(self, *words):
-        """The same, of commands that must not fail."""
-        said = self.ask(*words)
-        assert said is not None, f"xdotool {' '.join(map(str, words))} failed"
-        return said
+        """Runs a chain of commands that must not fail."""
+        assert self.ask(*words) is not None, f"xdotool {' '.join(map(str, words))} failed"
 
     def window_manager_runs(self):
         dead = [child.args[0] for child in self.children if self.gone(child)]
@@ -161,7 +159,7 @@ class Desktop:
         """Where the window's content is: left, top, width and height. Its own place is asked for by way of the
         pointer, as the tool counts a frame twice that the window manager has put round it."""
         def values(*words):
-            return dict(line.split("=") for line in self.do(*words).split())
+            return dict(line.split("=") for line in self.ask(*words).split())
         size = values("getwindowgeometry", "--shell", window)
         place = values("mousemove", "--window", window, 0, 0, "getmouselocation", "--shell")
         return int(place["X"]), int(place["Y"]), int(size["WIDTH"]), int(size["HEIGHT"])
