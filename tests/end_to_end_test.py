@@ -62,7 +62,9 @@ class Editor:
         return tuple(round(self.corner[i] + place[i] * self.unit) for i in (0, 1))
 
     def view(self, screen):
-        return screen.crop(self.left, self.top, self.right - self.left, self.bottom - self.top)
+        """The cut view, without the strip where messages come and go by themselves."""
+        messages = metric("kMessageHeight") + metric("kMessageDistance")
+        return screen.crop(self.left, self.top, self.right - self.left, self.bottom - self.top - messages)
 
     def stroke(self, places):
         chain = ["mousemove", *places[0], "mousedown", 1]
