@@ -51,6 +51,7 @@ class Editor:
             self.top -= 1
         self.top += 2
         self.bottom = y + height
+        self.messages = metric("kMessageHeight") + metric("kMessageDistance")
         picture = Image.read(SAMPLE)
         self.scale = min((self.right - self.left) / picture.width, (self.bottom - self.top) / picture.height)
         self.unit = self.scale * picture.width / 1000
@@ -63,8 +64,7 @@ class Editor:
 
     def view(self, screen):
         """The cut view, without the strip where messages come and go by themselves."""
-        messages = metric("kMessageHeight") + metric("kMessageDistance")
-        return screen.crop(self.left, self.top, self.right - self.left, self.bottom - self.top - messages)
+        return screen.crop(self.left, self.top, self.right - self.left, self.bottom - self.top - self.messages)
 
     def stroke(self, places):
         chain = ["mousemove", *places[0], "mousedown", 1]

@@ -38,10 +38,10 @@ constexpr const char* kNew = "new";  // the launcher's action
 /// What a later start of the program wants of this one.
 void serve(trimora::Wiring& program, const LaunchRequest& request) {
     trimora::app::AppDelegate& delegate = program.shell().appDelegate();
+    trimora::platform::activationToken::keep(request.activationToken);
     if (request.action == kNew)
         delegate.new_pressed();
     delegate.applicationShouldHandleReopen_hasVisibleWindows(program.shell().window().isShown());
-    trimora::platform::bringToFront(program.shell().window(), request.activationToken);
     program.editor().openFiles(request.files);
 }
 

@@ -14,6 +14,7 @@
 #include "analytics/session/TXAnalyticsConfig.h"
 #include "analytics/store/TXAnalyticsCoreDataManager.h"
 #include "host/CurlTransport.h"
+#include "platform/ApplicationId.h"
 
 namespace trimora {
 
@@ -22,15 +23,13 @@ using analytics::TXAnalyticsQueue;
 
 namespace {
 
-constexpr const char* kIdentifier = "org.trimora.Trimora";
-
 host::ProgramBundle::Information aboutThisProgram() {
     return {{"CFBundleDisplayName", "Trimora"},
             {"CFBundleName", "trimora"},
-            {"CFBundleIdentifier", kIdentifier},
+            {"CFBundleIdentifier", platform::kApplicationId},
             {"CFBundleVersion", TRIMORA_VERSION},
             {"CFBundleShortVersionString", TRIMORA_VERSION},
-            {"TelemetrixInnerId", kIdentifier}};
+            {"TelemetrixInnerId", platform::kApplicationId}};
 }
 
 std::string storeAsText(analytics::EventForm form) {
@@ -79,7 +78,7 @@ TelemetrixWiring::TelemetrixWiring(Services services, Begin begin)
     : services_(std::move(services)),
       defaults_(services_.configHome / "Trimora" / "usage.ini"),
       bundle_(aboutThisProgram()),
-      device_(kIdentifier, "Trimora/" TRIMORA_VERSION " (Linux)"),
+      device_(platform::kApplicationId, "Trimora/" TRIMORA_VERSION " (Linux)"),
       transport_(std::make_unique<OnDemandTransport>()),
       gate_(*transport_),
       consent_(defaults_, *this),

@@ -1,17 +1,14 @@
 #include "platform/ActivationToken.h"
 
-#include <QWidget>
+#include <QByteArray>
 
-namespace trimora::platform {
-
+namespace trimora::platform::activationToken {
 namespace {
 
 constexpr const char* kToken = "XDG_ACTIVATION_TOKEN";
 constexpr const char* kTokenOfX11 = "DESKTOP_STARTUP_ID";
 
 }  // namespace
-
-namespace activationToken {
 
 std::string ofThisStart() {
     const QByteArray token = qgetenv(kToken);
@@ -29,14 +26,4 @@ std::string take() {
     return token;
 }
 
-}  // namespace activationToken
-
-void bringToFront(QWidget& window, const std::string& token) {
-    activationToken::keep(token);
-    window.setWindowState(window.windowState() & ~Qt::WindowMinimized);
-    window.show();
-    window.raise();
-    window.activateWindow();
-}
-
-}  // namespace trimora::platform
+}  // namespace trimora::platform::activationToken

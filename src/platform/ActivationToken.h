@@ -2,8 +2,6 @@
 
 #include <string>
 
-class QWidget;
-
 /// The desktop's leave to bring one window to the front, where it keeps programs from doing that by
 /// themselves. A token comes with a launch or with a click on a notification, and is good for one use:
 /// by our own window, or by the program that is asked to show something next. Main thread only.
@@ -23,11 +21,3 @@ void keep(const std::string& token);
 [[nodiscard]] std::string take();
 
 }  // namespace trimora::platform::activationToken
-
-namespace trimora::platform {
-
-/// Shows the window where it is hidden or minimised and brings it to the front, with the leave that
-/// `token` gives (empty: as far as the desktop lets us).
-void bringToFront(QWidget& window, const std::string& token);
-
-}  // namespace trimora::platform

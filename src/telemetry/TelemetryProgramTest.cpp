@@ -8,30 +8,15 @@
 #include <utility>
 
 #include "analytics/Diagnostics.h"
-#include "analytics/store/ManagedObjectContext.h"
-#include "foundation/VirtualTime.h"
-#include "testing/CapturedLog.h"
-#include "testing/TemporaryFolder.h"
+#include "analytics/session/ReportedStoreForTests.h"
 
 namespace trimora::telemetry {
 namespace {
 
 using ::testing::HasSubstr;
 
-class TelemetryProgramTest : public ::testing::Test {
+class TelemetryProgramTest : public analytics::ReportedStoreTest {
  protected:
-    void SetUp() override {
-        analytics::StoreCoordinator coordinator(file, {}, clock);
-        analytics::ManagedObjectContext store(coordinator);
-        for (int status = 0; status < 4; ++status) {
-            analytics::TXSSID session{0, "S" + std::to_string(status), status, 1767268800.5, 0};
-            ASSERT_TRUE(store.save(session));
-        }
-        for (const char* body : {kFirst, kSecond, "not an event"}) {
-            analytics::TXEvent event{0, "S1", body};
-            ASSERT_TRUE(store.save(event));
-        }
-    }
     /// Output and exit status of the program.
     static std::pair<std::string, int> program(const std::string& arguments) {
         const std::string command = TRIMORA_TELEMETRY " " + arguments + " 2>&1";
@@ -43,16 +28,6 @@ class TelemetryProgramTest : public ::testing::Test {
         const int status = ::pclose(pipe);
         return {output, WEXITSTATUS(status)};
     }
-
-    static constexpr const char* kFirst =
-        R"({"app_id":"a","data":"{\"k\":1}","end_timed_event":false,"event":"cut.","timestamp":1767268800123})";
-    static constexpr const char* kSecond =
-        R"({"app_id":"a","data":"{}","end_timed_event":true,"event":"cut.","timestamp":1767268801000})";
-
-    testing::TemporaryFolder home;
-    std::filesystem::path file = home.path() / "telemetrix.db";
-    foundation::VirtualTime clock;
-    testing::CapturedLog log;
 };
 
 TEST_F(TelemetryProgramTest, ShowsTheStoreItIsGivenAndChangesNothing) {

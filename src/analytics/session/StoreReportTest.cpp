@@ -7,29 +7,15 @@
 #include <sstream>
 
 #include "analytics/Diagnostics.h"
-#include "foundation/VirtualTime.h"
-#include "testing/CapturedLog.h"
-#include "testing/TemporaryFolder.h"
+#include "analytics/session/ReportedStoreForTests.h"
 
 namespace trimora::analytics {
 namespace {
 
 using ::testing::HasSubstr;
 
-class StoreReportTest : public ::testing::Test {
+class StoreReportTest : public ReportedStoreTest {
  protected:
-    void SetUp() override {
-        StoreCoordinator coordinator(file, {}, clock);
-        ManagedObjectContext store(coordinator);
-        for (int status = 0; status < 4; ++status) {
-            TXSSID session{0, "S" + std::to_string(status), status, 1767268800.5, 0};
-            ASSERT_TRUE(store.save(session));
-        }
-        for (const char* body : {kFirst, kSecond, "not an event"}) {
-            TXEvent event{0, "S1", body};
-            ASSERT_TRUE(store.save(event));
-        }
-    }
     template <typename Print, typename... Arguments>
     std::string printed(Print print, const Arguments&... arguments) {
         StoreSettings settings;
@@ -40,15 +26,6 @@ class StoreReportTest : public ::testing::Test {
         const auto done = print(store, arguments..., out);
         return done ? out.str() : "error: " + done.error().message;
     }
-    static constexpr const char* kFirst =
-        R"({"app_id":"a","data":"{\"k\":1}","end_timed_event":false,"event":"cut.","timestamp":1767268800123})";
-    static constexpr const char* kSecond =
-        R"({"app_id":"a","data":"{}","end_timed_event":true,"event":"cut.","timestamp":1767268801000})";
-
-    testing::TemporaryFolder home;
-    std::filesystem::path file = home.path() / "telemetrix.db";
-    foundation::VirtualTime clock;
-    testing::CapturedLog log;
 };
 
 TEST_F(StoreReportTest, SessionsAreListedWithStatusTimeAndEvents) {
