@@ -3,7 +3,6 @@
 #include <fcntl.h>
 #include <unistd.h>
 
-#include <QGuiApplication>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -63,7 +62,6 @@ SessionEnd::SessionEnd(files::FileDescriptor readEnd, files::FileDescriptor writ
       end_(std::move(end)),
       notifier_(readEnd_.number(), QSocketNotifier::Read) {
     QObject::connect(&notifier_, &QSocketNotifier::activated, &notifier_, [this] { endOnce(); });
-    QObject::connect(qGuiApp, &QGuiApplication::commitDataRequest, &notifier_, [this] { endOnce(); });
     pipeToLoop = writeEnd_.number();
     takeSignals();
 }

@@ -9,8 +9,11 @@
 
 namespace trimora::platform {
 
-/// Ends the program in good order when the session does: at SIGTERM, SIGINT (Ctrl+C) and SIGHUP, and
-/// when the session manager asks every program to put its data away before a log-out.
+/// Ends the program in good order when the session does: at SIGTERM, SIGINT (Ctrl+C) and SIGHUP.
+///
+/// A session manager's log-out needs nothing here. Its first word, that data be put away, may be followed
+/// by the log-out's being cancelled, and the program goes on; its last word the toolkit turns into an end of
+/// the event loop.
 ///
 /// One object in a process. Made on the main thread, after the QApplication; when it goes, the signals
 /// mean what they meant before. A second signal while the program is still busy with its end kills it. One

@@ -60,17 +60,17 @@ TEST_P(SessionEndTest, ASignalThatIsIgnoredStaysSo) {
 
 INSTANTIATE_TEST_SUITE_P(Signals, SessionEndTest, ::testing::Values(SIGTERM, SIGINT, SIGHUP));
 
-TEST(SessionEnd, ALogOutEndsTheProgramOnceWhateverFollows) {
+TEST(SessionEnd, AskedToPutDataAwayTheProgramGoesOnAsTheLogOutMayBeCancelled) {
     int ended = 0;
     const auto sessionEnd = SessionEnd::create([&] { ++ended; });
     ASSERT_TRUE(sessionEnd);
     // Nobody looks at the signal's argument, of which the toolkit lets nobody make one.
     alignas(QSessionManager) std::array<std::byte, sizeof(QSessionManager)> noManager{};
     emit qGuiApp->commitDataRequest(reinterpret_cast<QSessionManager&>(noManager));
-    EXPECT_EQ(ended, 1);
-    ASSERT_EQ(std::raise(SIGTERM), 0);
     QCoreApplication::processEvents();
-    EXPECT_EQ(ended, 1);
+    EXPECT_EQ(ended, 0);
+    ASSERT_EQ(std::raise(SIGTERM), 0);
+    pumpUntil([&] { return ended > 0; });
 }
 
 }  // namespace
