@@ -136,6 +136,9 @@ void EditorView::layOutStage() {
     centre(right, area);
     right.move(area.width() - right.width() - rounded(constraints_.constrRightPanelTrailing2.constant()),
                right.y());
+    // One that is all out of sight takes no part: the keyboard is not to go where nobody sees it.
+    left.setVisible(left.x() > -left.width());
+    right.setVisible(right.x() < area.width());
 }
 
 void EditorView::layOutEmptyScreen() {

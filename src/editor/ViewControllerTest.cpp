@@ -101,6 +101,9 @@ TEST_F(ViewControllerTest, TheQuickPanelsAreHiddenAtTheFirstAppearanceAlone) {
     EXPECT_EQ(constraints().constrLeftPanelLeading2.constant(), -outlets().viLeftPanelVariant2->width());
     EXPECT_EQ(constraints().constrRightPanelTrailing2.constant(), -outlets().viRightPanelVariant2->width());
     EXPECT_LE(outlets().viLeftPanelVariant2->geometry().right(), 0);
+    // Nor does the keyboard go there.
+    EXPECT_FALSE(outlets().viLeftPanelVariant2->isVisible());
+    EXPECT_FALSE(outlets().viRightPanelVariant2->isVisible());
     send("showInterface");
     wait(1);
     screen().hide();
@@ -118,6 +121,8 @@ TEST_F(ViewControllerTest, PanelsAreCalledUpAndHideByTheirWidthOfThatMoment) {
     wait(0.5);
     EXPECT_EQ(constraints().constrLeftPanelLeading.constant(), 0);
     EXPECT_EQ(outlets().viLeftPanelVariant2->x(), 0);
+    EXPECT_TRUE(outlets().viLeftPanelVariant2->isVisible());
+    EXPECT_TRUE(outlets().viRightPanelVariant2->isVisible());
     EXPECT_EQ(outlets().viRightPanelVariant2->geometry().right(), cutWidget().width() - 1);
     outlets().viLeftPanelVariant2->resize(200, 100);
     send("hideInterface");
