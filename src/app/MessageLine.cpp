@@ -31,11 +31,11 @@ MessageLine::MessageLine(const controls::ControlContext& context, QWidget* paren
       label_(new QLabel(this)),
       button_(new QPushButton(this)) {
     setObjectName(QStringLiteral("messageLine"));
+    setAccessibleName(QCoreApplication::translate("MessageLine", "Message"));
     setCursor(Qt::ArrowCursor);
     setFixedHeight(metrics::kMessageHeight);
     label_->setObjectName(QStringLiteral("messageText"));
     label_->setTextFormat(Qt::PlainText);
-    label_->setAccessibleName(QCoreApplication::translate("MessageLine", "Message"));
     busy_->setFixedSize(metrics::kMessageWheel, metrics::kMessageWheel);
 
     button_->setObjectName(QStringLiteral("messageButton"));
@@ -84,6 +84,7 @@ QString MessageLine::text() const {
 void MessageLine::show(const std::string& line, Kind kind) {
     text_ = QString::fromStdString(line);
     label_->setToolTip(text_);
+    label_->setAccessibleName(text_);
     label_->setProperty("trouble", kind == Kind::trouble);
     label_->style()->polish(label_);
     busy_->setVisible(kind == Kind::progress);

@@ -93,6 +93,12 @@ TEST_F(MessageLineTest, TakesNoRoomAndNoKeyboard) {
     EXPECT_TRUE(editor_->widget->hasFocus());
 }
 
+TEST_F(MessageLineTest, AScreenReaderHearsAllOfIt) {
+    const std::string all = std::string(500, 'x') + ".png";
+    line().note(all);
+    EXPECT_EQ(line().findChild<QLabel*>()->accessibleName().toStdString(), all);
+}
+
 TEST_F(MessageLineTest, KeepsToTheLowerEdgeAndWithinTheWindow) {
     line().note(std::string(500, 'x') + ".png");
     const auto* const label = line().findChild<QLabel*>();
