@@ -28,7 +28,7 @@ void GDPRController::ask() {
     if (over == nullptr || sheet_ != nullptr || !services_.consent.isQuestionOpen())
         return;
     sheet_ =
-        new GdprSheet(*over, services_.consent.recording().destination().value_or(""),
+        new GdprSheet({*over, services_.top}, services_.consent.recording().destination().value_or(""),
                       [&consent = services_.consent](GdprConsent::Answer answer) { consent.give(answer); });
 }
 

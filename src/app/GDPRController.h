@@ -22,6 +22,7 @@ class GDPRController {
         GdprConsent& consent;            ///< outlives the controller
         std::function<QWidget*()> over;  ///< what the question lies on; null as long as there is no window
         std::string privacyUrl;
+        std::function<int()> top = {};  ///< how many points below its upper edge; none: 0
     };
 
     explicit GDPRController(Services services);

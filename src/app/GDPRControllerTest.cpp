@@ -178,6 +178,15 @@ TEST_F(GDPRControllerTest, SheetStaysInTheMiddleOfItsWindow) {
     EXPECT_GE(controller_.sheet()->height(), controller_.sheet()->heightForWidth(sheet.width()));
 }
 
+TEST_F(GDPRControllerTest, SheetHangsBelowWhatIsToStayInReach) {
+    GDPRController controller({consent_, [this] { return &window_; }, "", [] { return 77; }});
+    controller.start();
+    window_.show();
+    settle();
+    ASSERT_NE(controller.sheet(), nullptr);
+    EXPECT_EQ(controller.sheet()->y(), 77);
+}
+
 TEST_F(GDPRControllerTest, SheetNamesTheHostItWouldSendTo) {
     EXPECT_EQ(GdprSheet::hostOf("https://usage.example.org/stat/4"), "usage.example.org");
     EXPECT_EQ(GdprSheet::hostOf("somewhere"), "somewhere");

@@ -5,6 +5,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QPainter>
 #include <QPushButton>
 #include <QUrl>
 #include <QVBoxLayout>
@@ -13,6 +14,7 @@
 
 #include "controls/Metrics.h"
 #include "controls/Palette.h"
+#include "controls/Sheet.h"
 
 namespace trimora::app {
 
@@ -65,18 +67,14 @@ QString GdprSheet::hostOf(const std::string& destination) {
     return host.isEmpty() ? address : host;
 }
 
-GdprSheet::GdprSheet(QWidget& under, const std::string& destination,
+GdprSheet::GdprSheet(const Place& place, const std::string& destination,
                      std::function<void(GdprConsent::Answer)> answered)
-    : QFrame(&under),
+    : QWidget(&place.over),
+      top_(place.top),
       answered_(std::move(answered)),
       yes_(makeButton(words("Yes, send it"), GdprConsent::Answer::yes)),
       no_(makeButton(words("No, record nothing"), GdprConsent::Answer::no)) {
     setObjectName(QStringLiteral("gdprSheet"));
-    setFrameShape(QFrame::StyledPanel);
-    setAutoFillBackground(true);
-    QPalette colours = QFrame::palette();
-    colours.setColor(QPalette::Window, palette::kRaised);
-    setPalette(colours);
     setFocusPolicy(Qt::StrongFocus);
 
     const QString question = words("May Trimora send usage data?");
@@ -102,8 +100,8 @@ GdprSheet::GdprSheet(QWidget& under, const std::string& destination,
         makeText(words("Escape puts the question off until the next start. You can see the record and "
                        "change your answer at any time: Help > Usage data…"),
                  palette::kSecondaryText));
-    under.installEventFilter(this);
-    place();
+    place.over.installEventFilter(this);
+    hang();
     show();
     raise();
     setFocus(Qt::OtherFocusReason);
@@ -126,23 +124,28 @@ QPushButton* GdprSheet::makeButton(const QString& text, GdprConsent::Answer answ
 
 bool GdprSheet::eventFilter(QObject* watched, QEvent* event) {
     if (watched == parent() && event->type() == QEvent::Resize)
-        place();
-    return QFrame::eventFilter(watched, event);
+        hang();
+    return QWidget::eventFilter(watched, event);
 }
 
 void GdprSheet::keyPressEvent(QKeyEvent* event) {
     if (event->key() != Qt::Key_Escape) {
-        QFrame::keyPressEvent(event);
+        QWidget::keyPressEvent(event);
         return;
     }
     hide();
     deleteLater();
 }
 
-void GdprSheet::place() {
+void GdprSheet::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    controls::paintSheet(painter, rect(), controls::SheetCorners::lower);
+}
+
+void GdprSheet::hang() {
     const int available = parentWidget()->width() - 2 * metrics::kGap;
     const int width = std::min(kSheetWidth, available);
-    setGeometry((parentWidget()->width() - width) / 2, metrics::kGap, width, heightForWidth(width));
+    setGeometry((parentWidget()->width() - width) / 2, top_ ? top_() : 0, width, heightForWidth(width));
 }
 
 }  // namespace trimora::app

@@ -42,6 +42,7 @@ QString shortcutTable() {
         menu = row.menu;
         columns[right] += line(keys.join(QStringLiteral(", ")), plainTextOf(row));
     }
+    columns[1] += line(QStringLiteral("F10"), words("Open the menus"));
     columns[1] += heading(words("Mouse"));
     columns[1] += line(words("Space held"), words("Move the picture"));
     columns[1] += line(words("Wheel"), words("Zoom at the pointer"));
@@ -55,6 +56,8 @@ QString shortcutTable() {
 void openPage(QWidget& window, const QString& title, const QString& text, const QPixmap& picture = {}) {
     auto* const page = new QMessageBox(QMessageBox::NoIcon, title, text, QMessageBox::Close, &window);
     page->setAttribute(Qt::WA_DeleteOnClose);
+    page->setWindowFlag(Qt::FramelessWindowHint);
+    page->setAttribute(Qt::WA_TranslucentBackground);
     page->setTextFormat(Qt::RichText);
     page->setIconPixmap(picture);
     page->open();
@@ -63,7 +66,8 @@ void openPage(QWidget& window, const QString& title, const QString& text, const 
 }  // namespace
 
 void showShortcutPage(QWidget& window) {
-    openPage(window, words("Keyboard shortcuts"), shortcutTable());
+    const QString title = words("Keyboard shortcuts");
+    openPage(window, title, QStringLiteral("<b>%1</b>%2").arg(title.toHtmlEscaped(), shortcutTable()));
 }
 
 void showAboutPage(QWidget& window) {

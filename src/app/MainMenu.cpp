@@ -6,6 +6,7 @@
 #include <QFile>
 #include <QMenu>
 #include <QMenuBar>
+#include <QShortcut>
 #include <string>
 
 #include "app/AppDelegate.h"
@@ -74,6 +75,10 @@ MainMenu::MainMenu(const Receivers& receivers, const Mirrored& mirrored) : recei
     }
     for (const auto& [selector, button] : mirrored)
         new EnabledMirror(item(selector), *button);
+    // Alt by itself does not open the menus: it sizes the brush.
+    auto* const opensMenus = new QShortcut(Qt::Key_F10, &receivers_.window);
+    QObject::connect(opensMenus, &QShortcut::activated, &listener_,
+                     [&bar] { bar.setActiveAction(bar.actions().front()); });
     receivers_.application.setOutlets({.showWindow = &item("showWindowAction:"),
                                        .mUndo = &item("undo_pressed:"),
                                        .mRedo = &item("redo_pressed:"),

@@ -29,7 +29,7 @@ class WindowController;
 /// A row sends its selector to its receiver and knows nothing more of it. Its keys work whether or not
 /// a menu is open. Undo, Redo, Restore image and Save are enabled as the toolbar's buttons are. Check
 /// marks are read when a menu opens, and again after each command. Rows that need a picture are grey in
-/// an open menu while there is none; their keys then come to nothing in the editor.
+/// an open menu while there is none; their keys then come to nothing in the editor. F10 opens the first menu.
 ///
 /// Lives as long as the window, which owns the actions. Main thread only.
 class MainMenu {

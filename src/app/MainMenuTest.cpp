@@ -121,6 +121,14 @@ TEST_F(MainMenuTest, KeysGiveCommands) {
                 ElementsAre("hand_pressed_new:", "smallerBrush:", "askForSave", "chooseBlurMode:"));
 }
 
+TEST_F(MainMenuTest, F10OpensTheFirstMenu) {
+    show();
+    press(Qt::Key_F10);
+    update();
+    EXPECT_TRUE(menu("File").isVisible());
+    menu("File").close();
+}
+
 TEST_F(MainMenuTest, UndoRedoRestoreAndSaveAreEnabledAsTheToolbarIs) {
     show();
     openPicture();

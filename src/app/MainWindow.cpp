@@ -50,6 +50,10 @@ void MainWindow::setContentViewController(util::RuntimeObject* controller, QWidg
     view->setFocus();
 }
 
+int MainWindow::contentTop() const {
+    return toolbar_->mapTo(this, QPoint(0, toolbar_->height())).y();
+}
+
 void MainWindow::orderFront() {
     setWindowState(windowState() & ~Qt::WindowMinimized);
     show();
@@ -123,7 +127,10 @@ void MainWindow::placeSheet(QWidget& sheet) {
     const Rect proposed{(width() - sheet.width()) / 2.0, static_cast<double>(height()),
                         static_cast<double>(sheet.width()), 0};
     const Rect place = windowController_->window_willPositionSheet_usingRect(proposed);
-    sheet.move(mapToGlobal(QPointF(place.x, height() - place.y).toPoint()));
+    // A sheet with a title bar hangs from that: the desktop gives it one as high as the window's own.
+    const bool hasBar = !sheet.windowFlags().testFlag(Qt::FramelessWindowHint) && windowHandle() != nullptr;
+    const int bar = hasBar ? windowHandle()->frameMargins().top() : 0;
+    sheet.setGeometry(QRect(mapToGlobal(QPointF(place.x, height() - place.y + bar).toPoint()), sheet.size()));
 }
 
 }  // namespace trimora::app

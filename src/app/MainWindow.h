@@ -42,6 +42,8 @@ class MainWindow final : public QMainWindow {
     /// over; the controller outlives the window.
     void setContentViewController(util::RuntimeObject* controller, QWidget* view);
     [[nodiscard]] util::RuntimeObject* contentViewController() const { return contentViewController_; }
+    /// Points from the window's upper edge to its content, below the menus and the toolbar.
+    [[nodiscard]] int contentTop() const;
     [[nodiscard]] QWidget* contentView() const { return contentView_; }
 
     /// Borrowed; null while there is none.

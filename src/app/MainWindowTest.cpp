@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <QDialog>
+#include <QWindow>
 
 #include "app/ShellForTests.h"
 #include "app/Toolbar.h"
@@ -78,13 +79,17 @@ TEST_F(MainWindowTest, ClosesByKeyAndKeepsThePicture) {
 
 TEST_F(MainWindowTest, ADialogOfTheWindowOpensUnderTheToolbarInTheMiddle) {
     show();
-    QDialog sheet(&window());
-    sheet.resize(301, 120);
-    sheet.open();
-    update();
-    const QPoint corner = window().mapFromGlobal(sheet.pos());
-    EXPECT_EQ(corner.y(), window().toolbar().mapTo(&window(), QPoint(0, 52)).y());
-    EXPECT_NEAR(corner.x() + sheet.width() / 2.0, window().width() / 2.0, 1);
+    const int bar = window().windowHandle()->frameMargins().top();
+    for (const Qt::WindowType frame : {Qt::Dialog, Qt::FramelessWindowHint}) {
+        QDialog sheet(&window(), Qt::Dialog | frame);
+        sheet.resize(301, 120);
+        sheet.open();
+        update();
+        const QPoint corner = window().mapFromGlobal(sheet.geometry().topLeft());
+        EXPECT_EQ(corner.y(), window().toolbar().mapTo(&window(), QPoint(0, 52)).y() +
+                                  (frame == Qt::FramelessWindowHint ? 0 : bar));
+        EXPECT_NEAR(corner.x() + sheet.width() / 2.0, window().width() / 2.0, 1);
+    }
 }
 
 TEST_F(MainWindowTest, ANewContentReplacesTheOneBefore) {

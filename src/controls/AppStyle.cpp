@@ -1,22 +1,65 @@
 #include "controls/AppStyle.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QFont>
+#include <QMessageBox>
 #include <QPainter>
 #include <QPalette>
 #include <QPixmap>
 #include <QProxyStyle>
 #include <QString>
+#include <QStyleOption>
 
 #include "controls/Metrics.h"
 #include "controls/Palette.h"
+#include "controls/Sheet.h"
 
 namespace trimora::controls {
 namespace {
 
+/// Paints the ground of message boxes that have no frame of the desktop's.
+class SheetGround final : public QObject {
+ public:
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        auto* const box = static_cast<QWidget*>(watched);
+        if (event->type() != QEvent::Paint || !box->windowFlags().testFlag(Qt::FramelessWindowHint))
+            return false;
+        QPainter painter(box);
+        paintSheet(painter, box->rect(), sheetCornersHere());
+        return true;
+    }
+};
+
 class AppStyle final : public QProxyStyle {
  public:
     AppStyle() : QProxyStyle(QStringLiteral("fusion")) {}
+
+    using QProxyStyle::polish;
+    void polish(QWidget* widget) override {
+        QProxyStyle::polish(widget);
+        if (qobject_cast<QMessageBox*>(widget) == nullptr)
+            return;
+        widget->setContentsMargins(metrics::kGap, metrics::kGap, metrics::kGap, metrics::kGap);
+        widget->installEventFilter(&sheetGround_);
+    }
+
+    /// The base style rings what can be ticked in a shade of the background, which nobody sees on ours.
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override {
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        if (element != PE_IndicatorRadioButton && element != PE_IndicatorCheckBox)
+            return;
+        const QRectF edge = QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5);
+        const double radius = element == PE_IndicatorRadioButton ? edge.width() / 2 : metrics::kCornerRadius;
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setPen(
+            QPen(option->state & State_Enabled ? palette::kSecondaryText : palette::kDisabledText, 1));
+        painter->setBrush(Qt::NoBrush);
+        painter->drawRoundedRect(edge, radius, radius);
+        painter->restore();
+    }
 
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* returned) const override {
@@ -38,6 +81,9 @@ class AppStyle final : public QProxyStyle {
         painter.drawPixmap(0, 0, symbol);
         return faded;
     }
+
+ private:
+    SheetGround sheetGround_;
 };
 
 QPalette makePalette() {

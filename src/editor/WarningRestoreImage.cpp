@@ -16,17 +16,6 @@ namespace metrics = controls::metrics;
 namespace palette = controls::palette;
 using controls::GradientButton;
 
-QPainterPath sheetOutline(const QRectF& rect, double radius, SheetCorners corners) {
-    QPainterPath outline;
-    outline.addRoundedRect(rect, radius, radius);
-    if (corners == SheetCorners::lower) {
-        QPainterPath upperHalf;
-        upperHalf.addRect(rect.x(), rect.y(), rect.width(), rect.height() / 2);
-        outline = outline.united(upperHalf);
-    }
-    return outline;
-}
-
 WarningRestoreImage::WarningRestoreImage(const controls::ControlContext& context, QWidget* parent)
     : QWidget(parent),
       context_(context),
@@ -63,7 +52,7 @@ void WarningRestoreImage::setupNib() {
     rows->addLayout(answers);
 }
 
-void WarningRestoreImage::setCorners(SheetCorners corners) {
+void WarningRestoreImage::setCorners(controls::SheetCorners corners) {
     corners_ = corners;
     update();
 }
@@ -82,14 +71,7 @@ void WarningRestoreImage::clickYes() {
 
 void WarningRestoreImage::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(sheetOutline(rect(), metrics::kSheetCorner, corners_), palette::kSheet);
-    // The white stays as a hairline round the dark background, which sets the sheet off the black window.
-    const QRectF inside =
-        QRectF(rect()).adjusted(metrics::kSheetEdge, corners_ == SheetCorners::all ? metrics::kSheetEdge : 0,
-                                -metrics::kSheetEdge, -metrics::kSheetEdge);
-    painter.fillPath(sheetOutline(inside, metrics::kSheetCorner - metrics::kSheetEdge, corners_),
-                     palette::kRaised);
+    controls::paintSheet(painter, rect(), corners_);
 }
 
 }  // namespace trimora::editor

@@ -1,12 +1,11 @@
 #pragma once
 
-#include <QPainterPath>
 #include <QWidget>
-#include <cstdint>
 #include <functional>
 #include <utility>
 
 #include "controls/ControlContext.h"
+#include "controls/Sheet.h"
 
 class QLabel;
 
@@ -15,12 +14,6 @@ class GradientButton;
 }
 
 namespace trimora::editor {
-
-/// Which corners of a sheet are round: all where it floats, the lower two where it hangs from an edge.
-enum class SheetCorners : std::uint8_t { lower, all };
-
-/// The outline of a sheet, in its widget's own coordinates.
-[[nodiscard]] QPainterPath sheetOutline(const QRectF& rect, double radius, SheetCorners corners);
 
 /// The question before all cutting is thrown away, with No and Yes.
 ///
@@ -37,8 +30,8 @@ class WarningRestoreImage final : public QWidget {
     void clickNo();
     void clickYes();
 
-    void setCorners(SheetCorners corners);
-    [[nodiscard]] SheetCorners corners() const { return corners_; }
+    void setCorners(controls::SheetCorners corners);
+    [[nodiscard]] controls::SheetCorners corners() const { return corners_; }
 
     [[nodiscard]] controls::GradientButton& noDeleteProgress() { return *noDeleteProgress_; }
     [[nodiscard]] controls::GradientButton& yesDeleteProgress() { return *yesDeleteProgress_; }
@@ -51,7 +44,7 @@ class WarningRestoreImage final : public QWidget {
     void setupNib();
 
     controls::ControlContext context_;
-    SheetCorners corners_ = SheetCorners::lower;
+    controls::SheetCorners corners_ = controls::SheetCorners::lower;
     QLabel* infoLabel_;
     controls::GradientButton* noDeleteProgress_;
     controls::GradientButton* yesDeleteProgress_;

@@ -1,7 +1,6 @@
 #include "editor/WarningRestoreImageController.h"
 
 #include <QEvent>
-#include <QGuiApplication>
 
 #include "controls/GradientButton.h"
 #include "controls/Metrics.h"
@@ -27,8 +26,7 @@ void WarningRestoreImageController::loadView(const controls::ControlContext& con
 }
 
 void WarningRestoreImageController::viewDidLoad() {
-    const bool placesItself = !QGuiApplication::platformName().startsWith(QLatin1String("wayland"));
-    warningView_->setCorners(placesItself ? SheetCorners::lower : SheetCorners::all);
+    warningView_->setCorners(controls::sheetCornersHere());
     makeWarningHandler();
 }
 

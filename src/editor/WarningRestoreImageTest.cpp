@@ -53,12 +53,12 @@ TEST_F(WarningRestoreImageTest, YesWithoutAHandlerRestoresNothing) {
 
 TEST(SheetOutline, AHangingSheetIsRoundBelowAndAFloatingOneAllRound) {
     const QRectF rect(0, 0, 306, 113);
-    const QPainterPath hanging = sheetOutline(rect, 5, SheetCorners::lower);
+    const QPainterPath hanging = controls::sheetOutline(rect, 5, controls::SheetCorners::lower);
     EXPECT_TRUE(hanging.contains(QPointF(0.5, 0.5)));
     EXPECT_TRUE(hanging.contains(QPointF(305.5, 0.5)));
     EXPECT_FALSE(hanging.contains(QPointF(0.5, 112.5)));
     EXPECT_FALSE(hanging.contains(QPointF(305.5, 112.5)));
-    const QPainterPath floating = sheetOutline(rect, 5, SheetCorners::all);
+    const QPainterPath floating = controls::sheetOutline(rect, 5, controls::SheetCorners::all);
     EXPECT_FALSE(floating.contains(QPointF(0.5, 0.5)));
     EXPECT_FALSE(floating.contains(QPointF(305.5, 112.5)));
     EXPECT_TRUE(floating.contains(rect.center()));
@@ -95,7 +95,7 @@ TEST_F(WarningSheetTest, ItHangsFromTheScreensUpperEdgeAndHoldsItsWindow) {
     EXPECT_EQ(sheet_->pos(), screen_.mapToGlobal(QPoint((800 - 306) / 2, 0)));
     EXPECT_EQ(sheet_->windowModality(), Qt::WindowModal);
     EXPECT_TRUE(sheet_->windowFlags().testFlag(Qt::FramelessWindowHint));
-    EXPECT_EQ(sheet_->warningView().corners(), SheetCorners::lower);
+    EXPECT_EQ(sheet_->warningView().corners(), controls::SheetCorners::lower);
     EXPECT_EQ(sheet_->warningView().geometry(), QRect(0, 0, 306, 113));
 }
 

@@ -25,7 +25,8 @@ Wiring::Wiring(ports::Panels& panels)
                   TelemetrixWiring::Begin::afterFirstFrame),
       workspace_(QDBusConnection::sessionBus()),
       shell_(shellServices()),
-      consent_({telemetrix_.consent(), [this] { return &shell_.window(); }, telemetrix_.privacyUrl()}),
+      consent_({telemetrix_.consent(), [this] { return &shell_.window(); }, telemetrix_.privacyUrl(),
+                [this] { return shell_.window().contentTop(); }}),
       userNotifications_(QDBusConnection::sessionBus(),
                          [this](const auto& notification) { showNotification(notification); }),
       editor_(editorServices(panels)) {

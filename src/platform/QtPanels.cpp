@@ -33,7 +33,9 @@ void QtPanels::chooseFileToSave(const std::filesystem::path& folder, const std::
 void QtPanels::runAlert(const ports::Alert& alert, AlertAnswer answer) {
     auto* const box = new QMessageBox(QApplication::activeWindow());
     box->setAttribute(Qt::WA_DeleteOnClose);
-    box->setIcon(QMessageBox::Warning);
+    // A sheet, with no bar of the window manager's over the toolbar it hangs from; the style paints it.
+    box->setWindowFlag(Qt::FramelessWindowHint);
+    box->setAttribute(Qt::WA_TranslucentBackground);
     box->setText(QString::fromStdString(alert.message));
     std::vector<QAbstractButton*> buttons;
     // One role for all of them: the box would sort different ones into the desktop's own order.

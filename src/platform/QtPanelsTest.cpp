@@ -121,6 +121,15 @@ TEST_F(QtAlertTest, EachButtonHasItsNumberInTheOrderGiven) {
     EXPECT_THAT(answers_, ::testing::ElementsAre(1000, 1001, 1002));
 }
 
+TEST_F(QtAlertTest, IsASheetWithNoFrameAndNoPicture) {
+    QMessageBox* const box = ask();
+    ASSERT_NE(box, nullptr);
+    EXPECT_TRUE(box->windowFlags().testFlag(Qt::FramelessWindowHint));
+    EXPECT_TRUE(box->iconPixmap().isNull());
+    EXPECT_EQ(box->windowModality(), Qt::WindowModal);
+    box->reject();
+}
+
 TEST_F(QtAlertTest, ButtonsAreShownInTheOrderGiven) {
     QMessageBox* const box = ask();
     ASSERT_NE(box, nullptr);
