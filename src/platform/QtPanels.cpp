@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QFileDialog>
+#include <QMainWindow>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStandardPaths>
@@ -11,6 +12,22 @@
 #include <vector>
 
 namespace trimora::platform {
+
+namespace {
+
+/// The window that the person is in, or, while they are in another program and drag something over from
+/// there, the program's own: a question that belongs to no window would not keep anybody from going on.
+QWidget* windowToAskIn() {
+    if (QWidget* const active = QApplication::activeWindow())
+        return active;
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto found = std::find_if(windows.begin(), windows.end(), [](const QWidget* window) {
+        return window->isVisible() && qobject_cast<const QMainWindow*>(window) != nullptr;
+    });
+    return found != windows.end() ? *found : nullptr;
+}
+
+}  // namespace
 
 void QtPanels::chooseFileToOpen(const std::filesystem::path& folder, Answer answer) {
     QFileDialog* const dialog = makeDialog(QStringLiteral("Open picture"), folder);
@@ -31,7 +48,7 @@ void QtPanels::chooseFileToSave(const std::filesystem::path& folder, const std::
 }
 
 void QtPanels::runAlert(const ports::Alert& alert, AlertAnswer answer) {
-    auto* const box = new QMessageBox(QApplication::activeWindow());
+    auto* const box = new QMessageBox(windowToAskIn());
     box->setAttribute(Qt::WA_DeleteOnClose);
     // A sheet, with no bar of the window manager's over the toolbar it hangs from; the style paints it.
     box->setWindowFlag(Qt::FramelessWindowHint);
@@ -54,7 +71,7 @@ void QtPanels::runAlert(const ports::Alert& alert, AlertAnswer answer) {
 QFileDialog* QtPanels::makeDialog(const QString& title, const std::filesystem::path& folder) {
     const QString start = folder.empty() ? QStandardPaths::writableLocation(QStandardPaths::PicturesLocation)
                                          : QFile::decodeName(folder.c_str());
-    auto* const dialog = new QFileDialog(QApplication::activeWindow(), title, start);
+    auto* const dialog = new QFileDialog(windowToAskIn(), title, start);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     return dialog;
 }

@@ -7,6 +7,7 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QLineEdit>
+#include <QMainWindow>
 #include <QMessageBox>
 #include <QTest>
 #include <fstream>
@@ -127,6 +128,17 @@ TEST_F(QtAlertTest, IsASheetWithNoFrameAndNoPicture) {
     EXPECT_TRUE(box->windowFlags().testFlag(Qt::FramelessWindowHint));
     EXPECT_TRUE(box->iconPixmap().isNull());
     EXPECT_EQ(box->windowModality(), Qt::WindowModal);
+    box->reject();
+}
+
+TEST_F(QtAlertTest, BelongsToTheProgramsWindowAlsoWhileAnotherProgramHasTheKeyboard) {
+    QMainWindow window;
+    window.setAttribute(Qt::WA_ShowWithoutActivating);
+    window.show();
+    ASSERT_EQ(QApplication::activeWindow(), nullptr);
+    QMessageBox* const box = ask();
+    ASSERT_NE(box, nullptr);
+    EXPECT_EQ(box->parentWidget(), &window);
     box->reject();
 }
 
