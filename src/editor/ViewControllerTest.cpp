@@ -115,6 +115,14 @@ TEST_F(ViewControllerTest, TheArrowMovesFromTheFirstAppearanceOn) {
     EXPECT_TRUE(outlets().ivArrow->layer().hasAnimation("group"));
 }
 
+TEST_F(ViewControllerTest, LaterAppearancesStartNoArrow) {
+    const_cast<controls::ImageLayer&>(outlets().ivArrow->layer()).removeAnimation("group");
+    screen().hide();
+    screen().show();
+    rest();
+    EXPECT_FALSE(outlets().ivArrow->layer().hasAnimation("group"));
+}
+
 TEST_F(ViewControllerTest, PanelsAreCalledUpAndHideByTheirWidthOfThatMoment) {
     open({"/p/cat.png"});
     send("showInterface");
