@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "cutengine/kernels/RowFilter.cpp"
@@ -38,21 +39,32 @@ int guess(RowFilter filter, int left, int above, int aboveLeft) {
     return std::min(toLeft, toAbove) <= toAboveLeft ? leftOrAbove : aboveLeft;
 }
 
-// Rows too short for a piece are looked at byte by byte.
+// Byte by byte: of a row too short for a piece, all.
 [[maybe_unused]] std::array<std::uint32_t, kRowFilters> plainCosts(const std::uint8_t* row,
                                                                    const std::uint8_t* above,
                                                                    std::size_t size) {
     std::array<std::uint32_t, kRowFilters> costs{};
-    for (std::size_t filter = 0; filter < kRowFilters; ++filter) {
-        for (std::size_t i = 0; i < size; ++i) {
-            const int left = row[i - kPixel];
-            const auto difference = static_cast<std::uint8_t>(
-                row[i] - guess(static_cast<RowFilter>(filter), left, above[i], above[i - kPixel]));
-            costs[filter] += std::min<std::uint32_t>(difference, 256U - difference);
+    for (std::size_t piece = 0; piece == 0 || piece + kCostPiece <= size; piece += kCostStep) {
+        for (std::size_t i = piece; i < std::min(piece + kCostPiece, size); ++i) {
+            for (std::size_t filter = 0; filter < kRowFilters; ++filter) {
+                const auto difference =
+                    static_cast<std::uint8_t>(row[i] - guess(static_cast<RowFilter>(filter), row[i - kPixel],
+                                                             above[i], above[i - kPixel]));
+                costs[filter] += std::min<std::uint32_t>(difference, 256U - difference);
+            }
         }
     }
     return costs;
 }
+
+/// The pixel at `from` in the order B,G,R,A; the alpha of one that has none is any.
+std::uint32_t filePixel(const std::uint8_t* from) {
+    std::uint32_t value = 0;
+    std::memcpy(&value, from, sizeof value);
+    return (value & 0xFF00FF00U) | (value >> 16 & 0xFFU) | (value & 0xFFU) << 16;
+}
+
+constexpr std::uint32_t kOpaque = 0xFF000000U;
 
 }  // namespace
 }  // namespace trimora::cutengine::kernels
@@ -201,6 +213,79 @@ void costsImpl(const std::uint8_t* row, const std::uint8_t* above, std::size_t s
 
 #endif
 
+// Pixel by pixel: each waits for the one before it. The bytes of a pixel are worked on at once.
+#if HWY_TARGET == HWY_SCALAR
+
+template <FilePixel kind>
+void unfilterImpl(RowFilter filter, const std::uint8_t* from, const std::uint8_t* above, std::size_t pixels,
+                  std::uint8_t* to) {
+    std::array<int, kPixel> left{};
+    std::array<int, kPixel> aboveLeft{};
+    for (std::size_t i = 0; i < pixels;
+         ++i, from += static_cast<std::size_t>(kind), above += kPixel, to += kPixel) {
+        const std::uint32_t difference = filePixel(from);
+        std::uint32_t pixel = 0;
+        for (std::size_t k = 0; k < kPixel; ++k) {
+            left[k] =
+                (static_cast<int>(difference >> (8 * k)) + guess(filter, left[k], above[k], aboveLeft[k])) &
+                255;
+            aboveLeft[k] = above[k];
+            pixel |= static_cast<std::uint32_t>(left[k]) << (8 * k);
+        }
+        pixel |= kind == FilePixel::rgb ? kOpaque : 0;
+        std::memcpy(to, &pixel, sizeof pixel);
+    }
+}
+
+#else
+
+template <FilePixel kind, class Guess>
+void unfilterWith(const Guess& guessOf, const std::uint8_t* from, const std::uint8_t* above,
+                  std::size_t pixels, std::uint8_t* to) {
+    const hn::FixedTag<std::uint8_t, kPixel> d;
+    const hn::FixedTag<std::uint32_t, 1> d32;
+    const auto opaque = hn::BitCast(d, hn::Set(d32, kind == FilePixel::rgb ? kOpaque : 0U));
+    auto left = hn::Zero(d);
+    auto aboveLeft = left;
+    for (std::size_t i = 0; i < pixels; ++i) {
+        const auto difference = hn::BitCast(d, hn::Set(d32, filePixel(from)));
+        const auto over = hn::LoadU(d, above + i * kPixel);
+        left = hn::Add(difference, guessOf(Neighbours<decltype(left)>{left, over, aboveLeft}));
+        aboveLeft = over;
+        hn::StoreU(hn::Or(left, opaque), d, to + i * kPixel);
+        from += static_cast<std::size_t>(kind);
+    }
+}
+
+template <FilePixel kind>
+void unfilterImpl(RowFilter filter, const std::uint8_t* from, const std::uint8_t* above, std::size_t pixels,
+                  std::uint8_t* to) {
+    switch (filter) {
+        case RowFilter::none:
+            return unfilterWith<kind>(GuessNone(), from, above, pixels, to);
+        case RowFilter::sub:
+            return unfilterWith<kind>(GuessLeft(), from, above, pixels, to);
+        case RowFilter::up:
+            return unfilterWith<kind>(GuessAbove(), from, above, pixels, to);
+        case RowFilter::average:
+            return unfilterWith<kind>(GuessAverage(), from, above, pixels, to);
+        case RowFilter::paeth:
+            return unfilterWith<kind>(GuessPaeth(), from, above, pixels, to);
+    }
+}
+
+#endif
+
+void unfilterRgbImpl(RowFilter filter, const std::uint8_t* from, const std::uint8_t* above,
+                     std::size_t pixels, std::uint8_t* to) {
+    unfilterImpl<FilePixel::rgb>(filter, from, above, pixels, to);
+}
+
+void unfilterRgbaImpl(RowFilter filter, const std::uint8_t* from, const std::uint8_t* above,
+                      std::size_t pixels, std::uint8_t* to) {
+    unfilterImpl<FilePixel::rgba>(filter, from, above, pixels, to);
+}
+
 }  // namespace trimora::cutengine::kernels::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
@@ -209,6 +294,8 @@ namespace trimora::cutengine::kernels {
 
 HWY_EXPORT(filterImpl);
 HWY_EXPORT(costsImpl);
+HWY_EXPORT(unfilterRgbImpl);
+HWY_EXPORT(unfilterRgbaImpl);
 
 std::array<std::uint32_t, kRowFilters> filterCosts(const std::uint8_t* row, const std::uint8_t* above,
                                                    std::size_t size) {
@@ -222,6 +309,14 @@ std::array<std::uint32_t, kRowFilters> filterCosts(const std::uint8_t* row, cons
 void filterRow(RowFilter filter, const std::uint8_t* row, const std::uint8_t* above, std::size_t size,
                std::uint8_t* to) {
     HWY_DYNAMIC_DISPATCH(filterImpl)(filter, row, above, size, to);
+}
+
+void unfilterRow(RowFilter filter, const std::uint8_t* from, FilePixel kind, const std::uint8_t* above,
+                 std::size_t pixels, std::uint8_t* to) {
+    if (kind == FilePixel::rgb)
+        HWY_DYNAMIC_DISPATCH(unfilterRgbImpl)(filter, from, above, pixels, to);
+    else
+        HWY_DYNAMIC_DISPATCH(unfilterRgbaImpl)(filter, from, above, pixels, to);
 }
 
 }  // namespace trimora::cutengine::kernels

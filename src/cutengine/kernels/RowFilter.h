@@ -30,4 +30,16 @@ inline constexpr std::size_t kRowFilters = 5;
 void filterRow(RowFilter filter, const std::uint8_t* row, const std::uint8_t* above, std::size_t size,
                std::uint8_t* to);
 
+/// What a file's pixels are made of.
+enum class FilePixel : std::uint8_t {
+    rgb = 3,   ///< R,G,B
+    rgba = 4,  ///< R,G,B,A
+};
+
+/// A row of differences as it lies in a file, turned back into pixels of B,G,R,A; those of R,G,B are opaque.
+/// `above` is the row above as this function wrote it, or zeros. May be used in place where, for every
+/// pixel, `to` is written no farther than `from` has been read; one byte after the row is read too.
+void unfilterRow(RowFilter filter, const std::uint8_t* from, FilePixel kind, const std::uint8_t* above,
+                 std::size_t pixels, std::uint8_t* to);
+
 }  // namespace trimora::cutengine::kernels
