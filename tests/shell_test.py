@@ -249,7 +249,10 @@ class UsageService:
             self.connections += 1
             # One that ends before it has sent everything sends it again at the next start.
             with contextlib.suppress(OSError), context.wrap_socket(connection, server_side=True) as stream:
-                self.posts.append(stream.recv(1 << 20))
+                post = stream.recv(1 << 20)
+                if not post:
+                    continue
+                self.posts.append(post)
                 stream.sendall(b"HTTP/1.1 200 OK\r\nContent-Length: 2\r\nConnection: close\r\n\r\nok")
 
 
