@@ -1,4 +1,4 @@
-#include "main/CommandLine.h"
+#include "cli/CommandLine.h"
 
 #include <string>
 #include <string_view>

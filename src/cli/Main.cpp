@@ -2,10 +2,11 @@
 #include <QMenu>
 #include <cstdio>
 
+#include "cli/CommandLine.h"
+#include "cli/Subcommands.h"
 #include "controls/AppStyle.h"
 #include "controls/Icons.h"
 #include "foundation/Log.h"
-#include "main/CommandLine.h"
 #include "main/Demo.h"
 #include "main/Gallery.h"
 #include "main/TerminalLog.h"
@@ -96,7 +97,10 @@ int runProgram(int& argc, char** argv, const CommandLine& line) {
 
 int main(int argc, char** argv) {
     trimora::logToTerminal();
-    const auto line = CommandLine::parse({argv + 1, argv + argc});
+    const trimora::Words words(argv + 1, argv + argc);
+    if (const trimora::Subcommand* const subcommand = trimora::subcommandOf(words))
+        return subcommand->run(words.subspan(1));
+    const auto line = CommandLine::parse(words);
     if (!line) {
         std::fprintf(stderr, "trimora: %s; --help tells more\n", line.error().message.c_str());
         return 2;
