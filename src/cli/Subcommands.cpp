@@ -3,10 +3,15 @@
 #include <algorithm>
 #include <array>
 
+#include "cli/BatchCommands.h"
+
 namespace trimora {
 namespace {
 
-constexpr std::array<Subcommand, 0> kSubcommands = {};
+constexpr std::array kSubcommands = {
+    Subcommand{"cut", &runCut},
+    Subcommand{"info", &runInfo},
+};
 
 }  // namespace
 

@@ -101,9 +101,8 @@ TEST_F(PictureFactsTest, WhatIsNoPictureHasNone) {
 
 TEST_F(PictureFactsTest, FilesCutShortAnywhereGiveFactsOrAReason) {
     const Bitmap few = Bitmap::createFilled(9, 7, {1, 2, 3, 255}).value();
-    for (const samples::Buffer& file :
-         {samples::jpeg(few.view()), samples::png(few.view()), samples::tiff({{few.view(), {}}}),
-          samples::gif(few.view())}) {
+    for (const samples::Buffer& file : {samples::jpeg(few.view()), samples::png(few.view()),
+                                        samples::tiff({{few.view(), {}}}), samples::gif(few.view())}) {
         for (std::size_t size = 0; size < file.size(); ++size) {
             const auto found = decoder_.facts(Bytes(file).first(size));
             EXPECT_TRUE(found || !found.error().message.empty());
