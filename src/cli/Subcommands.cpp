@@ -1,12 +1,15 @@
 #include "cli/Subcommands.h"
 
 #include <algorithm>
-#include <array>
+
+#include "cli/RunCommand.h"
 
 namespace trimora {
 namespace {
 
-constexpr std::array<Subcommand, 0> kSubcommands = {};
+constexpr Subcommand kSubcommands[] = {
+    {"run", runScripts},
+};
 
 }  // namespace
 
@@ -17,8 +20,8 @@ std::span<const Subcommand> subcommands() {
 const Subcommand* subcommandOf(Words words) {
     if (words.empty())
         return nullptr;
-    const auto found = std::ranges::find(kSubcommands, words.front(), &Subcommand::name);
-    return found != std::end(kSubcommands) ? &*found : nullptr;
+    const auto* const found = std::ranges::find(kSubcommands, words.front(), &Subcommand::name);
+    return found != std::end(kSubcommands) ? found : nullptr;
 }
 
 }  // namespace trimora
