@@ -4,10 +4,11 @@
 
 #include "cli/CommandLine.h"
 #include "cli/Subcommands.h"
-#include "controls/AppStyle.h"
+#include "cli/Toolkit.h"
 #include "controls/Icons.h"
 #include "foundation/Log.h"
 #include "main/Demo.h"
+#include "main/DesktopHost.h"
 #include "main/Gallery.h"
 #include "main/TerminalLog.h"
 #include "main/Wiring.h"
@@ -20,16 +21,6 @@
 namespace {
 
 using trimora::CommandLine;
-
-// Scale factors are taken as the screen has them.
-void setUpToolkit(CommandLine::Mode mode) {
-    if (mode == CommandLine::Mode::demo)
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
-    QCoreApplication::setApplicationName(QStringLiteral("Trimora"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(TRIMORA_VERSION));
-    QGuiApplication::setDesktopFileName(QLatin1String(trimora::platform::kApplicationId));
-}
 
 using trimora::platform::LaunchRequest;
 using trimora::platform::SingleInstance;
@@ -56,7 +47,9 @@ int edit(const CommandLine& line, const std::string& activationToken) {
         SingleInstance::Launch::handedOver)
         return 0;
     trimora::platform::QtPanels panels;
-    trimora::Wiring program(panels);
+    trimora::DesktopHost desktop(panels);
+    trimora::Wiring program(desktop.host());
+    desktop.fallBackTo(program.shell().messages());
     trimora::app::AppDelegate& delegate = program.shell().appDelegate();
     QGuiApplication::setQuitOnLastWindowClosed(delegate.applicationShouldTerminateAfterLastWindowClosed());
     const trimora::platform::TrayItem tray(
@@ -71,23 +64,23 @@ int edit(const CommandLine& line, const std::string& activationToken) {
     program.editor().openFiles(line.files);
     instance.onLaunch([&](const LaunchRequest& request) { serve(program, request); });
     delegate.applicationDidFinishLaunching();
-    return QApplication::exec();
+    return trimora::Toolkit::exec();
 }
 
 int demonstrate(const CommandLine& line) {
     trimora::DemoPanels panels(line.demoFolder / "cut.png");
-    trimora::Wiring program(panels);
+    trimora::DesktopHost desktop(panels);
+    trimora::Wiring program(desktop.host());
+    desktop.fallBackTo(program.shell().messages());
     program.show();
     return trimora::runDemo(program, panels, line.files.front(), line.demoFolder);
 }
 
-int runProgram(int& argc, char** argv, const CommandLine& line) {
-    setUpToolkit(line.mode);
+int runProgram(const CommandLine& line) {
+    using Screen = trimora::Toolkit::Screen;
     const std::string activationToken = trimora::platform::activationToken::ofThisStart();
-    QApplication application(argc, argv);
-    // Every sample of a stroke counts. Not sooner: the X11 platform sets this when it starts.
-    QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
-    trimora::controls::applyAppStyle(application);
+    const trimora::Toolkit toolkit(line.mode == CommandLine::Mode::demo ? Screen::offscreen
+                                                                        : Screen::desktop);
     if (line.mode == CommandLine::Mode::gallery)
         return trimora::runGallery();
     return line.mode == CommandLine::Mode::demo ? demonstrate(line) : edit(line, activationToken);
@@ -117,5 +110,5 @@ int main(int argc, char** argv) {
         case CommandLine::Mode::gallery:
             break;
     }
-    return runProgram(argc, argv, *line);
+    return runProgram(*line);
 }

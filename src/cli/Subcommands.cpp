@@ -1,16 +1,17 @@
 #include "cli/Subcommands.h"
 
 #include <algorithm>
-#include <array>
 
 #include "cli/BatchCommands.h"
+#include "cli/RunCommand.h"
 
 namespace trimora {
 namespace {
 
-constexpr std::array kSubcommands = {
-    Subcommand{"cut", &runCut},
-    Subcommand{"info", &runInfo},
+constexpr Subcommand kSubcommands[] = {
+    {"run", runScripts},
+    {"cut", runCut},
+    {"info", runInfo},
 };
 
 }  // namespace
@@ -22,8 +23,8 @@ std::span<const Subcommand> subcommands() {
 const Subcommand* subcommandOf(Words words) {
     if (words.empty())
         return nullptr;
-    const auto found = std::ranges::find(kSubcommands, words.front(), &Subcommand::name);
-    return found != std::end(kSubcommands) ? &*found : nullptr;
+    const auto* const found = std::ranges::find(kSubcommands, words.front(), &Subcommand::name);
+    return found != std::end(kSubcommands) ? found : nullptr;
 }
 
 }  // namespace trimora

@@ -123,7 +123,7 @@ void RKImageCutView::updateMap() {
 }
 
 void RKImageCutView::paintPass() {
-    const auto shown = painter_.paintPass([this] { recordHistoryState(); });
+    const auto shown = painter_.paintPass([this] { recordState(); });
     if (!shown)
         return;
     maskLayer_->setContents(shown->mask);
@@ -162,7 +162,7 @@ void RKImageCutView::maskChanged(const IntRect& maskPixels) {
 void RKImageCutView::resetMask() {
     painter_.setNeedsContectUpdate();
     updateMap();
-    onSerialQueue([this] { recordHistoryState(); });
+    recordHistoryState();
 }
 
 void RKImageCutView::loadMask(Bitmap mask) {
@@ -197,10 +197,14 @@ Bitmap RKImageCutView::copyColorPlane() {
 
 void RKImageCutView::clearHistory() {
     serial_->sync([this] { history_.clear(); });
-    onSerialQueue([this] { recordHistoryState(); });
+    recordHistoryState();
 }
 
 void RKImageCutView::recordHistoryState() {
+    onSerialQueue([this] { recordState(); });
+}
+
+void RKImageCutView::recordState() {
     const Result<void> recorded = history_.record(painter_.bitmapContext().view());
     onMainQueue([this, recorded, document = document_.load()] {
         if (!recorded && !historyTroubleTold_ && document == document_) {

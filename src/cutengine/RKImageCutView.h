@@ -119,6 +119,9 @@ class RKImageCutView {
     /// Refills the background plane for blurOn and brushColor.
     void drawBackground();
 
+    /// Has the painting queue paint what is buffered. Every stamp asks for it by itself.
+    void updateMap();
+
     // ── History ────────────────────────────────────────────────────────────────────────────────
     [[nodiscard]] std::int64_t historyLength() const { return history_.length(); }
     [[nodiscard]] std::int64_t historyCurrentState() const { return history_.currentState(); }
@@ -127,6 +130,8 @@ class RKImageCutView {
     void prevHistoryState();
     void nextHistoryState();
     void clearHistory();
+    /// Takes the mask as it is once all painting asked for so far is done.
+    void recordHistoryState();
     /// Brings the whole picture back, as one step that can be undone.
     void resetMask();
     /// Puts a mask from elsewhere in place of the one that was painted, as one step that can be undone. Its
@@ -204,10 +209,9 @@ class RKImageCutView {
 
     void discardQueuedWork();
     void makeLayers();
-    void updateMap();
     void paintPass();
     void maskChanged(const foundation::IntRect& maskPixels);
-    void recordHistoryState();
+    void recordState();
     void stepHistory(HistoryStore::Step step);
     void historyChanged();
 

@@ -103,11 +103,17 @@ void EditorView::showEmptyScreen(bool empty) {
     outlets_.viewWithButton->setEnabled(!empty);
 }
 
+void EditorView::letShrink() {
+    shrinks_ = true;
+    setMinimumSize(0, 0);
+}
+
 // ── Layout ─────────────────────────────────────────────────────────────────────────────────────
 
 void EditorView::layOut() {
-    setMinimumSize(rounded(constraints_.widthMainViewConstraint.constant()),
-                   rounded(constraints_.heightMainViewConstraint.constant()));
+    if (!shrinks_)
+        setMinimumSize(rounded(constraints_.widthMainViewConstraint.constant()),
+                       rounded(constraints_.heightMainViewConstraint.constant()));
     const int left = metrics::kToolPanelWidth;
     const int right = metrics::kRightPanelWidth;
     outlets_.toolStrip->setGeometry(0, 0, left, height());
