@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <ostream>
+#include <sstream>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -17,6 +18,7 @@
 #include "batch/PixelGate.h"
 #include "batch/PngTarget.h"
 #include "codecs/PngEncoder.h"
+#include "files/RegularFile.h"
 
 namespace trimora::batch {
 namespace {
@@ -26,6 +28,9 @@ using foundation::Bitmap;
 using foundation::Error;
 using foundation::Result;
 using foundation::Workers;
+
+// Hours of strokes; what is larger is no script.
+constexpr std::size_t kMostScriptBytes = std::size_t{256} << 20;
 
 /// Cuts pictures of one order; several tasks at a time, each on a thread of its own.
 class CutRun {
@@ -127,13 +132,30 @@ Result<Bitmap> readMask(const std::string& name, std::istream& in, Workers& work
                     facts->hasAlpha ? AlphaRoom::some : AlphaRoom::none);
 }
 
+Result<StrokeScript> readScript(const std::string& name, std::istream& in) {
+    if (name == kStandardStream)
+        return StrokeScript::read(in);
+    const Result<files::FileBytes> file = files::readRegularFile(name, kMostScriptBytes);
+    if (!file)
+        return file.error();
+    const auto bytes = file->view();
+    std::istringstream lines(std::string(bytes.begin(), bytes.end()));
+    return StrokeScript::read(lines);
+}
+
 Result<CutRecipe> recipeOf(const CutOrder& order, Surroundings& surroundings, Workers& workers) {
-    CutRecipe recipe{nullptr, order.background, order.crop};
+    CutRecipe recipe{nullptr, {}, order.background, order.crop};
     if (order.mask) {
         Result<Bitmap> mask = readMask(*order.mask, surroundings.in, workers);
         if (!mask)
             return Error{"the mask " + *order.mask + " cannot be used: " + mask.error().message};
         recipe.mask = std::make_shared<const Bitmap>(std::move(*mask));
+    }
+    if (order.strokes) {
+        Result<StrokeScript> script = readScript(*order.strokes, surroundings.in);
+        if (!script)
+            return Error{"the script " + *order.strokes + " cannot be used: " + script.error().message};
+        recipe.strokes = std::move(*script);
     }
     return recipe;
 }

@@ -189,6 +189,51 @@ TEST_F(CutCommandTest, MaskThatCannotBeReadEndsTheRunBeforeItBegins) {
     EXPECT_FALSE(fs::exists(at("out")));
 }
 
+TEST_F(CutCommandTest, StrokesArePaintedOverTheMask) {
+    const std::string script = put("s.jsonl",
+                                   "{\"do\":\"view\",\"size\":[400,300]}\n"
+                                   "{\"do\":\"slider\",\"which\":\"eraserSize\",\"value\":100}\n"
+                                   "{\"do\":\"stroke\",\"points\":[[50,250]]}\n");
+    const std::vector<std::string> words = {
+        putGrey("a.png"), "-o", at("r.png"), "--strokes", script, "--mask", putMask("m.png", 40, 30, 20),
+        "--force"};
+    EXPECT_EQ(runCut(words), kAllWell) << err;
+    EXPECT_EQ(picture("r.png").pixel(5, 5), Pixel{});
+    EXPECT_EQ(picture("r.png").pixel(15, 5), (Pixel{100, 100, 100, 255}));
+    EXPECT_EQ(picture("r.png").pixel(25, 5), Pixel{});
+
+    const std::string once = contents(at("r.png"));
+    input = contents(script);
+    auto piped = words;
+    piped[4] = "-";
+    EXPECT_EQ(runCut(piped), kAllWell);
+    EXPECT_EQ(contents(at("r.png")), once);
+}
+
+TEST_F(CutCommandTest, BackgroundOfAScriptStandsUnlessAnotherIsAskedFor) {
+    const std::string script = put("s.jsonl",
+                                   "{\"do\":\"set\",\"property\":\"brushColor\",\"value\":[1,0,0,1]}\n"
+                                   "{\"do\":\"set\",\"property\":\"blurOn\",\"value\":false}\n");
+    std::vector<std::string> words = {
+        putGrey("a.png"), "-o", at("r.png"), "--strokes", script, "--mask", putMask("m.png", 40, 30, 20),
+        "--force"};
+    EXPECT_EQ(runCut(words), kAllWell);
+    EXPECT_EQ(picture("r.png").pixel(30, 5), (Pixel{0, 0, 255, 255}));
+    words.insert(words.end(), {"--background", "none"});
+    EXPECT_EQ(runCut(words), kAllWell);
+    EXPECT_EQ(picture("r.png").pixel(30, 5), Pixel{});
+}
+
+TEST_F(CutCommandTest, ScriptThatCannotBeUsedEndsTheRunBeforeItBegins) {
+    const std::string script =
+        put("s.jsonl", "{\"do\":\"settle\"}\n{\"do\":\"open\",\"files\":[\"a.png\"]}\n");
+    EXPECT_EQ(runCut({putGrey("a.png"), "--out-dir", at("out"), "--strokes", script}), kBadUsage);
+    EXPECT_EQ(
+        err, "trimora cut: the script " + script +
+                 " cannot be used: line 2: the step \"open\" needs the editor's window; --help tells more\n");
+    EXPECT_FALSE(fs::exists(at("out")));
+}
+
 TEST_F(CutCommandTest, FolderThatCannotBeMadeEndsTheRunBeforeItBegins) {
     put("file", "");
     EXPECT_EQ(runCut({putGrey("a.png"), "--out-dir", at("file/out")}), kBadUsage);

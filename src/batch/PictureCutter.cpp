@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "batch/MaskImage.h"
+#include "batch/NoWindow.h"
 #include "cutengine/RKImageCutView.h"
 #include "foundation/ManualQueues.h"
 #include "foundation/NotificationCenter.h"
@@ -19,16 +20,6 @@ using foundation::IntRect;
 using foundation::Result;
 
 constexpr const char* kNoMemory = "there is not enough memory for the result";
-
-/// Nobody looks at the view, so nothing is to be shown.
-class NoWindow final : public cutengine::CutViewHost {
- public:
-    void openPicture(RKImageCutView& /*sender*/) override {}
-    void setCursor(const cutengine::Cursor& /*cursor*/) override {}
-    void setNeedsDisplay(const foundation::Rect& /*area*/) override {}
-    [[nodiscard]] double scaleFactor() const override { return 1; }
-    void historyCannotBeKept(const std::string& /*reason*/) override {}
-};
 
 /// A cut view with all that it needs: its queues run when they are told to, and its time stands still.
 class Bench {
@@ -98,6 +89,7 @@ Result<CutPicture> cutPicture(const PicturePtr& picture, const CutRecipe& recipe
         view.loadMask(std::move(*mask));
     }
     bench.settle();
+    recipe.strokes.perform(view, [&bench] { bench.settle(); });
     if (recipe.background)
         setBackground(view, *recipe.background);
     bench.settle();

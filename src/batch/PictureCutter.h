@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "batch/CutOrder.h"
+#include "batch/StrokeScript.h"
 #include "cutengine/Picture.h"
 #include "foundation/Bitmap.h"
 #include "foundation/Queues.h"
@@ -14,7 +15,8 @@ namespace trimora::batch {
 /// What is done to every picture of an order.
 struct CutRecipe {
     std::shared_ptr<const foundation::Bitmap> mask;  ///< its alpha alone counts; none: nothing is cut
-    std::optional<BackgroundChoice> background;
+    StrokeScript strokes;                            ///< painted over the mask
+    std::optional<BackgroundChoice> background;      ///< none: what the script leaves, else nothing
     bool crop = false;
 };
 

@@ -1,10 +1,10 @@
-#include "cli/CutViewMessages.h"
+#include "batch/CutViewMessages.h"
 
 #include <algorithm>
 #include <limits>
 #include <utility>
 
-namespace trimora {
+namespace trimora::batch {
 
 using cutengine::DragMode;
 using cutengine::RKImageCutView;
@@ -83,4 +83,4 @@ void performOperation(RKImageCutView& view, std::string_view selector) {
         found->perform(view);
 }
 
-}  // namespace trimora
+}  // namespace trimora::batch

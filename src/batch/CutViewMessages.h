@@ -6,7 +6,7 @@
 #include "script/Steps.h"
 
 /// The cut view as a script speaks to it: by the names of its properties and operations.
-namespace trimora {
+namespace trimora::batch {
 
 /// Sets a property through its setter. The value is of the property's kind; the script's reader saw to that.
 void setProperty(cutengine::RKImageCutView& view, const script::SetStep& step);
@@ -14,4 +14,4 @@ void setProperty(cutengine::RKImageCutView& view, const script::SetStep& step);
 /// Performs an operation that takes no argument.
 void performOperation(cutengine::RKImageCutView& view, std::string_view selector);
 
-}  // namespace trimora
+}  // namespace trimora::batch
