@@ -235,6 +235,38 @@ class BatchTest(ProgramTest):
         block.write_text("<x:xmpmeta xmlns:x='adobe:ns:meta/'>somewhere</x:xmpmeta>")
         return block
 
+    def test_strokes_of_a_script_do_what_they_do_in_the_editor(self):
+        source = self.picture(width=900, height=700)
+        strokes = [
+            {"do": "view", "size": [640, 480]},
+            {"do": "slider", "which": "eraserSize", "value": 60},
+            {"do": "stroke", "points": [[100, 100], [300, 120.5], [310, 400]]},
+            {"do": "set", "property": "brushHardness", "value": 0.3},
+            {"do": "mouse", "type": "scroll", "at": [200, 200], "delta": [0, 12]},
+            {"do": "stroke", "points": [[400, 100], [350, 80]], "button": "right"},
+            {"do": "settle"},
+            {"do": "mouse", "type": "down", "at": [420, 300]},
+            {"do": "mouse", "type": "drag", "at": [200, 310]},
+            {"do": "mouse", "type": "up", "at": [200, 310]},
+            {"do": "set", "property": "brushAlphaValue", "value": 1},
+            {"do": "slider", "which": "invertSize", "value": 25},
+            {"do": "stroke", "points": [[150, 90], [320, 300]]},
+        ]
+        whole = [strokes[0], {"do": "open", "files": [str(source)]}, {"do": "settle"}, *strokes[1:], {"do": "settle"},
+                 {"do": "write", "what": "result", "to": str(self.folder / "editor.png")}]
+        for name, steps in (("strokes.jsonl", strokes), ("whole.jsonl", whole)):
+            (self.folder / name).write_text("".join(json.dumps(step) + "\n" for step in steps))
+        self.run_program("cut", source, "-o", "r.png", "--strokes", "strokes.jsonl")
+        self.run_program("run", "whole.jsonl")
+        self.assertEqual(alpha(self.folder / "r.png"), alpha(self.folder / "editor.png"))
+        self.assertEqual(colours(self.folder / "r.png"), colours(self.folder / "editor.png"))
+        self.assertTrue({0, 255} < set(alpha(self.folder / "r.png")))
+
+    def test_script_that_needs_a_window_names_its_line(self):
+        (self.folder / "s.jsonl").write_text('{"do":"settle"}\n{"do":"open","files":["a.png"]}\n')
+        done = self.run_program("cut", self.picture(), "-o", "r.png", "--strokes", "s.jsonl", status=2)
+        self.assertIn(b'line 2: the step "open" needs the editor\'s window', done.stderr)
+
     # ── Care for files ─────────────────────────────────────────────────────────────────────────
 
     def test_file_that_exists_stays_unless_forced(self):
