@@ -1,8 +1,13 @@
 #include <QApplication>
 #include <QMenu>
 #include <cstdio>
+#include <optional>
+#include <string>
 
 #include "cli/CommandLine.h"
+#include "cli/RecordedPanels.h"
+#include "cli/Recorder.h"
+#include "cli/Recording.h"
 #include "cli/Subcommands.h"
 #include "cli/Toolkit.h"
 #include "controls/Icons.h"
@@ -41,15 +46,19 @@ void fillTrayMenu(trimora::app::AppDelegate& delegate, QMenu& menu) {
     menu.addActions(delegate.applicationDockMenu()->actions());
 }
 
-int edit(const CommandLine& line, const std::string& activationToken) {
-    SingleInstance instance(SingleInstance::ofThisSession());
-    if (instance.launch({line.files, line.isNew ? kNew : "", activationToken}) ==
-        SingleInstance::Launch::handedOver)
-        return 0;
-    trimora::platform::QtPanels panels;
+int failed(const std::string& reason) {
+    std::fprintf(stderr, "trimora: %s\n", reason.c_str());
+    return 1;
+}
+
+int runEditor(const CommandLine& line, SingleInstance& instance, trimora::ports::Panels& panels,
+              trimora::Recording* recording) {
     trimora::DesktopHost desktop(panels);
     trimora::Wiring program(desktop.host());
     desktop.fallBackTo(program.shell().messages());
+    std::optional<trimora::Recorder> recorder;
+    if (recording != nullptr)
+        recorder.emplace(program, *recording);
     trimora::app::AppDelegate& delegate = program.shell().appDelegate();
     QGuiApplication::setQuitOnLastWindowClosed(delegate.applicationShouldTerminateAfterLastWindowClosed());
     const trimora::platform::TrayItem tray(
@@ -65,6 +74,26 @@ int edit(const CommandLine& line, const std::string& activationToken) {
     instance.onLaunch([&](const LaunchRequest& request) { serve(program, request); });
     delegate.applicationDidFinishLaunching();
     return trimora::Toolkit::exec();
+}
+
+int record(const CommandLine& line, SingleInstance& instance) {
+    auto recording = trimora::Recording::create(line.record);
+    if (!recording)
+        return failed(recording.error().message);
+    trimora::platform::QtPanels panels;
+    trimora::RecordedPanels recorded(panels, *recording);
+    return runEditor(line, instance, recorded, &*recording);
+}
+
+int edit(const CommandLine& line, const std::string& activationToken) {
+    SingleInstance instance(SingleInstance::ofThisSession());
+    if (instance.launch({line.files, line.isNew ? kNew : "", activationToken}) ==
+        SingleInstance::Launch::handedOver)
+        return line.record.empty() ? 0 : failed("an editor runs already, and nothing of it is recorded");
+    if (!line.record.empty())
+        return record(line, instance);
+    trimora::platform::QtPanels panels;
+    return runEditor(line, instance, panels, nullptr);
 }
 
 int demonstrate(const CommandLine& line) {

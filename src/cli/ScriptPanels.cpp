@@ -24,6 +24,13 @@ Answer next(std::deque<Answer>& queue, Answer none) {
     return none;
 }
 
+std::vector<path> absolutePaths(const std::vector<std::string>& files) {
+    std::vector<path> paths;
+    for (const std::string& file : files)
+        paths.push_back(std::filesystem::absolute(file));
+    return paths;
+}
+
 std::optional<path> chosen(const std::string& file) {
     return file.empty() ? std::nullopt : std::optional(std::filesystem::absolute(file));
 }
@@ -41,7 +48,7 @@ ScriptPanels::~ScriptPanels() {
 
 void ScriptPanels::queue(const script::AnswerStep& answer) {
     if (const auto* const open = std::get_if<Kinds::OpenPanel>(&answer.with))
-        open_.push_back(open->files ? open->files->front() : "");
+        open_.push_back(absolutePaths(open->files.value_or(std::vector<std::string>())));
     else if (const auto* const save = std::get_if<Kinds::SavePanel>(&answer.with))
         save_.push_back(save->file.value_or(""));
     else if (const auto* const alert = std::get_if<Kinds::Alert>(&answer.with))
@@ -50,8 +57,8 @@ void ScriptPanels::queue(const script::AnswerStep& answer) {
         warning_.push_back(warning->yes);
 }
 
-void ScriptPanels::chooseFileToOpen(const path& /*folder*/, Answer answer) {
-    mainQueue_.async([this, answer = std::move(answer)] { answer(chosen(next(open_, {}))); });
+void ScriptPanels::chooseFileToOpen(const path& /*folder*/, FilesAnswer answer) {
+    mainQueue_.async([this, answer = std::move(answer)] { answer(next(open_, {})); });
 }
 
 void ScriptPanels::chooseFileToSave(const path& /*folder*/, const std::string& /*name*/, Answer answer) {

@@ -24,7 +24,7 @@ class ScriptPanels final : public QObject, public ports::Panels {
     void queue(const script::AnswerStep& answer);
 
     // ports::Panels
-    void chooseFileToOpen(const std::filesystem::path& folder, Answer answer) override;
+    void chooseFileToOpen(const std::filesystem::path& folder, FilesAnswer answer) override;
     void chooseFileToSave(const std::filesystem::path& folder, const std::string& name,
                           Answer answer) override;
     void runAlert(const ports::Alert& alert, AlertAnswer answer) override;
@@ -37,8 +37,8 @@ class ScriptPanels final : public QObject, public ports::Panels {
 
     foundation::SerialQueue& mainQueue_;
     const std::function<void(const std::string&)> said_;
-    std::deque<std::string> open_;  // empty: cancelled
-    std::deque<std::string> save_;  // empty: cancelled
+    std::deque<std::vector<std::filesystem::path>> open_;  // empty: cancelled
+    std::deque<std::string> save_;                         // empty: cancelled
     std::deque<int> alert_;
     std::deque<bool> warning_;
 };

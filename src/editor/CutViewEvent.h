@@ -27,8 +27,13 @@ struct DragModeHeld {
     cutengine::DragMode mode = cutengine::DragMode::paint;
 };
 
+/// The picture is taken to another place, by so many view points, y-up.
+struct PictureMoved {
+    foundation::Point way;
+};
+
 using CutViewEvent =
     std::variant<MousePressed, MouseDragged, MouseReleased, PointerInside, cutengine::ScrollEvent,
-                 cutengine::Modifiers, cutengine::KeyEvent, DragModeHeld>;
+                 cutengine::Modifiers, cutengine::KeyEvent, DragModeHeld, PictureMoved>;
 
 }  // namespace trimora::editor

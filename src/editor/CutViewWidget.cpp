@@ -70,6 +70,16 @@ void CutViewWidget::perform(const PointerInside& event) {
         view_.mouseExited();
 }
 
+void CutViewWidget::perform(const cutengine::ScrollEvent& event) {
+    view_.scrollWheel(event);
+    placementWasTouched();
+}
+
+void CutViewWidget::placementWasTouched() const {
+    if (placementTouched_)
+        placementTouched_();
+}
+
 void CutViewWidget::perform(const cutengine::KeyEvent& event) {
     const float before = view_.brushAlphaValue();
     view_.keyDown(event);
@@ -145,6 +155,7 @@ void CutViewWidget::paintEvent(QPaintEvent* event) {
 
 void CutViewWidget::resizeEvent(QResizeEvent* /*event*/) {
     view_.setViewSize({static_cast<double>(width()), static_cast<double>(height())});
+    placementWasTouched();
 }
 
 // ── Mouse ──────────────────────────────────────────────────────────────────────────────────────

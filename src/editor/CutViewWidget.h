@@ -55,6 +55,9 @@ class CutViewWidget final : public QWidget, public cutengine::CutViewHost {
     /// Called with every event before the cut view has it.
     void onEvent(std::function<void(const CutViewEvent&)> handler) { eventTaken_ = std::move(handler); }
 
+    /// Called where the view gets another size, and where the wheel turns or a pinch zooms.
+    void onPlacementEvent(std::function<void()> handler) { placementTouched_ = std::move(handler); }
+
     // cutengine::CutViewHost
     void openPicture(cutengine::RKImageCutView& sender) override;
     void setCursor(const cutengine::Cursor& cursor) override;
@@ -85,10 +88,12 @@ class CutViewWidget final : public QWidget, public cutengine::CutViewHost {
     void perform(const MouseDragged& event) { view_.mouseDragged(event.mouse); }
     void perform(const MouseReleased& event) { view_.mouseUp(event.mouse); }
     void perform(const PointerInside& event);
-    void perform(const cutengine::ScrollEvent& event) { view_.scrollWheel(event); }
+    void perform(const cutengine::ScrollEvent& event);
     void perform(const cutengine::Modifiers& held) { view_.flagsChanged(held); }
     void perform(const cutengine::KeyEvent& event);
     void perform(const DragModeHeld& event);
+    void perform(const PictureMoved& event) { view_.moveBy(event.way); }
+    void placementWasTouched() const;
     void pinch(const QNativeGestureEvent& gesture);
     void watchKey(const QKeyEvent& event);
     void holdModifiers(Qt::KeyboardModifiers held);
@@ -111,6 +116,7 @@ class CutViewWidget final : public QWidget, public cutengine::CutViewHost {
     std::function<void(const std::string&)> historyTrouble_;
     std::function<void()> brushSwapped_;
     std::function<void(const CutViewEvent&)> eventTaken_;
+    std::function<void()> placementTouched_;
     cutengine::RKImageCutView view_;  // last: it calls the host that is made of the members above
 };
 
