@@ -223,13 +223,13 @@ class BatchTest(ProgramTest):
 
     def test_nothing_of_the_source_but_its_pixels_is_in_the_result(self):
         source = self.make("in.jpg", self.picture(), "-set", "comment", "a secret", "-set", "exif:Artist", "somebody",
-                           "-profile", self.srgb_with_a_name())
+                           "-profile", self.metadata())
         self.assertIn(b"a secret", source.read_bytes())
         self.run_program("cut", source, "-o", "r.png", "--mask", self.disc(), "--write-mask")
         for name in ("r.png", "r.mask.png"):
             self.assertEqual(set(chunks(self.folder / name)), {"IHDR", "sRGB", "IDAT", "IEND"})
 
-    def srgb_with_a_name(self):
+    def metadata(self):
         """A block of metadata as photo programs leave it."""
         block = self.folder / "block.xmp"
         block.write_text("<x:xmpmeta xmlns:x='adobe:ns:meta/'>somewhere</x:xmpmeta>")
@@ -252,15 +252,21 @@ class BatchTest(ProgramTest):
             {"do": "slider", "which": "invertSize", "value": 25},
             {"do": "stroke", "points": [[150, 90], [320, 300]]},
         ]
+        self.compare_with_the_editor(source, strokes)
+        self.assertTrue({0, 255} < set(alpha(self.folder / "r.png")))
+        self.compare_with_the_editor(source, [*strokes, {"do": "set", "property": "colorOn", "value": False},
+                                              {"do": "set", "property": "blurOn", "value": False}])
+        self.assertEqual(set(alpha(self.folder / "r.png")), {255})
+
+    def compare_with_the_editor(self, source, strokes):
         whole = [strokes[0], {"do": "open", "files": [str(source)]}, {"do": "settle"}, *strokes[1:], {"do": "settle"},
                  {"do": "write", "what": "result", "to": str(self.folder / "editor.png")}]
         for name, steps in (("strokes.jsonl", strokes), ("whole.jsonl", whole)):
             (self.folder / name).write_text("".join(json.dumps(step) + "\n" for step in steps))
-        self.run_program("cut", source, "-o", "r.png", "--strokes", "strokes.jsonl")
+        self.run_program("cut", source, "-o", "r.png", "--strokes", "strokes.jsonl", "--force")
         self.run_program("run", "whole.jsonl")
         self.assertEqual(alpha(self.folder / "r.png"), alpha(self.folder / "editor.png"))
         self.assertEqual(colours(self.folder / "r.png"), colours(self.folder / "editor.png"))
-        self.assertTrue({0, 255} < set(alpha(self.folder / "r.png")))
 
     def test_script_that_needs_a_window_names_its_line(self):
         (self.folder / "s.jsonl").write_text('{"do":"settle"}\n{"do":"open","files":["a.png"]}\n')

@@ -19,6 +19,9 @@ using foundation::Error;
 using foundation::IntRect;
 using foundation::Result;
 
+/// The colour that the picker of a fresh editor has chosen.
+constexpr cutengine::Colour kFreshColour{0, 0, 0, 1};
+
 constexpr const char* kNoMemory = "there is not enough memory for the result";
 
 /// A cut view with all that it needs: its queues run when they are told to, and its time stands still.
@@ -81,6 +84,7 @@ Result<CutPicture> cutPicture(const PicturePtr& picture, const CutRecipe& recipe
     Bench bench(workers);
     RKImageCutView& view = bench.view();
     view.setViewSize(picture->size());
+    view.setBrushColor(kFreshColour);
     view.setImage(picture);
     if (recipe.mask) {
         Result<Bitmap> mask = recipe.mask->clone();
