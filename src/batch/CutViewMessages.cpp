@@ -71,16 +71,20 @@ constexpr Operation kOperations[] = {
 
 }  // namespace
 
-void setProperty(RKImageCutView& view, const script::SetStep& step) {
+bool setProperty(RKImageCutView& view, const script::SetStep& step) {
     const auto* const found = std::ranges::find(kSetters, step.property, &Setter::property);
-    if (found != std::end(kSetters))
-        found->set(view, step.value);
+    if (found == std::end(kSetters))
+        return false;
+    found->set(view, step.value);
+    return true;
 }
 
-void performOperation(RKImageCutView& view, std::string_view selector) {
+bool performOperation(RKImageCutView& view, std::string_view selector) {
     const auto* const found = std::ranges::find(kOperations, selector, &Operation::selector);
-    if (found != std::end(kOperations))
-        found->perform(view);
+    if (found == std::end(kOperations))
+        return false;
+    found->perform(view);
+    return true;
 }
 
 }  // namespace trimora::batch

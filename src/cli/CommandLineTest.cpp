@@ -36,6 +36,16 @@ TEST(CommandLine, NewIsForAnEditor) {
     EXPECT_FALSE(CommandLine::parse(Words{"a.png"})->isNew);
 }
 
+TEST(CommandLine, WhatAPersonDoesInTheEditorCanBeRecorded) {
+    const auto line = CommandLine::parse(Words{"--record", "s.jsonl", "a.png"});
+    ASSERT_TRUE(line);
+    EXPECT_EQ(line->mode, CommandLine::Mode::edit);
+    EXPECT_EQ(line->record, "s.jsonl");
+    EXPECT_THAT(line->files, ElementsAre("a.png"));
+    EXPECT_FALSE(CommandLine::parse(Words{"--record"}));
+    EXPECT_FALSE(CommandLine::parse(Words{"--gallery", "--record", "s.jsonl"}));
+}
+
 TEST(CommandLine, TheGalleryIsAModeOfItsOwn) {
     EXPECT_EQ(CommandLine::parse(Words{"--gallery"})->mode, CommandLine::Mode::gallery);
 }

@@ -1,8 +1,12 @@
 #include "cli/RunCommand.h"
 
+#include <poll.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
+#include <functional>
 #include <iostream>
 
 #include "cli/ScriptRun.h"
@@ -49,6 +53,14 @@ bool writeReport(const std::filesystem::path& file, const Json& report) {
     return !stream.fail();
 }
 
+/// Until standard input has something to read, or has ended, the window goes on.
+void waitForInput() {
+    constexpr int kFrame = 16;  // milliseconds
+    pollfd input{STDIN_FILENO, POLLIN, 0};
+    while (std::cin.rdbuf()->in_avail() == 0 && poll(&input, 1, kFrame) == 0)
+        QCoreApplication::processEvents();
+}
+
 /// The exit status of one script, whose report is added.
 int runOne(const std::string& script, const RunLine& line, Json& reports) {
     std::ifstream file;
@@ -60,10 +72,11 @@ int runOne(const std::string& script, const RunLine& line, Json& reports) {
             return kBadLine;
         }
     }
-    const ScriptedProgram::Options options{
-        .pace = line.isRealTime ? RunTime::Pace::really : RunTime::Pace::virtually, .isShown = line.isShown};
-    ScriptRun run(script);
-    const auto outcome = static_cast<int>(run.run(script == "-" ? std::cin : file, options, homesOf(line)));
+    const bool isTyped = script == "-";
+    ScriptRun run(script, {{line.isRealTime ? RunTime::Pace::really : RunTime::Pace::virtually, line.isShown},
+                           homesOf(line),
+                           isTyped && line.isShown ? waitForInput : std::function<void()>()});
+    const auto outcome = static_cast<int>(run.run(isTyped ? std::cin : file));
     reports.push_back(run.report());
     reports.back()["exitStatus"] = outcome;
     return outcome;
@@ -109,6 +122,7 @@ int runScripts(Words words) {
         std::fputs(kHelp, stdout);
         return 0;
     }
+    std::ios::sync_with_stdio(false);  // so that lines that came together are known to be there
     const Toolkit toolkit(line->isShown ? Toolkit::Screen::desktop : Toolkit::Screen::offscreen);
     QGuiApplication::setQuitOnLastWindowClosed(false);
     Json reports = Json::array();

@@ -68,40 +68,49 @@ void ScriptRun::fail(int line, const std::string& reason) {
     report_["failures"].push_back({{"line", line}, {"reason", reason}});
 }
 
-ScriptRun::Outcome ScriptRun::run(std::istream& lines, const ScriptedProgram::Options& options,
-                                  const Homes& homes) {
+bool ScriptRun::read(std::istream& lines, std::string& text) {
+    do {
+        if (settings_.waitForLine)
+            settings_.waitForLine();
+        ++number_;
+        if (!std::getline(lines, text))
+            return false;
+    } while (script::isBlank(text));
+    return true;
+}
+
+ScriptRun::Outcome ScriptRun::run(std::istream& lines) {
     const Instant begin = now();
     report_ = {{"script", name_}, {"steps", Json::array()}, {"failures", Json::array()}};
-    Outcome outcome = Outcome::done;
+    bool badLine = false;
     {
         Progress progress;
         LogRecord log;
-        ScriptedProgram program(options, homes,
+        ScriptedProgram program(settings_.program, settings_.homes,
                                 [&](const std::string& line) { fail(progress.lineOfTrouble(), line); });
         StepRunner runner(program, log, printLine);
-        std::string text;
-        for (int number = 1; !program.hasQuit() && std::getline(lines, text); ++number) {
-            if (script::isBlank(text))
-                continue;
+        for (std::string text; !badLine && !program.hasQuit() && read(lines, text);) {
             const auto step = script::readStep(text);
-            if (!step) {
-                fail(number, step.error().message);
-                outcome = Outcome::badLine;
-                break;
+            badLine = !step;
+            if (badLine) {
+                fail(number_, step.error().message);
+                continue;
             }
-            progress.begin(number, *step);
+            progress.begin(number_, *step);
             const Instant stepBegin = now();
             const double clockBegin = program.time().clock().seconds();
             if (const auto done = runner.run(*step); !done)
-                fail(number, done.error().message);
-            report_["steps"].push_back({{"line", number},
+                fail(number_, done.error().message);
+            report_["steps"].push_back({{"line", number_},
                                         {"do", script::nameOf(*step)},
                                         {"seconds", secondsSince(stepBegin)},
                                         {"clockSeconds", program.time().clock().seconds() - clockBegin}});
         }
     }
     report_["seconds"] = secondsSince(begin);
-    return outcome == Outcome::done && failures_ > 0 ? Outcome::someFailed : outcome;
+    if (badLine)
+        return Outcome::badLine;
+    return failures_ > 0 ? Outcome::someFailed : Outcome::done;
 }
 
 }  // namespace trimora

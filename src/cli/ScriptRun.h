@@ -1,8 +1,8 @@
 #pragma once
 
+#include <functional>
 #include <iosfwd>
 #include <string>
-#include <vector>
 
 #include "cli/JsonValues.h"
 #include "cli/ScriptedProgram.h"
@@ -20,12 +20,17 @@ class ScriptRun {
         someFailed = 1,  ///< every line was a step, and not every one could be done
         badLine = 2,     ///< the run ended at a line that is no step
     };
+    struct Settings {
+        ScriptedProgram::Options program;
+        Homes homes;  ///< the folders that the program works in
+        /// Called before each line is read; returns when there is one, or the end. May be empty.
+        std::function<void()> waitForLine;
+    };
     /// `name` is what messages call the script.
-    explicit ScriptRun(std::string name) : name_(std::move(name)) {}
+    ScriptRun(std::string name, Settings settings) : name_(std::move(name)), settings_(std::move(settings)) {}
 
-    /// `homes` are the folders that the program works in.
-    [[nodiscard]] Outcome run(std::istream& lines, const ScriptedProgram::Options& options,
-                              const Homes& homes);
+    /// Once.
+    [[nodiscard]] Outcome run(std::istream& lines);
 
     /// What was done and how long it took, for --report.
     [[nodiscard]] const Json& report() const { return report_; }
@@ -35,7 +40,12 @@ class ScriptRun {
 
     void fail(int line, const std::string& reason);
 
+    /// The next line that says something; false at the end.
+    [[nodiscard]] bool read(std::istream& lines, std::string& text);
+
     const std::string name_;
+    const Settings settings_;
+    int number_ = 0;  // of the line that was read last
     Json report_ = Json::object();
     int failures_ = 0;
 };

@@ -54,6 +54,9 @@ class TelemetrixWiring final : public app::UsageRecording {
     /// The window has been painted: the queued work may begin. Further calls do nothing.
     void beginWork();
 
+    /// Whether what is recorded may be sent.
+    [[nodiscard]] bool maySend() const { return gate_.isOpen(); }
+
     /// Whether a post is under way. Any thread.
     [[nodiscard]] bool isPosting() const;
 
