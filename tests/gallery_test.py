@@ -136,6 +136,10 @@ class GalleryTest(unittest.TestCase):
     def wait_for_field(self, text, slider=SLIDER):
         wait_for(f"the field to show '{text}' after {self.reports(slider)}", lambda: self.field(slider) == text)
 
+    def held_keys(self):
+        """The last report of the modifier keys that are held."""
+        return [report for report in self.reports() if report.startswith("keys:")][-1]
+
     def wait_for_report(self, line):
         wait_for(f"the report '{line}' after {self.reports()}", lambda: line in self.reports())
 
@@ -191,6 +195,11 @@ class GalleryTest(unittest.TestCase):
         self.click(HALF_DISC, (0.04, 0.96))
         self.fence()
         self.assertNotIn("clicked", self.reports(BUTTON) + self.reports(HALF_DISC))
+        # They are as enabled as they were.
+        self.click(BUTTON)
+        self.wait_for_report(f"{BUTTON}: clicked")
+        self.click(HALF_DISC, (0.5, 0.3))
+        self.wait_for_report(f"{HALF_DISC}: clicked")
 
     def test_half_disc_fires_inside_its_shape(self):
         self.click(HALF_DISC, (0.5, 0.3))
@@ -335,8 +344,10 @@ class GalleryTest(unittest.TestCase):
     def test_text_that_ends_in_a_separator_is_not_committed(self):
         self.type_number("20")
         self.wait_for_report(f"{SLIDER}: value 20")
-        self.type_number("12.")
-        self.do("key", "Escape")
+        for unfinished in ("12.", "12,"):
+            self.type_number(unfinished)
+            self.wait_for_field(unfinished)
+            self.do("key", "Escape")
         self.type_number("30")
         self.wait_for_report(f"{SLIDER}: value 30")
         self.assertEqual(self.values(SLIDER), [20, 30])
@@ -429,6 +440,28 @@ class GalleryTest(unittest.TestCase):
         self.assertEqual(len(self.reports(PICKER)), 2)
         self.assertNotEqual(*self.reports(PICKER))
 
+    def test_press_or_drag_beyond_the_ends_keeps_the_marker_in_the_strip_of_hues(self):
+        width, height, marker = 12, 84, 4  # of the strip, in the picker's upper left corner
+        x, y = self.gallery.places[PICKER][:2]
+        x, y = self.gallery.left + x + width // 2, self.gallery.top + y
+
+        def marker_rows():
+            strip = self.settled(PICKER)
+            rows = [row for row in range(height) if strip.pixel(width // 2, row) == (255, 255, 255)]
+            return rows[0], rows[-1]
+
+        self.do("mousemove", x, y + height - 1, "click", 1)
+        first, last = marker_rows()
+        self.assertGreaterEqual(first, height - marker)
+        self.do("mousemove", x, y + 40, "mousedown", 1, "mousemove", x, y - 20, "mousemove", x, y - 30, "mouseup", 1)
+        first, last = marker_rows()
+        self.assertLess(last, marker)
+        self.do("mousemove", x, y + 40, "click", 1)
+        strip = self.settled(PICKER)
+        for row in (0, height - 1):
+            red, green, blue = strip.pixel(width // 2, row)
+            self.assertTrue(red > 250 and max(green, blue) < 16, f"{(red, green, blue)} at an end of the strip")
+
     def test_hue_press_reports_the_shade_of_the_hue_before(self):
         self.click(PICKER, SHADES)
         wait_for("the shade", lambda: self.reports(PICKER))
@@ -460,6 +493,16 @@ class GalleryTest(unittest.TestCase):
             wait_for("a colour", lambda: len(self.reports(PICKER)) > count)
 
     # Keyboard
+
+    def test_held_modifier_keys_are_known(self):
+        self.click(PICKER, TEXT)
+        self.do("key", "shift+Tab")  # away from the text, which takes every key that is let go
+        self.wait_for_report(f"keyboard: {PICKER} / Shade")
+        for key, name in (("shift", "shift"), ("ctrl", "cmnd"), ("alt", "alt"), ("super", "ctrl")):
+            self.do("keydown", key)
+            wait_for(f"{key} to be held", lambda held=f"keys: {name}": self.held_keys() == held)
+            self.do("keyup", key)
+            wait_for(f"{key} to be let go", lambda: self.held_keys() == "keys:")
 
     def test_tab_reaches_every_enabled_control_and_each_shows_it(self):
         reached = []

@@ -230,6 +230,8 @@ void ControlGallery::addBlockers() {
 bool ControlGallery::event(QEvent* event) {
     if (event->type() == QEvent::WindowActivate && !std::exchange(ready_, true))
         inTwoTurns();
+    if (event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease)
+        reports_.tellHeldKeys();
     return QWidget::event(event);
 }
 

@@ -16,6 +16,7 @@
 #include "controls/SelectableView.h"
 #include "controls/SliderVertical.h"
 #include "controls/ViewWithSliderTextField.h"
+#include "util/RKMonitor.h"
 
 namespace trimora::controls {
 
@@ -81,6 +82,16 @@ void GalleryReports::tellKeyboard(const QWidget* now) const {
         say("keyboard: " + name->second + part);
         return;
     }
+}
+
+void GalleryReports::tellHeldKeys() const {
+    std::string line = "keys:";
+    for (const auto& [held, name] : {std::pair(util::RKMonitor::altPressed(), " alt"),
+                                     std::pair(util::RKMonitor::cmndPressed(), " cmnd"),
+                                     std::pair(util::RKMonitor::ctrlPressed(), " ctrl"),
+                                     std::pair(util::RKMonitor::shiftPressed(), " shift")})
+        line += held ? name : "";
+    say(line);
 }
 
 void GalleryReports::watch(QWidget& control, const std::string& name) {

@@ -26,7 +26,7 @@ class ViewWithSliderTextField;
 /// The words after the name: "clicked", "menu", "value 45", "hide preview", "field 45%" (what a slider's
 /// field shows now), "colour #FF0000", "selected", "not selected", "moved". Lines that begin with
 /// "notification:" name a broadcast, those with "keyboard:" what has the keyboard now, and the part of it
-/// that does.
+/// that does, and those with "keys:" the modifier keys that are held.
 ///
 /// Controls that are watched may go first or last: delegates are kept until the reports go, so delete
 /// the controls before them. Main thread only.
@@ -46,6 +46,9 @@ class GalleryReports final : public QObject {
     void watch(ColorPickerView& picker, const std::string& name);
     void watch(SelectableView& tile, const std::string& name);
     void watch(CustomViewWithButton& panel, const std::string& name);
+
+    /// To be called for each key that no control takes.
+    void tellHeldKeys() const;
 
     void say(const std::string& line) const {
         if (sink_)
