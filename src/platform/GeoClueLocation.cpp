@@ -5,6 +5,7 @@
 #include <QDBusObjectPath>
 #include <QDBusVariant>
 #include <QFuture>
+#include <QFutureWatcher>
 #include <QLocale>
 #include <QPromise>
 #include <QThreadPool>
@@ -92,10 +93,12 @@ void GeoClueLocation::startUpdatingLocation() {
 void GeoClueLocation::begin() {
     end();
     talk_ = std::make_unique<QObject>();
-    onAThreadOfItsOwn(connect_).then(talk_.get(), [this](const QDBusConnection& bus) {
-        bus_ = bus;
+    auto* const connecting = new QFutureWatcher<QDBusConnection>(talk_.get());
+    connect(connecting, &QFutureWatcherBase::finished, talk_.get(), [this, connecting] {
+        bus_ = connecting->result();
         makeClient();
     });
+    connecting->setFuture(onAThreadOfItsOwn(connect_));
 }
 
 void GeoClueLocation::end() {
