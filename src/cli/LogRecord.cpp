@@ -1,6 +1,5 @@
 #include "cli/LogRecord.h"
 
-#include <cstdio>
 #include <utility>
 
 namespace trimora {
@@ -31,8 +30,7 @@ void LogRecord::hear(log::Level level, std::string_view line) {
     if (shown_)
         shown_(level, line);
     else
-        std::fprintf(stderr, "trimora: %s: %.*s\n", log::name(level).data(), static_cast<int>(line.size()),
-                     line.data());
+        log::writeToStandardError(level, line);
 }
 
 }  // namespace trimora
