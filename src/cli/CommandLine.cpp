@@ -54,6 +54,8 @@ const char* CommandLine::help() {
            "                                  FOLDER/cut.png and FOLDER/screenshot.png\n"
            "  trimora --gallery               shows every control in every state, and prints what they "
            "report\n"
+           "  trimora cut --help              tells how to cut pictures without a window\n"
+           "  trimora info --help             tells how to look at picture files\n"
            "  trimora --help\n"
            "  trimora --version\n";
 }

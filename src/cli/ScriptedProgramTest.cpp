@@ -3,7 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "cli/CutViewMessages.h"
+#include "batch/CutViewMessages.h"
 #include "cli/LogRecord.h"
 #include "cli/ScriptedProgramForTests.h"
 #include "cli/StepRunner.h"
@@ -26,7 +26,7 @@ TEST_F(ScriptedProgramTest, EverySelectorOfTheTableIsAnsweredByItsReceiver) {
     for (const std::string_view selector : script::selectorsOf(Receiver::app))
         EXPECT_TRUE(program_->shell().appDelegate().respondsToSelector(selector)) << selector;
     for (const std::string_view selector : script::selectorsOf(Receiver::cutView))
-        EXPECT_TRUE(performOperation(program_->cutView(), selector)) << selector;
+        EXPECT_TRUE(batch::performOperation(program_->cutView(), selector)) << selector;
 }
 
 TEST_F(ScriptedProgramTest, EveryPropertyOfTheTableHasASetter) {
@@ -37,7 +37,8 @@ TEST_F(ScriptedProgramTest, EveryPropertyOfTheTableHasASetter) {
             value = true;
         else if (property.kind == Kind::colour)
             value = std::optional(script::Rgba{});
-        EXPECT_TRUE(setProperty(program_->cutView(), {std::string(property.name), value})) << property.name;
+        EXPECT_TRUE(batch::setProperty(program_->cutView(), {std::string(property.name), value}))
+            << property.name;
     }
 }
 

@@ -10,7 +10,7 @@
 #include <utility>
 
 #include "app/GdprSheet.h"
-#include "cli/CutViewMessages.h"
+#include "batch/CutViewMessages.h"
 #include "cli/PixelSamples.h"
 #include "cli/StateReport.h"
 #include "controls/ColorPickerView.h"
@@ -164,7 +164,7 @@ Result<void> StepRunner::perform(const script::KeyStep& step) {
 // ── Properties, commands, panels ───────────────────────────────────────────────────────────────
 
 Result<void> StepRunner::perform(const script::SetStep& step) {
-    setProperty(program_.cutView(), step);
+    batch::setProperty(program_.cutView(), step);
     return {};
 }
 
@@ -180,7 +180,7 @@ Result<void> StepRunner::perform(const script::PerformStep& step) {
             program_.shell().appDelegate().performSelector(step.selector);
             break;
         case script::Receiver::cutView:
-            performOperation(program_.cutView(), step.selector);
+            batch::performOperation(program_.cutView(), step.selector);
             break;
     }
     return {};

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "cli/BatchCommands.h"
 #include "cli/RunCommand.h"
 
 namespace trimora {
@@ -9,6 +10,8 @@ namespace {
 
 constexpr Subcommand kSubcommands[] = {
     {"run", runScripts},
+    {"cut", runCut},
+    {"info", runInfo},
 };
 
 }  // namespace

@@ -27,8 +27,11 @@ std::string fileName(std::int64_t number) {
 
 }  // namespace
 
-HistoryStore::HistoryStore(const std::filesystem::path& folder) : directory_(folder) {
-    Result<files::PrivateFolder> opened = files::PrivateFolder::create(folder);
+HistoryStore::HistoryStore(const std::optional<std::filesystem::path>& folder)
+    : onDisk_(folder.has_value()), directory_(folder.value_or("")) {
+    if (!onDisk_)
+        return;
+    Result<files::PrivateFolder> opened = files::PrivateFolder::create(directory_);
     if (opened)
         folder_ = std::move(*opened);
     else
@@ -58,6 +61,8 @@ Result<void> HistoryStore::record(BitmapView mask) {
     if (mask.isEmpty())
         return {};
     fileIndex_ = number;
+    if (!onDisk_)
+        return {};
     if (!folder_)
         return Error{"there is no folder for it"};
     const Result<std::vector<std::uint8_t>> file = kernels::encodeMask(mask);
@@ -71,7 +76,7 @@ Result<void> HistoryStore::record(BitmapView mask) {
 
 std::optional<Bitmap> HistoryStore::step(Step step) {
     const bool back = step == Step::back;
-    if (back ? currentState_ <= 0 : !canStepForward())
+    if (!onDisk_ || (back ? currentState_ <= 0 : !canStepForward()))
         return std::nullopt;
     const std::int64_t shown = fileIndex_;
     const std::int64_t number =

@@ -165,6 +165,16 @@ void RKImageCutView::resetMask() {
     recordHistoryState();
 }
 
+void RKImageCutView::loadMask(Bitmap mask) {
+    // A task must be copyable, which a bitmap is not.
+    onSerialQueue([this, loaded = std::make_shared<Bitmap>(std::move(mask))] {
+        painter_.setNewContextImage(std::move(*loaded));
+        painter_.setNeedsContectUpdate();
+        paintPass();
+        recordHistoryState();
+    });
+}
+
 Bitmap RKImageCutView::copyMaskPlane() {
     Bitmap copy;
     serial_->sync([&] {

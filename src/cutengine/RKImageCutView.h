@@ -51,8 +51,9 @@ class RKImageCutView {
         foundation::QueueFactory& queues;
         foundation::Clock& clock;
         foundation::NotificationCenter& notifications;
-        /// Folder of the history files; created, private to its owner, when the view is made.
-        std::filesystem::path historyFolder;
+        /// Folder of the history files; created, private to its owner, when the view is made. None for who
+        /// never steps back: nothing goes to the disk then, and there is no step to take.
+        std::optional<std::filesystem::path> historyFolder;
     };
 
     RKImageCutView(const Services& services, CutViewHost& host);
@@ -133,6 +134,9 @@ class RKImageCutView {
     void recordHistoryState();
     /// Brings the whole picture back, as one step that can be undone.
     void resetMask();
+    /// Puts a mask from elsewhere in place of the one that was painted, as one step that can be undone. Its
+    /// alpha alone counts (255 shows the picture); it may have any size, and is scaled to the mask plane.
+    void loadMask(foundation::Bitmap mask);
 
     // ── Zoom and position ──────────────────────────────────────────────────────────────────────
     /// Zooms about a pointer (view points) by a scroll step.

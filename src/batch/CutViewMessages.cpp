@@ -1,10 +1,10 @@
-#include "cli/CutViewMessages.h"
+#include "batch/CutViewMessages.h"
 
 #include <algorithm>
 #include <limits>
 #include <utility>
 
-namespace trimora {
+namespace trimora::batch {
 
 using cutengine::DragMode;
 using cutengine::RKImageCutView;
@@ -87,4 +87,4 @@ bool performOperation(RKImageCutView& view, std::string_view selector) {
     return true;
 }
 
-}  // namespace trimora
+}  // namespace trimora::batch
