@@ -81,6 +81,7 @@ Result<AtomicFile> AtomicFile::create(const std::filesystem::path& target) {
     const Result<std::optional<Permissions>> kept = inspect(folder.number(), name.c_str());
     if (!kept)
         return kept.error();
+    TemporaryFile::removeAbandoned(folder.number());
     // A file that replaces another may be read by nobody else until it has that one's permissions.
     Result<TemporaryFile> temporary = TemporaryFile::create(folder.number(), kept->has_value() ? 0600 : 0666);
     if (!temporary)
