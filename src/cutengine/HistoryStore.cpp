@@ -39,6 +39,7 @@ void HistoryStore::clear() {
     length_ = 0;
     currentState_ = -1;
     fileIndex_ = -1;
+    written_.reset();
     if (!folder_)
         return;
     const Result<void> removed = folder_->removeAllFiles();
@@ -58,6 +59,7 @@ Result<void> HistoryStore::record(BitmapView mask) {
     if (mask.isEmpty())
         return {};
     fileIndex_ = number;
+    written_.reset(static_cast<std::size_t>(number));
     if (!folder_)
         return Error{"there is no folder for it"};
     const Result<std::vector<std::uint8_t>> file = kernels::encodeMask(mask);
@@ -65,7 +67,9 @@ Result<void> HistoryStore::record(BitmapView mask) {
     if (!written) {
         // What an earlier round of the ring left under this name is another state: better none.
         (void)folder_->remove(fileName(number));
+        return written;
     }
+    written_.set(static_cast<std::size_t>(number));
     return written;
 }
 
@@ -76,8 +80,9 @@ std::optional<Bitmap> HistoryStore::step(Step step) {
     const std::int64_t shown = fileIndex_;
     const std::int64_t number =
         back ? (shown < 1 ? kLastFileNumber : shown - 1) : (shown >= kLastFileNumber ? 0 : shown + 1);
-    const Result<files::FileBytes> file =
-        folder_ ? folder_->read(fileName(number), kLargestFile) : Error{"there is no folder for it"};
+    const Result<files::FileBytes> file = written_.test(static_cast<std::size_t>(number))
+                                              ? folder_->read(fileName(number), kLargestFile)
+                                              : Error{"it was not written"};
     if (!file) {
         foundation::log::warning("NO DATA PROVIDER");
         return std::nullopt;
