@@ -144,6 +144,7 @@ class HistoryKills : public ::testing::Test {
         EXPECT_NE(pixelsOf(next.view.copyMaskPlane()), untouched);
         next.undo();
         EXPECT_EQ(pixelsOf(next.view.copyMaskPlane()), untouched);
+        fs::remove_all(folder_);  // its masks are none of the script's
     }
 
     testing::TemporaryFolder home_;
