@@ -23,6 +23,10 @@ struct Ended {
 /// where an exception leaves it. More than `cpuSeconds` of the processor end it by a signal.
 [[nodiscard]] Ended inOwnProcess(const std::function<int()>& work, int cpuSeconds = 60);
 
+/// Most memory that this process has had since the last forgetPeak().
+[[nodiscard]] long peakKibibytes();
+void forgetPeak();
+
 /// How many files this process has open.
 [[nodiscard]] int openFiles();
 
