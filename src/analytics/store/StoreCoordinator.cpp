@@ -61,9 +61,9 @@ Result<void> checkIntegrity(SqliteDatabase& database) {
 /// Moves the database and its side files out of the way under a name that is still free.
 Result<std::filesystem::path> moveAside(const std::filesystem::path& file, const std::string& when) {
     std::filesystem::path aside = besides(file, ".damaged-" + when);
-    for (int number = 2; std::filesystem::exists(aside); ++number)
-        aside = besides(file, ".damaged-" + when + "-" + std::to_string(number));
     std::error_code failure;
+    for (int number = 2; std::filesystem::exists(aside, failure); ++number)
+        aside = besides(file, ".damaged-" + when + "-" + std::to_string(number));
     std::filesystem::rename(file, aside, failure);
     if (failure)
         return Error{"the damaged store cannot be moved aside: " + failure.message(), SQLITE_CANTOPEN};
