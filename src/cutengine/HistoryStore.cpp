@@ -1,5 +1,6 @@
 #include "cutengine/HistoryStore.h"
 
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -23,6 +24,16 @@ constexpr int kLargestMaskSide = 2 * static_cast<int>(kLargestPlaneSide);
 
 std::string fileName(std::int64_t number) {
     return std::to_string(number) + ".his";
+}
+
+/// What the codec makes of it; memory that runs out is a reason like others.
+template <typename Code>
+auto unlessMemoryRunsOut(const Code& code) -> decltype(code()) {
+    try {
+        return code();
+    } catch (const std::bad_alloc&) {
+        return Error{"not enough memory"};
+    }
 }
 
 }  // namespace
@@ -62,7 +73,7 @@ Result<void> HistoryStore::record(BitmapView mask) {
     written_.reset(static_cast<std::size_t>(number));
     if (!folder_)
         return Error{"there is no folder for it"};
-    const Result<std::vector<std::uint8_t>> file = kernels::encodeMask(mask);
+    const auto file = unlessMemoryRunsOut([&] { return kernels::encodeMask(mask); });
     Result<void> written = file ? folder_->write(fileName(number), *file) : file.error();
     if (!written) {
         // What an earlier round of the ring left under this name is another state: better none.
@@ -89,7 +100,7 @@ std::optional<Bitmap> HistoryStore::step(Step step) {
     }
     fileIndex_ = number;
     currentState_ += back ? -1 : 1;
-    Result<Bitmap> mask = kernels::decodeMask(file->view(), kLargestMaskSide);
+    auto mask = unlessMemoryRunsOut([&] { return kernels::decodeMask(file->view(), kLargestMaskSide); });
     if (mask)
         return std::move(*mask);
     foundation::log::warning("%s: %s", fileName(number).c_str(), mask.error().message.c_str());

@@ -4,6 +4,7 @@
 
 #include "analytics/Diagnostics.h"
 #include "analytics/Installation.h"
+#include "analytics/OutOfMemory.h"
 #include "analytics/public/TXAnalyticsQueue.h"
 #include "analytics/session/TXSessionManager.h"
 #include "analytics/session/TXSessionRequestBuilder.h"
@@ -98,8 +99,8 @@ void TXSessionManager::createRequestWithSession(const std::string& session,
         auto built = TXSessionRequestBuilder::buildRequestForSession(session);
         if (auto* const ready = std::get_if<TXSessionRequest>(&built)) {
             request = std::move(*ready);
-            underWay_.insert(session);
             sessions().saveOrUpdateSSID(session, SessionStatus::sending);
+            underWay_.insert(session);
         } else {
             error = std::get<TelemetrixError>(built);
         }
@@ -109,10 +110,12 @@ void TXSessionManager::createRequestWithSession(const std::string& session,
 
 void TXSessionManager::finishSending(const std::string& session,
                                      const std::optional<TelemetrixError>& error) {
-    if (!error || error->is(kServiceRejectedData))
-        TXAnalyticsDBManager::sharedManager().deleteAllDataForSession(session);
-    else
-        sessions().saveOrUpdateSSID(session, SessionStatus::done);
+    asFarAsMemoryGoes([&] {
+        if (!error || error->is(kServiceRejectedData))
+            TXAnalyticsDBManager::sharedManager().deleteAllDataForSession(session);
+        else
+            sessions().saveOrUpdateSSID(session, SessionStatus::done);
+    });
     const std::scoped_lock lock(mutex_);
     underWay_.erase(session);
 }

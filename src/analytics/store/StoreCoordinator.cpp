@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <ctime>
+#include <new>
 #include <utility>
 
 #include "analytics/Diagnostics.h"
@@ -111,7 +112,12 @@ Result<void> StoreCoordinator::inTransaction(const Work& work) {
     if (Result<void> begun = database_->execute("BEGIN IMMEDIATE"); !begun)
         return begun;
     ++depth_;
-    Result<void> done = work(*database_);
+    Result<void> done;
+    try {
+        done = work(*database_);
+    } catch (const std::bad_alloc&) {
+        done = Error{"not enough memory", SQLITE_NOMEM};
+    }
     --depth_;
     if (done)
         done = database_->execute("COMMIT");
