@@ -201,6 +201,42 @@ Buffer mutant(std::mt19937_64& random) {
     return bytes;
 }
 
+std::vector<NamedFile> filesOfSize(std::uint32_t side) {
+    std::vector<NamedFile> files;
+    const auto digits = [side](Buffer& bytes, std::size_t at, int count, bool bigEndian) {
+        const std::uint64_t most = (std::uint64_t{1} << (8 * count)) - 1;
+        const std::uint64_t value = std::min<std::uint64_t>(side, most);
+        for (int i = 0; i < count; ++i)
+            bytes[at + static_cast<std::size_t>(i)] =
+                static_cast<std::uint8_t>(value >> (8 * (bigEndian ? count - 1 - i : i)));
+    };
+    Buffer png = samples::png(samples::fading(8, 8).view());
+    digits(png, 16, 4, true);
+    digits(png, 20, 4, true);
+    putChecksumsRight(png);
+    files.push_back({"png", png});
+    Buffer jpeg = samples::jpeg(samples::quarters(8, 8).view());
+    constexpr std::uint8_t kFrame[] = {0xFF, 0xC0};
+    const auto frame = std::search(jpeg.begin(), jpeg.end(), std::begin(kFrame), std::end(kFrame));
+    const auto at = static_cast<std::size_t>(frame - jpeg.begin());
+    digits(jpeg, at + 5, 2, true);
+    digits(jpeg, at + 7, 2, true);
+    files.push_back({"jpeg", jpeg});
+    Buffer gif = samples::gif(samples::quarters(8, 8).view());
+    digits(gif, 6, 2, false);
+    digits(gif, 8, 2, false);
+    files.push_back({"gif", gif});
+    // One directory right after the head: width, height, and no pixels.
+    Buffer tiff = {'I', 'I', 42, 0, 8, 0, 0, 0, 2, 0};
+    for (const std::uint8_t tag : {0, 1}) {
+        tiff.insert(tiff.end(), {tag, 1, 4, 0, 1, 0, 0, 0, 0, 0, 0, 0});
+        digits(tiff, tiff.size() - 4, 4, false);
+    }
+    tiff.insert(tiff.end(), {0, 0, 0, 0});
+    files.push_back({"tiff", tiff});
+    return files;
+}
+
 std::string faultOf(const foundation::Result<cutengine::DecodedPicture>& outcome) {
     if (!outcome)
         return outcome.error().message.empty() ? "no message" : "";

@@ -31,6 +31,9 @@ struct NamedFile {
 /// Twelve small files whose metadata would cost much time or memory if anybody read it all.
 [[nodiscard]] std::vector<NamedFile> metadataBombs();
 
+/// A small file of each format whose head speaks of `side` x `side` pixels, as far as the format can.
+[[nodiscard]] std::vector<NamedFile> filesOfSize(std::uint32_t side);
+
 /// How many pixels the tests admit.
 inline constexpr std::uint64_t kAdmittedPixels = 4'000'000;
 

@@ -2,6 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <filesystem>
 #include <map>
 #include <random>
 #include <set>
@@ -201,6 +204,33 @@ TEST_F(NetworkFaults, SessionUnderWayIsNotSentAgainWhenTheClockJumps) {
     }
     advance(100);
     EXPECT_EQ(service_.timesTwiceInFlight(), 0);
+}
+
+TEST_F(NetworkFaults, YearWithoutANetworkStaysUnderTheCapAndIsSentAfterwards) {
+    const int eventsADay = testing::byDepth(60, 700, 700);
+    for (int day = 0; day < 365; ++day) {
+        const auto saved = context().performAndWait([&] {
+            const std::string name = "day " + std::to_string(day);
+            TXSSID session{0, name, kDone, 1'000.0 + day};
+            auto outcome = context().save(session);
+            for (int i = 0; i < eventsADay && outcome; ++i) {
+                TXEvent event{0, name, R"({"event":"button open pressed.","data":{"name":"open"}})"};
+                outcome = context().save(event);
+            }
+            return outcome;
+        });
+        ASSERT_TRUE(saved) << saved.error().message;
+    }
+    std::uintmax_t bytes = 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(home.path()))
+        bytes += entry.is_regular_file() ? entry.file_size() : 0;
+    EXPECT_LT(bytes, std::uintmax_t{64} << 20);
+    const std::size_t kept = sessions().size();
+    EXPECT_EQ(kept, std::min<std::size_t>(365, 200'000 / static_cast<std::size_t>(eventsADay)));
+    start();
+    advance(2.0 * static_cast<double>(kept));
+    EXPECT_EQ(service_.accepted().size(), kept);
+    std::printf("%zu sessions, %ju bytes\n", kept, bytes);
 }
 
 class ClockHistories : public NetworkFaults, public ::testing::WithParamInterface<int> {};
