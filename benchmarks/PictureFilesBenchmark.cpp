@@ -12,9 +12,12 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <fstream>
 #include <functional>
+#include <iterator>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
+#include <utility>
 #include <vector>
 
 #include <jpeglib.h>
@@ -31,8 +34,8 @@ using namespace trimora;
 using foundation::Bitmap;
 using Buffer = std::vector<std::uint8_t>;
 
-constexpr int kWidth = 6000;
-constexpr int kHeight = 4000;
+constexpr int kUsualWidth = 6000;
+constexpr int kUsualHeight = 4000;
 
 [[noreturn]] void fail(const char* what) {
     std::fprintf(stderr, "%s failed\n", what);
@@ -83,20 +86,20 @@ void decodeBySpng(const Buffer& file, Buffer& to) {
     spng_ctx_free(context);
 }
 
-void decodeByQt(const Buffer& file) {
+void decodeByQt(const Buffer& file, int width) {
     QBuffer device;
     device.setData(reinterpret_cast<const char*>(file.data()), static_cast<int>(file.size()));
     QImageReader reader(&device);
     const QImage image = reader.read().convertToFormat(QImage::Format_ARGB32_Premultiplied);
-    if (image.width() != kWidth)
+    if (image.width() != width)
         fail("Qt");
 }
 
-void decodeByOpenCv(const Buffer& file) {
+void decodeByOpenCv(const Buffer& file, int width) {
     cv::Mat picture = cv::imdecode(file, cv::IMREAD_UNCHANGED);
     if (picture.channels() == 3)
         cv::cvtColor(picture, picture, cv::COLOR_BGR2BGRA);
-    if (picture.cols != kWidth)
+    if (picture.cols != width)
         fail("OpenCV");
 }
 
@@ -106,12 +109,12 @@ void decodeByUs(codecs::PictureFileDecoder& decoder, const Buffer& file) {
 }
 
 void compareLoading(const std::string& name, const Buffer& file, const std::string& libraryName,
-                    const std::function<void()>& library, codecs::PictureFileDecoder& decoder) {
+                    const std::function<void()>& library, codecs::PictureFileDecoder& decoder, int width) {
     benchmarks::Comparison("load " + name)
         .add("Trimora", [&] { decodeByUs(decoder, file); })
         .add(libraryName + " alone", library)
-        .add("Qt", [&] { decodeByQt(file); })
-        .add("OpenCV", [&] { decodeByOpenCv(file); })
+        .add("Qt", [&] { decodeByQt(file, width); })
+        .add("OpenCV", [&] { decodeByOpenCv(file, width); })
         .print();
 }
 
@@ -138,9 +141,9 @@ std::size_t encodeByOpenCv(Bitmap& picture) {
 }
 
 std::size_t encodeByVips(Bitmap& picture) {
-    VipsImage* const image =
-        vips_image_new_from_memory(picture.row(0), picture.stride() * static_cast<std::size_t>(kHeight),
-                                   static_cast<int>(picture.stride() / 4), kHeight, 4, VIPS_FORMAT_UCHAR);
+    VipsImage* const image = vips_image_new_from_memory(
+        picture.row(0), picture.stride() * static_cast<std::size_t>(picture.height()),
+        static_cast<int>(picture.stride() / 4), picture.height(), 4, VIPS_FORMAT_UCHAR);
     void* file = nullptr;
     std::size_t size = 0;
     if (vips_pngsave_buffer(image, &file, &size, nullptr) != 0)
@@ -168,10 +171,12 @@ void compareSaving(const std::string& name, Bitmap& picture, codecs::PngEncoder&
 Bitmap cutOut(const Bitmap& picture) {
     Bitmap made = picture.clone().value();
     made.setAlphaMode(foundation::AlphaMode::straight);
-    for (int y = 0; y < kHeight; ++y) {
-        for (int x = 0; x < kWidth; ++x) {
-            const int away = std::abs(x - kWidth / 2) + std::abs(y - kHeight / 2);
-            const int alpha = std::clamp((away - 1500) * 2, 0, 255);
+    const int width = picture.width();
+    const int height = picture.height();
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const int away = std::abs(x - width / 2) + std::abs(y - height / 2);
+            const int alpha = std::clamp((away - width / 4) * 2, 0, 255);
             foundation::Pixel pixel = picture.pixel(x, y);
             pixel.alpha = static_cast<std::uint8_t>(alpha);
             made.setPixel(x, y, alpha == 0 ? foundation::Pixel{} : pixel);
@@ -180,34 +185,49 @@ Bitmap cutOut(const Bitmap& picture) {
     return made;
 }
 
+Buffer bytesOf(const char* path) {
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+Bitmap pictureFrom(codecs::PictureFileDecoder& decoder, const char* path) {
+    auto decoded = decoder.decodeBytes(bytesOf(path));
+    if (!decoded)
+        fail(path);
+    return std::move(decoded->representations.front());
+}
+
 }  // namespace
 
-int main(int /*argc*/, char** argv) {
+// usage: picture_files_benchmark [PICTURE]   (an opaque one; without it one of 24 megapixels is made up)
+int main(int argc, char** argv) {
     if (VIPS_INIT(argv[0]) != 0)
         fail("libvips");
     QImageReader::setAllocationLimit(0);
     foundation::InlineWorkers one;
     foundation::ThreadWorkers all;
     codecs::PictureFileDecoder decoder(all);
-    Bitmap picture = benchmarks::photograph(kWidth, kHeight);
+    Bitmap picture =
+        argc > 1 ? pictureFrom(decoder, argv[1]) : benchmarks::photograph(kUsualWidth, kUsualHeight);
+    const int width = picture.width();
     Bitmap cut = cutOut(picture);
-    Bitmap target = Bitmap::create(kWidth, kHeight).value();
-    Buffer tight(std::size_t{kWidth} * kHeight * 4);
+    Bitmap target = Bitmap::create(width, picture.height()).value();
+    Buffer tight(static_cast<std::size_t>(width) * static_cast<std::size_t>(picture.height()) * 4);
 
     Buffer file;
     cv::imencode(".jpg", wrapped(picture), file, {cv::IMWRITE_JPEG_QUALITY, 92});
     compareLoading(
-        "a JPEG of 24 MP", file, "libjpeg-turbo", [&] { decodeByJpegTurbo(file, target); }, decoder);
+        "a JPEG", file, "libjpeg-turbo", [&] { decodeByJpegTurbo(file, target); }, decoder, width);
     for (Bitmap* const source : {&picture, &cut}) {
         cv::imencode(".png", wrapped(*source), file);
-        const std::string name = source == &cut ? "a cut-out as PNG" : "a PNG of 24 MP";
+        const std::string name = source == &cut ? "a cut-out as PNG" : "a PNG";
         compareLoading(
-            name, file, "libpng", [&] { decodeByLibpng(file, target); }, decoder);
+            name, file, "libpng", [&] { decodeByLibpng(file, target); }, decoder, width);
         compareLoading(
-            name, file, "libspng", [&] { decodeBySpng(file, tight); }, decoder);
+            name, file, "libspng", [&] { decodeBySpng(file, tight); }, decoder, width);
     }
     codecs::PngEncoder alone(one);
     codecs::PngEncoder shared(all);
-    compareSaving("a picture of 24 MP", picture, alone, shared);
-    compareSaving("a cut-out of 24 MP", cut, alone, shared);
+    compareSaving("a picture", picture, alone, shared);
+    compareSaving("a cut-out", cut, alone, shared);
 }

@@ -13,6 +13,7 @@ import time
 
 CONFIGURATION = os.path.join(os.path.dirname(os.path.abspath(__file__)), "openbox.xml")
 PATIENCE = 60  # seconds that any single thing may take on a busy machine
+ALIKE = 1  # levels of 255 by which two pictures that look the same may differ, in the mean over all pixels
 BETWEEN_FRAMES = 0.1  # seconds, more than pass between two pictures of an animation
 
 
@@ -67,6 +68,13 @@ class Image:
     def crop(self, x, y, width, height):
         starts = [((y + row) * self.width + x) * 3 for row in range(height)]
         return Image(width, height, b"".join(self.data[start:start + width * 3] for start in starts))
+
+    def looks_like(self, other):
+        """Whether a person would take both for the same. Not every pixel counts: a letter that the toolkit has
+        to draw anew, having forgotten what it looked like, may come out a little sharper or softer."""
+        if (self.width, self.height) != (other.width, other.height):
+            return False
+        return sum(abs(a - b) for a, b in zip(self.data, other.data)) <= ALIKE * len(self.data)
 
     def __eq__(self, other):
         return (self.width, self.height, self.data) == (other.width, other.height, other.data)
@@ -171,9 +179,13 @@ class Desktop:
         image = Image(*self.size, data)
         assert len(data) == 3 * image.width * image.height, "the whole screen"
         if name:
-            self.shots += 1
-            image.write(os.path.join(self.folder, f"{self.shots:02d}-{name}.png"))
+            self.keep(image, name)
         return image
+
+    def keep(self, image, name):
+        """Leaves a picture in the folder, numbered."""
+        self.shots += 1
+        image.write(os.path.join(self.folder, f"{self.shots:02d}-{name}.png"))
 
     def rest(self, name=None):
         """What the screen shows once nobody has anything left to do: the programs have taken every event,

@@ -18,6 +18,7 @@ OWN_SLIDER = "ViewWithSliderTextField, least"  # where no other test's preview i
 UPRIGHT = "SliderVertical, rest"
 PICKER = "ColorPickerView, rest"
 TILE = "SelectableView, rest"
+BAR = "KnobScrollBar, rest"
 PANEL = "CustomViewWithButton, rest"
 SAVE = "ButtonSaveAppearance, rest"
 OPEN = "ButtonOpenAppereance, rest"
@@ -29,6 +30,11 @@ CORNER = (0.04, 0.04)
 LINE = 0.5  # of the slider
 FIELD = (0.85, 0.5)
 HUES, SHADES, TEXT, EYEDROPPER = (0.06, 0.4), (0.5, 0.4), (0.4, 0.92), (0.92, 0.92)
+
+# A slider's knob, and the colours along its line.
+KNOB = 17
+EDGE = 2  # points that a soft edge, and rounding to whole ones, may take away
+BLACK, GREY, ACCENT = (0, 0, 0), (23, 23, 23), (230, 27, 85)
 
 LEFT = "notification: rk.cutView.needsCursorUpdate"
 
@@ -70,12 +76,22 @@ class Gallery:
         return self.desktop.look().crop(self.left + x, self.top + y, width, height)
 
 
+def stretch(pixels, like):
+    """Where the pixels that are like something begin and end."""
+    places = [place for place, pixel in enumerate(pixels) if like(pixel)]
+    return (places[0], places[-1] + 1) if places else None
+
+
+def is_light(pixel):
+    return min(pixel) > 150
+
+
 class GalleryTest(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         shutil.rmtree(FOLDER, ignore_errors=True)
         os.makedirs(FOLDER)
-        cls.desktop = cls.enterClassContext(Desktop(FOLDER, 2000, 800))
+        cls.desktop = cls.enterClassContext(Desktop(FOLDER, 2000, 900))
         cls.gallery = Gallery(cls.desktop)
 
     def setUp(self):
@@ -83,7 +99,6 @@ class GalleryTest(unittest.TestCase):
 
     def begin(self):
         """From here on, what was done before is reported no more."""
-        self.move_out()
         self.mark = len(self.gallery.lines())
         self.fence()
         self.mark = len(self.gallery.lines())
@@ -110,6 +125,21 @@ class GalleryTest(unittest.TestCase):
         lines = self.gallery.lines()[self.mark:]
         return [line[len(of) + 2:] for line in lines if line.startswith(of + ": ")] if of else lines
 
+    def values(self, slider):
+        """What a slider or scroll bar reported as its values."""
+        return [float(report.split()[1]) for report in self.reports(slider) if report.startswith("value ")]
+
+    def field(self, slider=SLIDER):
+        """What the slider's field shows since it was last changed in this test."""
+        return [report[len("field "):] for report in self.reports(slider) if report.startswith("field ")][-1]
+
+    def wait_for_field(self, text, slider=SLIDER):
+        wait_for(f"the field to show '{text}' after {self.reports(slider)}", lambda: self.field(slider) == text)
+
+    def held_keys(self):
+        """The last report of the modifier keys that are held."""
+        return [report for report in self.reports() if report.startswith("keys:")][-1]
+
     def wait_for_report(self, line):
         wait_for(f"the report '{line}' after {self.reports()}", lambda: line in self.reports())
 
@@ -122,6 +152,15 @@ class GalleryTest(unittest.TestCase):
 
     def wait_until_shown(self, name, what, like):
         wait_for(f"{name} to look {what}", lambda: like(self.gallery.shown(name)))
+
+    def settled(self, name):
+        """What the screen shows of a control once all that was done before has been painted: a tile that is
+        clicked afterwards shows it, and one window is painted in one go."""
+        later = "SelectableView, selected"
+        before = self.gallery.shown(later)
+        self.fence()
+        self.wait_until_shown(later, "turned over", lambda shown: not shown.looks_like(before))
+        return self.gallery.shown(name)
 
     def type_number(self, text, slider=SLIDER):
         """Types over what the slider's field holds, and commits it."""
@@ -137,7 +176,7 @@ class GalleryTest(unittest.TestCase):
         self.wait_until_shown(BUTTON, "grown", lambda shown: shown != rest)
         self.move_out()
         self.wait_for_report(LEFT)
-        self.wait_until_shown(BUTTON, "as before", lambda shown: shown == rest)
+        self.wait_until_shown(BUTTON, "as before", lambda shown: shown.looks_like(rest))
 
     def test_leaving_any_button_restores_the_brush_cursor(self):
         for name in self.gallery.places:
@@ -156,6 +195,11 @@ class GalleryTest(unittest.TestCase):
         self.click(HALF_DISC, (0.04, 0.96))
         self.fence()
         self.assertNotIn("clicked", self.reports(BUTTON) + self.reports(HALF_DISC))
+        # They are as enabled as they were.
+        self.click(BUTTON)
+        self.wait_for_report(f"{BUTTON}: clicked")
+        self.click(HALF_DISC, (0.5, 0.3))
+        self.wait_for_report(f"{HALF_DISC}: clicked")
 
     def test_half_disc_fires_inside_its_shape(self):
         self.click(HALF_DISC, (0.5, 0.3))
@@ -224,18 +268,21 @@ class GalleryTest(unittest.TestCase):
         left, top, width, height = self.gallery.places[PANEL]
         self.gallery.places[PANEL] = (left - 15, top + 4, width, height)
         self.move_out()
-        self.wait_until_shown(PANEL, "the same at its new place", lambda shown: shown == before)
+        self.wait_until_shown(PANEL, "the same at its new place", lambda shown: shown.looks_like(before))
 
     # Slider with field
 
     def test_drag_of_the_knob_reports_on_the_way_and_hides_the_preview_at_its_end(self):
         self.do("mousemove", *self.gallery.at(OWN_SLIDER, (0.25, LINE)), "mousedown", 1)
         for share in (0.3, 0.35, 0.4):
-            count = len(self.reports(OWN_SLIDER))
+            count = len(self.values(OWN_SLIDER))
             self.move_to(OWN_SLIDER, (share, LINE))
-            wait_for("a report of the drag", lambda: len(self.reports(OWN_SLIDER)) > count)
-        values = [float(report.split()[1]) for report in self.reports(OWN_SLIDER)]
+            wait_for("a report of the drag", lambda: len(self.values(OWN_SLIDER)) > count)
+        values = self.values(OWN_SLIDER)
+        self.assertGreaterEqual(len(values), 3)
         self.assertEqual(values, sorted(values))
+        # Python rounds a half to the even number too.
+        self.assertEqual(self.field(OWN_SLIDER), f"{round(values[-1])}%")
         self.assertNotIn("hide preview", self.reports(OWN_SLIDER))
         self.do("mouseup", 1)
         self.wait_for_report(f"{OWN_SLIDER}: hide preview")
@@ -248,20 +295,84 @@ class GalleryTest(unittest.TestCase):
         self.do("click", 5)
         wait_for("the way back", lambda: self.reports(SLIDER).count("value 50") == 2)
 
+    def assert_stretch(self, what, pixels, like, begin, end):
+        found = stretch(pixels, like)
+        if end - begin <= 2 * EDGE:
+            self.assertLessEqual(found[1] - found[0] if found else 0, 2 * EDGE, f"{what} in {pixels}")
+            return
+        self.assertIsNotNone(found, f"{what} in {pixels}")
+        self.assertAlmostEqual(found[0], begin, delta=EDGE, msg=f"{what} begins in {pixels}")
+        self.assertAlmostEqual(found[1], end, delta=EDGE, msg=f"{what} ends in {pixels}")
+
+    def assert_slider(self, pixels, fraction, is_filled, unfilled):
+        """That a slider's line, from the end of its minimum, shows a value at this fraction of the range."""
+        usable = len(pixels) - 1.5 * KNOB
+        knob = KNOB * 0.25 + fraction * usable
+        self.assert_stretch("knob", pixels, is_light, knob, knob + KNOB)
+        inside = pixels[:round(knob)]
+        self.assert_stretch("filled line", inside, is_filled, KNOB * 0.5, len(inside))
+        outside = round(knob + KNOB)
+        self.assert_stretch("unfilled line", pixels[outside:], lambda pixel: pixel == unfilled, 0,
+                            len(pixels) - KNOB * 0.5 - outside)
+
+    def test_line_and_knob_lie_where_the_value_says(self):
+        part = f"{SLIDER} / slider"
+        for value in (1, 50, 100):
+            self.type_number(str(value))
+            self.wait_for_report(f"{SLIDER}: value {value}")
+            self.click(PICKER, TEXT)  # the knob without the ring of the keyboard
+            shown = self.settled(part)
+            row = [shown.pixel(x, shown.height // 2) for x in range(shown.width)]
+            # Along the line the accent runs from one red to another.
+            self.assert_slider(row, (value - 1) / 99, lambda pixel: pixel[0] > 240 and pixel[2] < 100, BLACK)
+
+    def test_upright_line_and_knob_lie_where_the_value_says(self):
+        for share in (0.99, 0.4, 0.01):
+            count = len(self.values(UPRIGHT))
+            self.click(UPRIGHT, (0.5, share))
+            wait_for("a value", lambda: len(self.values(UPRIGHT)) > count)
+            shown = self.settled(UPRIGHT)
+            column = [shown.pixel(shown.width // 2, y) for y in reversed(range(shown.height))]
+            self.assert_slider(column, (self.values(UPRIGHT)[-1] - 1) / 99, lambda pixel: pixel == ACCENT, GREY)
+
     def test_typed_numbers_are_clamped_and_fractions_are_rounded(self):
         for typed, value in (("250", 100), ("0", 1), ("12,7", 13), ("45", 45)):
             self.type_number(typed)
             self.wait_for_report(f"{SLIDER}: value {value}")
+            self.assertEqual(self.field(), f"{value}%")
 
     def test_text_that_ends_in_a_separator_is_not_committed(self):
         self.type_number("20")
         self.wait_for_report(f"{SLIDER}: value 20")
-        self.type_number("12.")
-        self.do("key", "Escape")
+        for unfinished in ("12.", "12,"):
+            self.type_number(unfinished)
+            self.wait_for_field(unfinished)
+            self.do("key", "Escape")
         self.type_number("30")
         self.wait_for_report(f"{SLIDER}: value 30")
-        self.assertEqual([report for report in self.reports(SLIDER) if report != "hide preview"],
-                         ["value 20", "value 30"])
+        self.assertEqual(self.values(SLIDER), [20, 30])
+
+    def test_every_keystroke_is_shown_as_a_whole_percentage(self):
+        self.click(SLIDER, FIELD)
+        # The caret stays behind the digits: what is typed next goes on with the number.
+        for typed, shown in (("ctrl+a", None), ("1", "1%"), ("2", "12%"), ("comma", "12,"), ("BackSpace", "12%")):
+            self.do("key", typed)
+            if shown:
+                self.wait_for_field(shown)
+        self.do("key", "ctrl+a", "type", "12,7")
+        self.do("key", "Return")
+        self.wait_for_report(f"{SLIDER}: value 13")
+
+    def test_fifth_character_is_refused_and_small_letters_become_capitals(self):
+        self.click(SLIDER, FIELD)
+        self.do("key", "ctrl+a", "type", "12345")
+        self.do("key", "End", "type", "6")
+        self.fence()
+        self.assertLessEqual(len(self.field()), 4)
+        self.assertEqual(self.field(), "123%")
+        self.do("key", "ctrl+a", "key", "period", "key", "Home", "key", "a")
+        self.wait_for_field("A.")
+        self.do("key", "Escape")
 
     def test_committed_number_hides_the_preview_a_moment_later(self):
         began = time.monotonic()
@@ -281,8 +392,8 @@ class GalleryTest(unittest.TestCase):
         self.click(UPRIGHT, (0.5, 0.8))
         wait_for("a low value", lambda: self.reports(UPRIGHT))
         self.click(UPRIGHT, (0.5, 0.2))
-        values = wait_for("both values", lambda: [report for report in self.reports(UPRIGHT) if "value" in report][1:])
-        self.assertGreater(float(values[-1].split()[1]), 50)
+        wait_for("both values", lambda: self.values(UPRIGHT)[1:])
+        self.assertGreater(self.values(UPRIGHT)[-1], 50)
 
     def test_every_step_of_a_fast_drag_is_reported(self):
         x, y = self.gallery.at(UPRIGHT, (0.5, 0.75))
@@ -290,8 +401,32 @@ class GalleryTest(unittest.TestCase):
         chain = [word for step in range(1, steps + 1) for word in ("mousemove", x, y - step)]
         self.do("mousemove", x, y, "mousedown", 1, *chain, "mouseup", 1)
         self.fence()
-        values = [report for report in self.reports(UPRIGHT) if "value" in report]
-        self.assertEqual(len(values), 1 + steps)
+        self.assertEqual(len(self.values(UPRIGHT)), 1 + steps)
+
+    # Scroll bar and blockers
+
+    def test_scroll_bar_is_dragged_and_seen_to_be_under_the_pointer(self):
+        rest = self.gallery.shown(BAR)
+        self.move_to(BAR, (0.3, 0.5))
+        self.wait_until_shown(BAR, "under the pointer", lambda shown: shown != rest)
+        self.do("mousedown", 1)
+        self.move_to(BAR, (0.9, 0.5))
+        self.wait_for_report(f"{BAR}: value 100")
+        self.do("mouseup", 1, "click", 4)
+        wait_for("a step back of the wheel", lambda: self.values(BAR)[-1] < 100)
+
+    def test_blocked_panel_and_button_work_again_after_their_last_key(self):
+        blocked = "RKBlocker, blocked", "ButtonBlocker, blocked"
+        for key in ("First key, rest", "Second key, rest"):
+            for name in blocked:
+                self.click(name)
+            self.fence()
+            self.assertEqual([report for name in blocked for report in self.reports(name)], [])
+            self.click(key)
+            self.wait_for_report(f"{key}: clicked")
+        for name in blocked:
+            self.click(name)
+            self.wait_for_report(f"{name}: clicked")
 
     # Colour picker
 
@@ -304,6 +439,28 @@ class GalleryTest(unittest.TestCase):
         self.fence()
         self.assertEqual(len(self.reports(PICKER)), 2)
         self.assertNotEqual(*self.reports(PICKER))
+
+    def test_press_or_drag_beyond_the_ends_keeps_the_marker_in_the_strip_of_hues(self):
+        width, height, marker = 12, 84, 4  # of the strip, in the picker's upper left corner
+        x, y = self.gallery.places[PICKER][:2]
+        x, y = self.gallery.left + x + width // 2, self.gallery.top + y
+
+        def marker_rows():
+            strip = self.settled(PICKER)
+            rows = [row for row in range(height) if strip.pixel(width // 2, row) == (255, 255, 255)]
+            return rows[0], rows[-1]
+
+        self.do("mousemove", x, y + height - 1, "click", 1)
+        first, last = marker_rows()
+        self.assertGreaterEqual(first, height - marker)
+        self.do("mousemove", x, y + 40, "mousedown", 1, "mousemove", x, y - 20, "mousemove", x, y - 30, "mouseup", 1)
+        first, last = marker_rows()
+        self.assertLess(last, marker)
+        self.do("mousemove", x, y + 40, "click", 1)
+        strip = self.settled(PICKER)
+        for row in (0, height - 1):
+            red, green, blue = strip.pixel(width // 2, row)
+            self.assertTrue(red > 250 and max(green, blue) < 16, f"{(red, green, blue)} at an end of the strip")
 
     def test_hue_press_reports_the_shade_of_the_hue_before(self):
         self.click(PICKER, SHADES)
@@ -337,6 +494,16 @@ class GalleryTest(unittest.TestCase):
 
     # Keyboard
 
+    def test_held_modifier_keys_are_known(self):
+        self.click(PICKER, TEXT)
+        self.do("key", "shift+Tab")  # away from the text, which takes every key that is let go
+        self.wait_for_report(f"keyboard: {PICKER} / Shade")
+        for key, name in (("shift", "shift"), ("ctrl", "cmnd"), ("alt", "alt"), ("super", "ctrl")):
+            self.do("keydown", key)
+            wait_for(f"{key} to be held", lambda held=f"keys: {name}": self.held_keys() == held)
+            self.do("keyup", key)
+            wait_for(f"{key} to be let go", lambda: self.held_keys() == "keys:")
+
     def test_tab_reaches_every_enabled_control_and_each_shows_it(self):
         reached = []
         before = self.desktop.look()
@@ -353,11 +520,18 @@ class GalleryTest(unittest.TestCase):
             x, y, width, height = self.gallery.places[name]
             frame = (self.gallery.left + x, self.gallery.top + y, width, height)
             old = before.crop(*frame)
-            self.wait_until_shown(name, "reached", lambda shown: shown != old)
-            before = self.desktop.look(f"keyboard-{count}" if count % 12 == 1 else None)
+
+            def screen_with_it():
+                screen = self.desktop.look()
+                return screen if screen.crop(*frame) != old else None
+
+            before = wait_for(f"{name} to look reached", screen_with_it)
+            if count % 12 == 1:
+                self.desktop.keep(before, f"keyboard-{count}")
+        without = ("ColorableView", "Text cell", "KnobScrollBar", "ButtonBlocker")  # the last comes and goes
         expected = {name for name in self.gallery.places
-                    if not name.endswith(", disabled") and not name.startswith(("ColorableView", "Text cell"))}
-        self.assertEqual({now.split(" / ")[0] for now in reached}, expected)
+                    if not name.endswith((", disabled", " / slider")) and not name.startswith(without)}
+        self.assertEqual({now.split(" / ")[0] for now in reached if not now.startswith(without)}, expected)
         parts = [now.split(" / ")[1] for now in reached if now.startswith(f"{PICKER} / ")]
         self.assertEqual(parts[:3], ["Hue", "Shade", "Colour as #RRGGBB"])
 

@@ -14,6 +14,7 @@
 
 #include "codecs/PixelRows.h"
 #include "codecs/PngChunks.h"
+#include "codecs/PngWholePicture.h"
 #include "codecs/RawPicture.h"
 #include "codecs/WideRows.h"
 
@@ -248,14 +249,15 @@ Outcome readPixels(spng_ctx* context, const PngChunks& chunks, const ColourProfi
     return chunks.isInterlaced ? readNarrowInterlaced(context, to) : readNarrow(context, to);
 }
 
-}  // namespace
+/// What could be had of a picture.
+struct ReadPicture {
+    Bitmap pixels;
+    Outcome outcome;
+};
 
-Result<DecodedPicture> PngDecoder::decode(Bytes file) const {
-    PngChunks chunks;
-    if (Result<void> read = readPngChunks(file, chunks); !read)
-        return read.error();
-    if (std::optional<Error> refusal = budget().refusal(chunks.width, chunks.height))
-        return *std::move(refusal);
+/// Reads as many rows as there are, of files of every kind.
+Result<ReadPicture> readByRows(const PngChunks& chunks, const ColourProfile* profile,
+                               foundation::Workers& workers) {
     Pieces pieces(chunks.picture);
     const Context context(spng_ctx_new(0), spng_ctx_free);
     if (!context)
@@ -266,24 +268,43 @@ Result<DecodedPicture> PngDecoder::decode(Bytes file) const {
                                            hasAlpha(chunks) ? AlphaMode::straight : AlphaMode::opaque);
     if (!pixels)
         return pixels.error();
-
-    const std::unique_ptr<ColourProfile> profile = profileOf(chunks);
-    Outcome outcome = readPixels(context.get(), chunks, profile.get(), pixels->view(), workers());
+    Outcome outcome = readPixels(context.get(), chunks, profile, pixels->view(), workers);
     if (outcome.rows == 0)
         return unreadable(chunks, SPNG_EIDAT_STREAM);
     if (!outcome.whole && chunks.isInterlaced) {
         outcome.rows = pixels->height();  // what is missing lies between the rows that were read
         pixels->setAlphaMode(AlphaMode::straight);
     }
+    return ReadPicture{std::move(*pixels), outcome};
+}
 
-    Result<Bitmap> bitmap =
-        finished({std::move(*pixels), outcome.rows, ColourModel::rgb, exifOrientation(chunks.exif)},
-                 chunks.bitDepth == kWideDepth ? nullptr : profile.get(), workers());
+Result<ReadPicture> read(const PngChunks& chunks, const ColourProfile* profile,
+                         foundation::Workers& workers) {
+    if (std::optional<Bitmap> whole = readWholePicture(chunks))
+        return ReadPicture{std::move(*whole), {static_cast<int>(chunks.height), true}};
+    return readByRows(chunks, profile, workers);
+}
+
+}  // namespace
+
+Result<DecodedPicture> PngDecoder::decode(Bytes file) const {
+    PngChunks chunks;
+    if (Result<void> read = readPngChunks(file, chunks); !read)
+        return read.error();
+    if (std::optional<Error> refusal = budget().refusal(chunks.width, chunks.height))
+        return *std::move(refusal);
+    const std::unique_ptr<ColourProfile> profile = profileOf(chunks);
+    Result<ReadPicture> found = read(chunks, profile.get(), workers());
+    if (!found)
+        return found.error();
+    Result<Bitmap> bitmap = finished(
+        {std::move(found->pixels), found->outcome.rows, ColourModel::rgb, exifOrientation(chunks.exif)},
+        chunks.bitDepth == kWideDepth ? nullptr : profile.get(), workers());
     if (!bitmap)
         return bitmap.error();
     DecodedPicture picture;
     picture.representations.push_back(std::move(*bitmap));
-    if (!outcome.whole)
+    if (!found->outcome.whole)
         picture.notice = chunks.isCutShort ? kCutShort : kDamaged;
     return picture;
 }

@@ -69,6 +69,19 @@ TEST_F(PngDecoderTest, ReadsEveryColourTypeAndDepthInterlacedOrNot) {
     }
 }
 
+TEST_F(PngDecoderTest, ReadsRowsThatFillTheirMemoryAndRowsThatDoNot) {
+    for (const int width : {1, 2, 3, 15, 16, 17, 31, 32, 33, 64, 65, 112}) {
+        for (const int height : {1, 2, 31}) {
+            const Bitmap opaque = samples::quarters(width, height);
+            const Bitmap rgb = read(samples::png(opaque.view(), {8, 2, false, {}, false}));
+            EXPECT_TRUE(samePixels(rgb.view(), opaque.view())) << width << " x " << height;
+            const Bitmap fading = samples::fading(width, height);
+            const Bitmap rgba = read(samples::png(fading.view(), {8, 6, false, {}, false}));
+            EXPECT_TRUE(samePixels(rgba.view(), premultiplied(fading).view())) << width << " x " << height;
+        }
+    }
+}
+
 TEST_F(PngDecoderTest, ReadsGreyOfFewBits) {
     for (const int depth : {1, 2, 4}) {
         const Bitmap grey = read(samples::png(opaque_.view(), {depth, 0, false, {}, false}));

@@ -1,89 +1,56 @@
 #include "codecs/PngEncoder.h"
 
+#include <libdeflate.h>
 #include <zlib.h>
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
+#include <initializer_list>
+#include <memory>
 #include <new>
+#include <span>
 #include <string_view>
 #include <utility>
 #include <vector>
 
 #include "codecs/PixelRows.h"
+#include "cutengine/kernels/PixelDeflate.h"
+#include "cutengine/kernels/PngChunks.h"
+#include "cutengine/kernels/RowFilter.h"
+#include "foundation/PixelBuffer.h"
 
 namespace trimora::codecs {
+
+namespace kernels = cutengine::kernels;
+
 namespace {
 
 using foundation::AlphaMode;
 using foundation::BitmapView;
 using foundation::Error;
+using foundation::PixelBuffer;
 using foundation::Result;
 using Buffer = std::vector<std::uint8_t>;
 using Output = cutengine::PictureEncoder::Output;
 
 constexpr std::size_t kBytesPerPixel = 4;
-// A band is packed on its own: large enough that what it cannot refer back to costs nothing (the format
-// looks back 32 KiB at most), small enough that every core has one.
-constexpr std::size_t kBandBytes = std::size_t{1} << 20;
-// Photographs hardly shrink above this level, and each step costs a quarter more time.
-constexpr int kLevel = 3;
+// A band is packed on its own: large enough that a code fitted to it costs nothing, small enough that it
+// stays in a core's cache between the steps.
+constexpr std::size_t kBandBytes = std::size_t{1} << 19;
+// What is looked at to tell a photograph from a drawing.
+constexpr std::size_t kSampleBytes = std::size_t{1} << 14;
+// For drawings; photographs hardly shrink by a search.
+constexpr int kLevel = 6;
 constexpr int kPlainDeflate = -15;  // the largest window, without head and checksum
 constexpr int kMemoryLevel = 9;
 
-enum Filter : std::uint8_t { kNone, kSub, kUp, kAverage, kPaeth, kFilterCount };
-
-/// The neighbour (left a, above b, above left c) that is nearest to a + b - c.
-int paeth(int a, int b, int c) {
-    const int toA = std::abs(b - c);
-    const int toB = std::abs(a - c);
-    const int toC = std::abs(a + b - 2 * c);
-    const int aOrB = toA <= toB ? a : b;
-    return std::min(toA, toB) <= toC ? aOrB : c;
-}
-
-int predicted(Filter filter, int left, int above, int aboveLeft) {
-    switch (filter) {
-        case kSub:
-            return left;
-        case kUp:
-            return above;
-        case kAverage:
-            return (left + above) / 2;
-        case kPaeth:
-            return paeth(left, above, aboveLeft);
-        default:
-            return 0;
-    }
-}
-
-/// The row as its differences from what the filter predicts; returns the sum of their sizes. Rows are
-/// preceded in memory by one pixel of zeros.
-template <Filter filter>
-std::uint32_t filtered(const std::uint8_t* row, const std::uint8_t* above, std::size_t size,
-                       std::uint8_t* to) {
-    std::uint32_t sum = 0;
-    const std::uint8_t* const left = row - kBytesPerPixel;
-    const std::uint8_t* const aboveLeft = above - kBytesPerPixel;
-    for (std::size_t i = 0; i < size; ++i) {
-        const auto difference =
-            static_cast<std::uint8_t>(row[i] - predicted(filter, left[i], above[i], aboveLeft[i]));
-        to[i] = difference;
-        sum += std::min<std::uint32_t>(difference, 256U - difference);
-    }
-    return sum;
-}
-
 /// Filters row after row of a band, choosing for each the filter whose differences are smallest.
-class RowFilter {
+class RowFiltering {
  public:
-    explicit RowFilter(std::size_t rowSize)
-        : size_(rowSize), row_(rowSize + kBytesPerPixel), above_(rowSize + kBytesPerPixel) {
-        for (Buffer& candidate : candidates_)
-            candidate.resize(rowSize);
-    }
+    explicit RowFiltering(std::size_t rowSize)
+        : size_(rowSize), row_(rowSize + kBytesPerPixel), above_(rowSize + kBytesPerPixel) {}
 
     /// Where the next row is to be written, R,G,B,A straight.
     std::uint8_t* next() {
@@ -91,26 +58,20 @@ class RowFilter {
         return row_.data() + kBytesPerPixel;
     }
 
-    /// Appends the row written last, filtered, to `to`.
-    void append(Buffer& to) {
+    /// The row written last, filtered, with the filter's number before it.
+    void filter(std::uint8_t* to) const {
         const std::uint8_t* const row = row_.data() + kBytesPerPixel;
         const std::uint8_t* const above = above_.data() + kBytesPerPixel;
-        const std::array<std::uint32_t, kFilterCount> sums = {
-            filtered<kNone>(row, above, size_, candidates_[kNone].data()),
-            filtered<kSub>(row, above, size_, candidates_[kSub].data()),
-            filtered<kUp>(row, above, size_, candidates_[kUp].data()),
-            filtered<kAverage>(row, above, size_, candidates_[kAverage].data()),
-            filtered<kPaeth>(row, above, size_, candidates_[kPaeth].data())};
-        const auto best = static_cast<std::size_t>(std::min_element(sums.begin(), sums.end()) - sums.begin());
-        to.push_back(static_cast<std::uint8_t>(best));
-        to.insert(to.end(), candidates_[best].begin(), candidates_[best].end());
+        const auto costs = kernels::filterCosts(row, above, size_);
+        const auto best = std::min_element(costs.begin(), costs.end()) - costs.begin();
+        *to = static_cast<std::uint8_t>(best);
+        kernels::filterRow(static_cast<kernels::RowFilter>(best), row, above, size_, to + 1);
     }
 
  private:
     std::size_t size_;
     Buffer row_;
     Buffer above_;
-    std::array<Buffer, kFilterCount> candidates_;
 };
 
 /// Row `y` as the file holds it: R,G,B,A straight, nothing under alpha 0.
@@ -124,77 +85,118 @@ void straightRow(BitmapView picture, int y, std::uint8_t* to) {
     exchangeRedAndBlue(to, count);
 }
 
-/// Rows first..end - 1 in the form in which they are packed.
-Buffer filteredRows(BitmapView picture, int first, int end) {
+/// Rows first..end - 1 in the form in which they are packed; an empty buffer where memory is refused.
+PixelBuffer filteredRows(BitmapView picture, int first, int end) {
     const auto rowSize = static_cast<std::size_t>(picture.width) * kBytesPerPixel;
-    RowFilter filter(rowSize);
-    Buffer rows;
-    rows.reserve((rowSize + 1) * static_cast<std::size_t>(end - first));
+    PixelBuffer rows = PixelBuffer::allocate((rowSize + 1) * static_cast<std::size_t>(end - first));
+    if (!rows)
+        return rows;
+    RowFiltering filtering(rowSize);
     if (first > 0)
-        straightRow(picture, first - 1, filter.next());
-    for (int y = first; y < end; ++y) {
-        straightRow(picture, y, filter.next());
-        filter.append(rows);
+        straightRow(picture, first - 1, filtering.next());
+    std::uint8_t* to = rows.data();
+    for (int y = first; y < end; ++y, to += rowSize + 1) {
+        straightRow(picture, y, filtering.next());
+        filtering.filter(to);
     }
     return rows;
 }
 
-/// One band, packed so that bands can stand one after another in one stream.
-struct Band {
-    Buffer packed;
-    uLong checksum = 0;
-    std::size_t size = 0;  ///< before packing
-    bool ok = false;
-};
+kernels::FilteredRows viewOf(const PixelBuffer& rows, BitmapView picture, int count) {
+    const auto width = static_cast<std::size_t>(picture.width);
+    return {{rows.data(), (1 + width * kBytesPerPixel) * static_cast<std::size_t>(count)}, width};
+}
 
-Band pack(const Buffer& rows, bool last) {
-    Band band;
-    band.size = rows.size();
-    band.checksum = adler32_z(adler32(0, nullptr, 0), rows.data(), rows.size());
+/// The start of the rows, as if the picture were no larger: enough to tell what kind it is.
+kernels::FilteredRows sampleOf(const kernels::FilteredRows& rows) {
+    const std::size_t pixels = std::min(rows.pixelsPerRow, kSampleBytes / kBytesPerPixel);
+    const std::size_t size = 1 + pixels * kBytesPerPixel;
+    if (pixels < rows.pixelsPerRow)
+        return {rows.bytes.first(size), pixels};
+    return {rows.bytes.first(size * std::clamp<std::size_t>(kSampleBytes / size, 1, rows.count())), pixels};
+}
+
+/// Whether a search for earlier bytes makes the rows so much smaller that it is worth its time: drawings,
+/// text, patterns.
+bool repeats(const kernels::FilteredRows& rows) {
+    const kernels::FilteredRows sample = sampleOf(rows);
+    const kernels::PackedBytes plain = kernels::packPixels(sample);
+    const std::unique_ptr<libdeflate_compressor, void (*)(libdeflate_compressor*)> compressor(
+        libdeflate_alloc_compressor(1), libdeflate_free_compressor);
+    if (!plain.buffer || !compressor)
+        return false;
+    const std::size_t worthwhile = plain.size - plain.size / 8;
+    Buffer searched(worthwhile);
+    const std::size_t size = libdeflate_deflate_compress(
+        compressor.get(), sample.bytes.data(), sample.bytes.size(), searched.data(), searched.size());
+    return size > 0;  // 0: it does not fit
+}
+
+/// The rows with a search for earlier bytes, ended as packPixels() ends.
+kernels::PackedBytes packSearching(const kernels::FilteredRows& rows) {
     z_stream stream{};
     if (deflateInit2(&stream, kLevel, Z_DEFLATED, kPlainDeflate, kMemoryLevel, Z_DEFAULT_STRATEGY) != Z_OK)
-        return band;
-    constexpr std::size_t kRoomForMark = 16;  // the empty block that ends every band but the last
-    band.packed.resize(deflateBound(&stream, static_cast<uLong>(rows.size())) + kRoomForMark);
-    stream.next_in = const_cast<Bytef*>(rows.data());
-    stream.avail_in = static_cast<uInt>(rows.size());
-    stream.next_out = band.packed.data();
-    stream.avail_out = static_cast<uInt>(band.packed.size());
-    const int answer = deflate(&stream, last ? Z_FINISH : Z_FULL_FLUSH);
-    band.ok = answer == (last ? Z_STREAM_END : Z_OK) && stream.avail_in == 0 && stream.avail_out > 0;
-    band.packed.resize(stream.total_out);
+        return {};
+    constexpr std::size_t kRoomForMark = 16;
+    const std::size_t most = deflateBound(&stream, static_cast<uLong>(rows.bytes.size())) + kRoomForMark;
+    kernels::PackedBytes packed{PixelBuffer::allocate(most)};
+    if (packed.buffer) {
+        stream.next_in = const_cast<Bytef*>(rows.bytes.data());
+        stream.avail_in = static_cast<uInt>(rows.bytes.size());
+        stream.next_out = packed.buffer.data();
+        stream.avail_out = static_cast<uInt>(most);
+        deflate(&stream, Z_FULL_FLUSH);
+        packed.size = stream.total_out;
+    }
     deflateEnd(&stream);
-    return band;
+    return packed;
 }
 
-void append32(Buffer& to, std::uint64_t value) {
-    for (const int shift : {24, 16, 8, 0})
-        to.push_back(static_cast<std::uint8_t>(value >> shift));
+/// One band, packed so that bands can stand one after another in one stream.
+struct Band {
+    kernels::PackedBytes packed;  ///< an empty buffer where memory was refused
+    std::uint32_t checksum = 0;   ///< of what it unpacks to
+    std::size_t size = 0;         ///< of the same
+};
+
+Buffer bigEndian(std::uint64_t value) {
+    Buffer bytes;
+    kernels::appendBigEndian(bytes, value, 4);
+    return bytes;
 }
 
-/// Hands out one chunk: length, type, contents, checksum of the last two.
-Result<void> writeChunk(std::string_view type, const Buffer& contents, const Output& output) {
-    Buffer chunk;
-    chunk.reserve(contents.size() + 12);
-    append32(chunk, contents.size());
-    chunk.insert(chunk.end(), type.begin(), type.end());
-    chunk.insert(chunk.end(), contents.begin(), contents.end());
-    append32(chunk, crc32_z(0, chunk.data() + 4, chunk.size() - 4));
-    return output(chunk);
+using Bytes = std::span<const std::uint8_t>;
+
+/// Hands out one chunk: length, type, contents, checksum of the last two. The contents come in pieces.
+Result<void> writeChunk(std::string_view type, std::initializer_list<Bytes> contents, const Output& output) {
+    std::size_t length = 0;
+    for (const Bytes& piece : contents)
+        length += piece.size();
+    Buffer head = bigEndian(length);
+    head.insert(head.end(), type.begin(), type.end());
+    std::uint32_t checksum = libdeflate_crc32(0, head.data() + 4, 4);
+    Result<void> written = output(head);
+    for (const Bytes& piece : contents) {
+        if (!written)
+            return written;
+        if (piece.empty())
+            continue;
+        checksum = libdeflate_crc32(checksum, piece.data(), piece.size());
+        written = output(piece);
+    }
+    return written ? output(bigEndian(checksum)) : written;
 }
 
 Result<void> writeHead(BitmapView picture, const Output& output) {
-    static constexpr std::array<std::uint8_t, 8> kSignature = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1A, '\n'};
-    if (Result<void> written = output(kSignature); !written)
+    if (Result<void> written = output(kernels::kPngSignature); !written)
         return written;
-    Buffer header;
-    append32(header, static_cast<std::uint64_t>(picture.width));
-    append32(header, static_cast<std::uint64_t>(picture.height));
     constexpr std::array<std::uint8_t, 5> kKind = {8, 6, 0, 0, 0};  // 8 bits, RGB with alpha, not interlaced
-    header.insert(header.end(), kKind.begin(), kKind.end());
-    if (Result<void> written = writeChunk("IHDR", header, output); !written)
+    const Buffer width = bigEndian(static_cast<std::uint64_t>(picture.width));
+    const Buffer height = bigEndian(static_cast<std::uint64_t>(picture.height));
+    if (Result<void> written = writeChunk("IHDR", {width, height, kKind}, output); !written)
         return written;
-    return writeChunk("sRGB", {0}, output);  // perceptual
+    constexpr std::array<std::uint8_t, 1> kPerceptual = {0};
+    return writeChunk("sRGB", {kPerceptual}, output);
 }
 
 /// Packs the bands a few at a time and hands them out in order.
@@ -208,13 +210,14 @@ class BandWriter {
     }
 
     Result<void> writeAll() {
-        const int atOnce = workers_.width() * 2;
+        lookForRepeats();
+        const int atOnce = workers_.width() * 4;
         for (int first = 0; first < bands_; first += atOnce) {
             std::vector<Band> group(static_cast<std::size_t>(std::min(atOnce, bands_ - first)));
             workers_.run(static_cast<int>(group.size()),
                          [&](int i) { group[static_cast<std::size_t>(i)] = packed(first + i); });
             for (std::size_t i = 0; i < group.size(); ++i) {
-                if (Result<void> written = write(std::move(group[i]), first + static_cast<int>(i)); !written)
+                if (Result<void> written = write(group[i], first + static_cast<int>(i)); !written)
                     return written;
             }
         }
@@ -222,26 +225,64 @@ class BandWriter {
     }
 
  private:
-    /// A task must not throw; a band that memory was refused for is not ok.
-    Band packed(int index) const {
-        const int first = index * rowsPerBand_;
+    // A sample costs as much as a fifth of a band, so several bands share one.
+    static constexpr int kBandsPerSample = 8;
+
+    void lookForRepeats() {
+        repeats_.resize(static_cast<std::size_t>((bands_ + kBandsPerSample - 1) / kBandsPerSample));
+        workers_.run(static_cast<int>(repeats_.size()), [&](int i) {
+            const int band = std::min(i * kBandsPerSample + kBandsPerSample / 2, bands_ - 1);
+            const int first = band * rowsPerBand_;
+            const auto rowSize = static_cast<std::size_t>(picture_.width) * kBytesPerPixel;
+            const int rows = std::min({static_cast<int>(std::max<std::size_t>(kSampleBytes / rowSize, 1)),
+                                       rowsPerBand_, picture_.height - first});
+            repeats_[static_cast<std::size_t>(i)] = whether([&] {
+                const PixelBuffer sample = filteredRows(picture_, first, first + rows);
+                return sample && repeats(viewOf(sample, picture_, rows));
+            });
+        });
+    }
+
+    /// A task must not throw: false where memory is refused.
+    template <typename Question>
+    static std::uint8_t whether(const Question& question) {
         try {
-            return pack(filteredRows(picture_, first, std::min(first + rowsPerBand_, picture_.height)),
-                        index == bands_ - 1);
+            return question() ? 1 : 0;
         } catch (const std::bad_alloc&) {
-            return {};
+            return 0;
         }
     }
 
-    Result<void> write(Band band, int index) {
-        if (!band.ok)
+    Band packed(int index) const {
+        const int first = index * rowsPerBand_;
+        const int count = std::min(rowsPerBand_, picture_.height - first);
+        Band band;
+        whether([&] {
+            const PixelBuffer buffer = filteredRows(picture_, first, first + count);
+            if (!buffer)
+                return false;
+            const kernels::FilteredRows rows = viewOf(buffer, picture_, count);
+            band.size = rows.bytes.size();
+            band.checksum = libdeflate_adler32(1, rows.bytes.data(), rows.bytes.size());
+            const bool search = repeats_[static_cast<std::size_t>(index / kBandsPerSample)] != 0;
+            band.packed = search ? packSearching(rows) : kernels::packPixels(rows);
+            return true;
+        });
+        return band;
+    }
+
+    Result<void> write(const Band& band, int index) {
+        if (!band.packed.buffer)
             return Error{"not enough memory to write the picture"};
         checksum_ = adler32_combine(checksum_, band.checksum, static_cast<z_off_t>(band.size));
-        if (index == 0)
-            band.packed.insert(band.packed.begin(), {0x78, 0x5E});  // zlib's head: 32 KiB window, fast
-        if (index == bands_ - 1)
-            append32(band.packed, checksum_);
-        return writeChunk("IDAT", band.packed, output_);
+        static constexpr std::array<std::uint8_t, 2> kStreamHead = {0x78, 0x5E};  // 32 KiB window, fast
+        Buffer end;
+        if (index == bands_ - 1) {
+            end = bigEndian(checksum_);
+            end.insert(end.begin(), {0x03, 0x00});  // a last block: empty, with the usual code
+        }
+        return writeChunk("IDAT", {index == 0 ? Bytes(kStreamHead) : Bytes(), band.packed.bytes(), end},
+                          output_);
     }
 
     BitmapView picture_;
@@ -249,7 +290,8 @@ class BandWriter {
     const Output& output_;
     int rowsPerBand_ = 1;
     int bands_ = 1;
-    uLong checksum_ = adler32(0, nullptr, 0);
+    std::vector<std::uint8_t> repeats_;  // of kBandsPerSample bands each
+    uLong checksum_ = 1;
 };
 
 }  // namespace

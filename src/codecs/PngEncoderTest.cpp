@@ -63,6 +63,35 @@ TEST_F(PngEncoderTest, StraightPixelsComeBackAsTheyAre) {
     }
 }
 
+/// Squares of a few colours in a pattern that comes again and again, as a drawing has them.
+Bitmap pattern(int width, int height) {
+    Bitmap bitmap = Bitmap::create(width, height, AlphaMode::straight).value();
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const auto shade = static_cast<std::uint8_t>((x % 23 * 37 + y % 19 * 11) % 256);
+            bitmap.setPixel(x, y, {shade, static_cast<std::uint8_t>(shade / 2), 40, 255});
+        }
+    }
+    return bitmap;
+}
+
+TEST_F(PngEncoderTest, PatternsComeBackAndAreSmall) {
+    const Bitmap picture = pattern(1200, 1200);
+    const samples::Buffer file = encoded(picture.view());
+    EXPECT_TRUE(samePixels(samples::readByLibpng(file).view(), picture.view()));
+    EXPECT_LT(file.size(), std::size_t{1200} * 1200 * 4 / 50);
+}
+
+TEST_F(PngEncoderTest, PartsOfAPictureThatArePackedInDifferentWaysComeBack) {
+    Bitmap picture = noise(1000, 4000, AlphaMode::opaque);
+    picture.setAlphaMode(AlphaMode::straight);
+    const Bitmap drawn = pattern(1000, 1200);
+    foundation::copyPixels(drawn.view(), foundation::subview(picture.view(), {0, 1500, 1000, 1200}));
+    foundation::copyPixels(Bitmap::createFilled(1000, 700, {}, AlphaMode::straight)->view(),
+                           foundation::subview(picture.view(), {0, 3000, 1000, 700}));
+    EXPECT_TRUE(samePixels(samples::readByLibpng(encoded(picture.view())).view(), picture.view()));
+}
+
 TEST_F(PngEncoderTest, SmoothPicturesComeBackThroughEveryFilter) {
     const Bitmap picture = samples::fading(900, 700);
     EXPECT_TRUE(samePixels(samples::readByLibpng(encoded(picture.view())).view(), picture.view()));

@@ -6,7 +6,6 @@
 #include "controls/ButtonAppearance.h"
 #include "controls/ButtonOpenAppereance.h"
 #include "controls/ButtonSaveAppearance.h"
-#include "controls/ButtonTextColor.h"
 #include "controls/ControlNotifications.h"
 #include "controls/ControlsForTests.h"
 #include "controls/CustomViewWithButton.h"
@@ -17,6 +16,7 @@
 #include "controls/ScaleButton.h"
 #include "controls/TopBarButton.h"
 #include "testing/CapturedLog.h"
+#include "util/ButtonBlocker.h"
 
 namespace trimora::controls {
 namespace {
@@ -185,14 +185,14 @@ TEST_F(CallToAction, PostsNothingForAPressThatStartsOutside) {
 
 TEST_F(CallToAction, TheTitleIsGreyWhileHeldAndWhiteAgainAfterwards) {
     window.hold(save, save.sizeHint());
-    EXPECT_EQ(textColor(save), QColor(Qt::white));
+    EXPECT_EQ(util::titleColor(save), QColor(Qt::white));
     window.press(save, {10, 10});
-    const QColor held = textColor(save);
+    const QColor held = util::titleColor(save);
     EXPECT_NE(held, QColor(Qt::white));
     EXPECT_EQ(held.red(), held.green());
     EXPECT_EQ(held.red(), held.blue());
     window.release(save, {10, 10});
-    EXPECT_EQ(textColor(save), QColor(Qt::white));
+    EXPECT_EQ(util::titleColor(save), QColor(Qt::white));
 }
 
 TEST_F(CallToAction, TheOpenButtonLogsEnterAndExit) {
@@ -290,14 +290,6 @@ TEST(AnimatedGradientButton, MovesWhileStartedAndRestsAsDrawnOnceStopped) {
     world.settle();
     world.advance(1);
     EXPECT_EQ(world.time.scheduled(), 0);
-}
-
-TEST(ButtonTextColor, IsThatOfAllButtonsUntilOneIsSet) {
-    VirtualWorld world;
-    TopBarButton button(world.context());
-    EXPECT_EQ(textColor(button), QPalette().color(QPalette::ButtonText));
-    setTextColor(button, QColor(1, 2, 3));
-    EXPECT_EQ(textColor(button), QColor(1, 2, 3));
 }
 
 }  // namespace

@@ -1,8 +1,8 @@
 #include "controls/CallToActionButton.h"
 
-#include "controls/ButtonTextColor.h"
 #include "controls/Metrics.h"
 #include "controls/Palette.h"
+#include "util/ButtonBlocker.h"
 
 namespace trimora::controls {
 
@@ -20,10 +20,11 @@ CallToActionButton::CallToActionButton(const ControlContext& context, const char
     gradientLayer_.endPoint = {1, 0.75};
     gradientLayer_.cornerRadius = metrics::kCornerRadius;
     veil_.cornerRadius = metrics::kCornerRadius;
-    setTextColor(*this, palette::kCallText);
+    util::setTitleColor(*this, palette::kCallText);
     connect(this, &QAbstractButton::pressed, this,
-            [this] { setTextColor(*this, palette::kCallPressedTitle); });
-    connect(this, &QAbstractButton::released, this, [this] { setTextColor(*this, palette::kCallText); });
+            [this] { util::setTitleColor(*this, palette::kCallPressedTitle); });
+    connect(this, &QAbstractButton::released, this,
+            [this] { util::setTitleColor(*this, palette::kCallText); });
     connect(this, &QAbstractButton::clicked, this,
             [this, notification] { this->context().notifications.post(notification); });
 }

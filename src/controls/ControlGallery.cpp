@@ -4,8 +4,8 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
-#include <QPainter>
 #include <QPointer>
+#include <QScrollBar>
 #include <utility>
 
 #include "controls/AnimatedGradientButton.h"
@@ -15,7 +15,9 @@
 #include "controls/ColorPickerView.h"
 #include "controls/ColorableView.h"
 #include "controls/ControlNotifications.h"
+#include "controls/CustomSlider.h"
 #include "controls/CustomViewWithButton.h"
+#include "controls/GallerySpecimens.h"
 #include "controls/GradientButton.h"
 #include "controls/Icons.h"
 #include "controls/KrugButton.h"
@@ -26,7 +28,6 @@
 #include "controls/SelectableView.h"
 #include "controls/SliderVertical.h"
 #include "controls/TopBarButton.h"
-#include "controls/VerticallyCenteredTextFieldCell.h"
 #include "controls/ViewWithSliderTextField.h"
 
 namespace trimora::controls {
@@ -34,24 +35,6 @@ namespace {
 
 constexpr int kSliderWidth = 176;
 constexpr cutengine::Colour kTaken{0, 0.5, 1, 1};  // what the eyedropper takes here
-
-/// Shows a line of text in the middle of a box.
-class CellView final : public QWidget {
- public:
-    CellView() { cell_.title = QStringLiteral("One line"); }
-    [[nodiscard]] QSize sizeHint() const override { return {metrics::kCallWidth, metrics::kToolButton}; }
-
- protected:
-    void paintEvent(QPaintEvent* /*event*/) override {
-        QPainter painter(this);
-        painter.fillRect(rect(), palette::kRaised);
-        cell_.drawInteriorWithFrame_inView(QRectF(rect()).adjusted(metrics::kGap, 0, -metrics::kGap, 0),
-                                           painter);
-    }
-
- private:
-    VerticallyCenteredTextFieldCell cell_;
-};
 
 /// The states of what has none, or none but the keyboard.
 const GalleryState kRest = kTileStates.front();
@@ -156,7 +139,7 @@ void ControlGallery::addOthers() {
     colored->setFixedSize(metrics::kToolButton, metrics::kToolButton);
     colored->setBackgroundColor(palette::kAccent);
     addCell("ColorableView, rest", kRest, static_cast<QWidget*>(colored), 1);
-    addCell("Text cell, rest", kRest, static_cast<QWidget*>(new CellView), 2);
+    addCell("Text cell, rest", kRest, static_cast<QWidget*>(new TextCellSpecimen), 2);
     for (const GalleryState* const state : {&kRest, &kReached}) {
         auto* const panel = new CustomViewWithButton(context_);
         auto* const button = new TopBarButton(context_);
@@ -207,11 +190,48 @@ void ControlGallery::addColors() {
         picker->setEyedropper([](const auto& taken) { taken(kTaken); });
         return picker;
     });
+    addScrollBars();
+    addBlockers();
+}
+
+void ControlGallery::addScrollBars() {
+    addCaptions(kScrollBarStates);
+    addRow("KnobScrollBar", kScrollBarStates,
+           [](const std::string& /*name*/) { return makeScrollBarSpecimen(); });
+}
+
+void ControlGallery::addBlockers() {
+    addCaptions(kBlockerStates);
+    addTitle("RKBlocker, ButtonBlocker");
+    int column = 0;
+    const auto add = [&](const std::string& name, auto* control) {
+        addCell(name, kBlockerStates[static_cast<std::size_t>(column)], control, column + 1);
+        ++column;
+    };
+    auto* const free = new PanelSpecimen(context_);
+    add("RKBlocker, rest", static_cast<QWidget*>(free));
+    reports_.watch(free->button(), "RKBlocker, rest");
+    auto* const panel = new PanelSpecimen(context_);
+    add("RKBlocker, blocked", static_cast<QWidget*>(panel));
+    reports_.watch(panel->button(), "RKBlocker, blocked");
+    auto* const button = new TopBarButton(context_);
+    button->setText(QStringLiteral("Work"));
+    add("ButtonBlocker, blocked", button);
+    for (const BlockKey key : {BlockKey::first, BlockKey::second}) {
+        auto* const giveBack = new TopBarButton(context_);
+        giveBack->setText(QStringLiteral("Unblock"));
+        add(key == BlockKey::first ? "First key, rest" : "Second key, rest", giveBack);
+        connect(giveBack, &QAbstractButton::clicked, this,
+                [panel, button, key] { unblockBoth(*panel, *button, key); });
+    }
+    ++line_;
 }
 
 bool ControlGallery::event(QEvent* event) {
     if (event->type() == QEvent::WindowActivate && !std::exchange(ready_, true))
         inTwoTurns();
+    if (event->type() == QEvent::KeyPress || event->type() == QEvent::KeyRelease)
+        reports_.tellHeldKeys();
     return QWidget::event(event);
 }
 
@@ -246,17 +266,23 @@ void ControlGallery::portray(Cell& cell) {
     delete std::exchange(cell.widget, portrait);
 }
 
+void ControlGallery::tellPlace(const QWidget& widget, const std::string& name) {
+    const QRect place(widget.mapTo(this, QPoint()), widget.size());
+    const QString line = QStringLiteral("place: %1 %2 %3 %4 ")
+                             .arg(place.x())
+                             .arg(place.y())
+                             .arg(place.width())
+                             .arg(place.height());
+    reports_.say(line.toStdString() + name);
+}
+
 void ControlGallery::tellPlaces() {
     for (const Cell& cell : cells_) {
         if (cell.state->keyboardIn != nullptr)
             continue;
-        const QRect place(cell.widget->mapTo(this, QPoint()), cell.widget->size());
-        const QString line = QStringLiteral("place: %1 %2 %3 %4 ")
-                                 .arg(place.x())
-                                 .arg(place.y())
-                                 .arg(place.width())
-                                 .arg(place.height());
-        reports_.say(line.toStdString() + cell.name);
+        tellPlace(*cell.widget, cell.name);
+        if (const auto* const slider = dynamic_cast<ViewWithSliderTextField*>(cell.widget))
+            tellPlace(slider->sliderClass(), cell.name + " / slider");
     }
     reports_.say("ready");
 }

@@ -22,7 +22,7 @@ class ControlGallery final : public QWidget {
  public:
     /// `report` is handed each report as a line (see GalleryReports). When all states are on, come lines
     /// "place: X Y WIDTH HEIGHT NAME" for the live controls, in points from the gallery's upper left
-    /// corner, and one line "ready".
+    /// corner, with lines "NAME / slider" for the slider alone of one with a field, and one line "ready".
     explicit ControlGallery(const ControlContext& context, GalleryReports::Sink report = {},
                             QWidget* parent = nullptr);
     ~ControlGallery() override;
@@ -43,6 +43,8 @@ class ControlGallery final : public QWidget {
     void addHalfDiscs();
     void addSliders();
     void addColors();
+    void addScrollBars();
+    void addBlockers();
     void addOthers();
     void addCaptions(const GalleryStates& states);
     void addTitle(const char* title);
@@ -55,6 +57,7 @@ class ControlGallery final : public QWidget {
     void inTwoTurns();
     void putStatesOn();
     void portray(Cell& cell);
+    void tellPlace(const QWidget& widget, const std::string& name);
     void tellPlaces();
 
     ControlContext context_;

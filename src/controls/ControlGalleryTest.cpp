@@ -4,10 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <QAccessible>
+#include <QAnimationDriver>
 #include <QApplication>
 #include <QPainter>
+#include <QScrollBar>
+#include <algorithm>
 #include <cstdlib>
 #include <set>
+#include <vector>
 
 #include "controls/AppStyle.h"
 #include "controls/ControlsForTests.h"
@@ -18,6 +22,7 @@ namespace {
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
+using ::testing::ElementsAreArray;
 using ::testing::IsEmpty;
 using ::testing::StartsWith;
 
@@ -29,6 +34,42 @@ QImage withPart(const QImage& picture, const QRect& to, const QRect& from) {
     QPainter(&changed).drawImage(to, part);
     return changed;
 }
+
+/// Whether the Tab key stops here.
+bool isTabStop(const QWidget& widget) {
+    return widget.isVisible() && widget.isEnabled() && (widget.focusPolicy() & Qt::TabFocus) != 0 &&
+           widget.focusProxy() == nullptr;
+}
+
+QList<QWidget*> withParts(QWidget& control) {
+    QList<QWidget*> all = control.findChildren<QWidget*>();
+    all.append(&control);
+    return all;
+}
+
+/// A control as a screen reader tells it: name, role, and its value where it has one.
+std::string described(QWidget& widget) {
+    QAccessibleInterface* const access = QAccessible::queryAccessibleInterface(&widget);
+    std::string told =
+        access->text(QAccessible::Name).toStdString() + ": " + qAccessibleRoleString(access->role());
+    if (const QString text = access->text(QAccessible::Value); !text.isEmpty())
+        told += " '" + text.toStdString() + "'";
+    if (auto* const value = access->valueInterface())
+        told += " " + value->currentValue().toString().toStdString() + " of " +
+                value->minimumValue().toString().toStdString() + " to " +
+                value->maximumValue().toString().toStdString();
+    if (access->state().checkable)
+        told += access->state().checked ? " checked" : " not checked";
+    return told;
+}
+
+/// Time stands still for the toolkit's own animations too: the turning wheel of a blocked panel.
+class StillAnimations final : public QAnimationDriver {
+ public:
+    StillAnimations() { install(); }
+    ~StillAnimations() override { uninstall(); }
+    [[nodiscard]] qint64 elapsed() const override { return 0; }
+};
 
 /// The gallery in a window of its own, its states on.
 class ControlGalleryTest : public ::testing::Test {
@@ -71,13 +112,13 @@ class ControlGalleryTest : public ::testing::Test {
     [[nodiscard]] std::set<const QWidget*> reachable() const {
         std::set<const QWidget*> found;
         for (const QWidget* widget : gallery.findChildren<QWidget*>()) {
-            if (widget->isVisible() && widget->isEnabled() && (widget->focusPolicy() & Qt::TabFocus) != 0 &&
-                widget->focusProxy() == nullptr)
+            if (isTabStop(*widget))
                 found.insert(widget);
         }
         return found;
     }
 
+    StillAnimations still;
     VirtualWorld world;
     std::vector<std::string> reports;
     ControlGallery gallery{world.context(), [this](const std::string& line) { reports.push_back(line); }};
@@ -129,7 +170,7 @@ TEST_F(ControlGalleryTest, EveryStateLooksUnlikeRest) {
         EXPECT_NE(shown, rest) << each.name;
         ++compared;
     }
-    EXPECT_EQ(compared, 16 * 4 + 1);
+    EXPECT_EQ(compared, 17 * 4 + 1 + 2);
 }
 
 TEST_F(ControlGalleryTest, TabReachesEveryControlOnceAndEachShowsIt) {
@@ -162,6 +203,71 @@ TEST_F(ControlGalleryTest, AScreenReaderFindsTheRoleAndNameOfEveryControl) {
         EXPECT_TRUE(access->state().focusable) << name;
         EXPECT_FALSE(access->state().disabled) << name;
     }
+}
+
+TEST_F(ControlGalleryTest, AScreenReaderFindsTheRoleAndValueOfEachKindOfControl) {
+    std::vector<std::string> found;
+    for (const auto& each : gallery.cells()) {
+        if (!each.name.ends_with(", rest"))
+            continue;
+        for (QWidget* widget : withParts(*each.widget)) {
+            if (isTabStop(*widget) || qobject_cast<QScrollBar*>(widget) != nullptr)
+                found.push_back(described(*widget));
+        }
+    }
+    EXPECT_THAT(found, ElementsAreArray({"KrugButton, rest: Button",
+                                         "KrugButton, active, rest: Button",
+                                         "ButtonAppearance, rest: Button",
+                                         "ButtonOpenAppereance, rest: Button",
+                                         "ButtonSaveAppearance, rest: Button",
+                                         "ScaleButton, rest: Button",
+                                         "TopBarButton, rest: Button",
+                                         "TopBarButton, image, rest: Button",
+                                         "GradientButton, rest: Button",
+                                         "AnimatedGradientButton, rest: Button",
+                                         "SelectableView, rest: CheckBox not checked",
+                                         "Fit: Button",
+                                         "CustomViewWithButton, rest: Pane",
+                                         "PolukrugButton, rest: Button",
+                                         "PolukrugButton, inverted, rest: Button",
+                                         "ViewWithSliderTextField, rest: Slider '45%' 45 of 1 to 100",
+                                         "ViewWithSliderTextField, rest in percent: EditableText '45%'",
+                                         "SliderVertical, rest: Slider '45' 45 of 1 to 100",
+                                         "Hue: Slider '#FF000A' 0 of 0 to 80",
+                                         "Shade: ColorChooser '#FF3C44'",
+                                         "Colour as #RRGGBB: EditableText '#FF3C44'",
+                                         "Take a colour from the picture: Button",
+                                         "KnobScrollBar, rest: ScrollBar '0' 0 of 0 to 100",
+                                         "Work: Button",
+                                         "First key, rest: Button",
+                                         "Second key, rest: Button"}));
+}
+
+TEST_F(ControlGalleryTest, TabGoesThroughTheControlsInTheOrderInWhichTheyAreRead) {
+    std::vector<std::string> expected;
+    for (const auto& each : gallery.cells()) {
+        const auto inside = withParts(*each.widget);
+        if (std::any_of(inside.begin(), inside.end(), [](const QWidget* w) { return isTabStop(*w); }))
+            expected.push_back(each.name);
+    }
+    std::vector<std::string> reached;
+    QTest::keyClick(&gallery, Qt::Key_Tab);
+    const QWidget* const first = QApplication::focusWidget();
+    const QWidget* now = first;
+    do {
+        const auto holds = [&](const auto& each) {
+            return each.widget == now || each.widget->isAncestorOf(now);
+        };
+        const auto at = std::find_if(gallery.cells().begin(), gallery.cells().end(), holds);
+        ASSERT_NE(at, gallery.cells().end());
+        if (reached.empty() || reached.back() != at->name)
+            reached.push_back(at->name);
+        QTest::keyClick(&gallery, Qt::Key_Tab);
+        now = QApplication::focusWidget();
+    } while (now != first);
+    const auto begin = std::find(reached.begin(), reached.end(), expected.front());
+    std::rotate(reached.begin(), begin, reached.end());
+    EXPECT_EQ(reached, expected);
 }
 
 TEST_F(ControlGalleryTest, TellsWhereItsControlsAreAndWhatTheyReport) {

@@ -2,17 +2,21 @@
 
 #include <QApplication>
 #include <QEvent>
+#include <QScrollBar>
 #include <QWidget>
 #include <any>
+#include <string>
 #include <utility>
 
 #include "controls/ColorPickerView.h"
 #include "controls/ControlNotifications.h"
+#include "controls/CustomTextField.h"
 #include "controls/CustomViewWithButton.h"
 #include "controls/KrugButton.h"
 #include "controls/SelectableView.h"
 #include "controls/SliderVertical.h"
 #include "controls/ViewWithSliderTextField.h"
+#include "util/RKMonitor.h"
 
 namespace trimora::controls {
 
@@ -80,6 +84,16 @@ void GalleryReports::tellKeyboard(const QWidget* now) const {
     }
 }
 
+void GalleryReports::tellHeldKeys() const {
+    std::string line = "keys:";
+    for (const auto& [held, name] : {std::pair(util::RKMonitor::altPressed(), " alt"),
+                                     std::pair(util::RKMonitor::cmndPressed(), " cmnd"),
+                                     std::pair(util::RKMonitor::ctrlPressed(), " ctrl"),
+                                     std::pair(util::RKMonitor::shiftPressed(), " shift")})
+        line += held ? name : "";
+    say(line);
+}
+
 void GalleryReports::watch(QWidget& control, const std::string& name) {
     names_[&control] = name;
 }
@@ -94,12 +108,22 @@ void GalleryReports::watch(LayerButton& button, const std::string& name) {
 void GalleryReports::watch(ViewWithSliderTextField& slider, const std::string& name) {
     watch(static_cast<QWidget&>(slider), name);
     slider.setSliderDelegate(sliders_.emplace_back(std::make_unique<SliderDelegate>(*this, name)).get());
+    // What the signal carries may have been rewritten already.
+    CustomTextField& field = slider.textField();
+    connect(&field, &CustomTextField::textChanged, this,
+            [this, name, &field] { say(name + ": field " + field.text().toStdString()); });
 }
 
 void GalleryReports::watch(SliderVertical& slider, const std::string& name) {
     watch(static_cast<QWidget&>(slider), name);
     slider.setTarget(sliders_.emplace_back(std::make_unique<SliderDelegate>(*this, name)).get());
     slider.setAction("change:");
+}
+
+void GalleryReports::watch(QScrollBar& bar, const std::string& name) {
+    watch(static_cast<QWidget&>(bar), name);
+    connect(&bar, &QScrollBar::valueChanged, this,
+            [this, name](int value) { say(name + ": value " + std::to_string(value)); });
 }
 
 void GalleryReports::watch(ColorPickerView& picker, const std::string& name) {

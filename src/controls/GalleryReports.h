@@ -9,6 +9,7 @@
 
 #include "foundation/NotificationCenter.h"
 
+class QScrollBar;
 class QWidget;
 
 namespace trimora::controls {
@@ -22,9 +23,10 @@ class ViewWithSliderTextField;
 
 /// Turns what the controls of a gallery report into lines of text: "KrugButton, rest: clicked".
 ///
-/// The words after the name: "clicked", "menu", "value 45", "hide preview", "colour #FF0000",
-/// "selected", "not selected", "moved". Lines that begin with "notification:" name a broadcast, those
-/// with "keyboard:" what has the keyboard now, and the part of it that does.
+/// The words after the name: "clicked", "menu", "value 45", "hide preview", "field 45%" (what a slider's
+/// field shows now), "colour #FF0000", "selected", "not selected", "moved". Lines that begin with
+/// "notification:" name a broadcast, those with "keyboard:" what has the keyboard now, and the part of it
+/// that does, and those with "keys:" the modifier keys that are held.
 ///
 /// Controls that are watched may go first or last: delegates are kept until the reports go, so delete
 /// the controls before them. Main thread only.
@@ -40,9 +42,13 @@ class GalleryReports final : public QObject {
     void watch(LayerButton& button, const std::string& name);
     void watch(ViewWithSliderTextField& slider, const std::string& name);
     void watch(SliderVertical& slider, const std::string& name);
+    void watch(QScrollBar& bar, const std::string& name);
     void watch(ColorPickerView& picker, const std::string& name);
     void watch(SelectableView& tile, const std::string& name);
     void watch(CustomViewWithButton& panel, const std::string& name);
+
+    /// To be called for each key that no control takes.
+    void tellHeldKeys() const;
 
     void say(const std::string& line) const {
         if (sink_)

@@ -3,10 +3,12 @@
 #include <QCoreApplication>
 #include <QLineEdit>
 #include <QMouseEvent>
+#include <QScrollBar>
 
 #include "controls/ColorPickerView.h"
 #include "controls/CustomSlider.h"
 #include "controls/CustomTextField.h"
+#include "controls/GallerySpecimens.h"
 #include "controls/LayerButton.h"
 #include "controls/SelectableView.h"
 #include "controls/SliderVertical.h"
@@ -47,6 +49,15 @@ CustomSlider& sliderOf(QWidget& control) {
 template <int Value>
 void slideTo(QWidget& control) {
     static_cast<SliderVertical&>(control).setFloatValue(Value);
+}
+
+template <int Value>
+void scrollTo(QWidget& control) {
+    static_cast<QScrollBar&>(control).setValue(Value);
+}
+
+void holdScrollBar(QWidget& control) {
+    static_cast<QScrollBar&>(control).setSliderDown(true);
 }
 
 ColorPickerView& pickerOf(QWidget& control) {
@@ -99,6 +110,22 @@ const GalleryStates kColorPickerStates{{
     {"text by keyboard", leave,
      [](QWidget& control) -> QWidget* { return pickerOf(control).findChild<QLineEdit*>(); }},
     {"disabled", disable, nullptr},
+}};
+
+const GalleryStates kScrollBarStates{{
+    {"rest", leave, nullptr},
+    {"middle", scrollTo<kMost / 2>, nullptr},
+    {"most", scrollTo<kMost>, nullptr},
+    {"held", holdScrollBar, nullptr},
+    {"disabled", disable, nullptr},
+}};
+
+const GalleryStates kBlockerStates{{
+    {"rest", leave, nullptr},
+    {"blocked", blockView, nullptr},
+    {"blocked button", [](QWidget& control) { blockButton(static_cast<LayerButton&>(control)); }, nullptr},
+    {"first key", leave, nullptr},
+    {"second key", leave, nullptr},
 }};
 
 const GalleryStates kTileStates{{

@@ -44,13 +44,17 @@ void Bitmap::swap(Bitmap& other) noexcept {
 }
 
 Result<Bitmap> Bitmap::create(int width, int height, AlphaMode alphaMode) {
+    return createWithSpare(width, height, alphaMode, 0);
+}
+
+Result<Bitmap> Bitmap::createWithSpare(int width, int height, AlphaMode alphaMode, std::size_t spare) {
     if (width < 1 || height < 1 || width > kMaxSide || height > kMaxSide)
         return Error{"a bitmap cannot be " + std::to_string(width) + " x " + std::to_string(height) +
                      " pixels"};
     Bitmap made;
     const std::size_t used = static_cast<std::size_t>(width) * kBytesPerPixel;
     made.stride_ = (used + PixelBuffer::kAlignment - 1) / PixelBuffer::kAlignment * PixelBuffer::kAlignment;
-    made.buffer_ = PixelBuffer::allocate(made.stride_ * static_cast<std::size_t>(height));
+    made.buffer_ = PixelBuffer::allocate(made.stride_ * static_cast<std::size_t>(height) + spare);
     if (!made.buffer_)
         return Error{"not enough memory for a bitmap of " + std::to_string(width) + " x " +
                      std::to_string(height) + " pixels"};

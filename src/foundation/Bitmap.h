@@ -81,6 +81,11 @@ class Bitmap {
     [[nodiscard]] static Result<Bitmap> create(int width, int height,
                                                AlphaMode alphaMode = AlphaMode::premultiplied);
 
+    /// As create(), with `spare` bytes of the same memory after the last row: room for whoever makes the
+    /// pixels out of something larger, in place.
+    [[nodiscard]] static Result<Bitmap> createWithSpare(int width, int height, AlphaMode alphaMode,
+                                                        std::size_t spare);
+
     /// As create(), every pixel set to `fill`.
     [[nodiscard]] static Result<Bitmap> createFilled(int width, int height, Pixel fill,
                                                      AlphaMode alphaMode = AlphaMode::premultiplied);

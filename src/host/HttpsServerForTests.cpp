@@ -67,6 +67,12 @@ std::vector<nlohmann::json> HttpsServer::takeLedger() {
     return entries;
 }
 
+std::vector<nlohmann::json> HttpsServer::takeRequests() {
+    std::vector<nlohmann::json> entries = takeLedger();
+    std::erase_if(entries, [](const auto& entry) { return entry.contains("handshake"); });
+    return entries;
+}
+
 void HttpsServer::setScript(const std::vector<std::string>& kinds) const {
     std::ofstream stream(folder_.path() / "script");
     for (const std::string& kind : kinds)

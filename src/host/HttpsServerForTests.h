@@ -29,6 +29,9 @@ class HttpsServer {
 
     /// What arrived since the last call, as the server wrote it down.
     [[nodiscard]] std::vector<nlohmann::json> takeLedger();
+    /// The same without connections on which nothing was asked. Those are noted once the server has
+    /// noticed that they are over, which may be after the client, and a test, have gone on.
+    [[nodiscard]] std::vector<nlohmann::json> takeRequests();
 
     /// How posts to url("script") are answered, one after the other; only before the first of them.
     void setScript(const std::vector<std::string>& kinds) const;

@@ -79,6 +79,7 @@ TelemetrixWiring::TelemetrixWiring(Services services, Begin begin)
       defaults_(services_.configHome / "Trimora" / "usage.ini"),
       bundle_(aboutThisProgram()),
       device_(platform::kApplicationId, "Trimora/" TRIMORA_VERSION " (Linux)"),
+      location_(defaults_),
       transport_(std::make_unique<OnDemandTransport>()),
       gate_(*transport_),
       consent_(defaults_, *this),

@@ -10,8 +10,8 @@
 #include "host/IniUserDefaults.h"
 #include "host/MachineDevice.h"
 #include "host/NetlinkReachability.h"
-#include "host/NoLocation.h"
 #include "host/ProgramBundle.h"
+#include "platform/GeoClueLocation.h"
 
 class QObject;
 class QWindow;
@@ -73,7 +73,7 @@ class TelemetrixWiring final : public app::UsageRecording {
     host::IniUserDefaults defaults_;
     host::ProgramBundle bundle_;
     host::MachineDevice device_;
-    host::NoLocation location_;
+    platform::GeoClueLocation location_;
     host::NetlinkReachability reachability_;
     std::unique_ptr<analytics::HttpTransport> transport_;
     analytics::ConsentGate gate_;

@@ -4,8 +4,12 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusObjectPath>
 #include <QGuiApplication>
 #include <QTest>
+#include <QThreadPool>
 #include <QUrl>
 #include <QWidget>
 #include <cstdlib>
@@ -16,6 +20,7 @@
 #include <string>
 #include <vector>
 
+#include "analytics/info/TXAnalyticsLocation.h"
 #include "analytics/public/TXAnalyticsQueue.h"
 #include "analytics/public/Telemetrix.h"
 #include "analytics/public/TelemetrixNotifications.h"
@@ -25,6 +30,7 @@
 #include "foundation/ThreadQueues.h"
 #include "foundation/VirtualTime.h"
 #include "host/HttpsServerForTests.h"
+#include "platform/BusForTests.h"
 #include "testing/CapturedLog.h"
 #include "testing/TemporaryFolder.h"
 
@@ -231,6 +237,42 @@ TEST_F(TelemetrixWiringTest, StoreIsNotTouchedBeforeTheFirstFrame) {
     { const TelemetrixWiring never(services, Begin::afterFirstFrame); }
     EXPECT_TRUE(std::filesystem::exists(store));  // what was queued is finished at the end
     mainQueue.runAll();
+}
+
+/// The whole road, from the person's file to what would be sent.
+TEST_F(TelemetrixWiringTest, ThePlaceIsAskedForOnlyWhereThePersonsFileAllowsIt) {
+    const QString service = QStringLiteral("org.freedesktop.GeoClue2");
+    const QDBusObjectPath client("/org/freedesktop/GeoClue2/Client/1");
+    platform::BusForTests bus;
+    QDBusConnection serviceBus = bus.connect();
+    const QVariantMap place{{"Latitude", 48.5}, {"Longitude", -2.25}, {"Accuracy", 900.0}};
+    const platform::ServiceForTests geoClue(
+        serviceBus, service, "/org/freedesktop/GeoClue2", [&](const QDBusMessage& call) {
+            if (call.member() == "GetClient")
+                return call.createReply(QVariant::fromValue(client));
+            return call.member() == "GetAll" ? call.createReply(QVariant(place)) : call.createReply();
+        });
+    ASSERT_TRUE(qputenv("DBUS_SYSTEM_BUS_ADDRESS", bus.address().toUtf8()));
+
+    startProgram();
+    QThreadPool::globalInstance()->waitForDone();
+    EXPECT_THAT(stored(analytics::EventForm::asStored), HasSubstr(R"(\"latitude\":\"\")"));
+    EXPECT_THAT(geoClue.calls("GetClient"), IsEmpty());
+    endProgram();
+
+    std::ofstream(home_.path() / "config" / "Trimora" / "usage.ini", std::ios::app) << "location=allowed\n";
+    startProgram();
+    platform::pumpUntil([&] { return !geoClue.calls("Start").empty(); });
+    QDBusMessage news = QDBusMessage::createSignal(client.path(), service + ".Client", "LocationUpdated");
+    news << QVariant::fromValue(QDBusObjectPath("/")) << QVariant::fromValue(client);
+    ASSERT_TRUE(serviceBus.send(news));
+    const auto& location = analytics::TXAnalyticsLocation::location();
+    platform::pumpUntil([&] { return location.locationInfo().latitude == "48.500000"; });
+    EXPECT_EQ(location.locationInfo().longitude, "-2.250000");
+    EXPECT_EQ(location.locationInfo().countryCode, "");
+    endProgram();
+    platform::pumpUntil([&] { return !geoClue.calls("Stop").empty(); });
+    QDBusConnection::disconnectFromBus("qt_default_system_bus");
 }
 
 TEST_F(TelemetrixWiringTest, NoSocketIsOpenedBeforeAYes) {

@@ -66,7 +66,7 @@ QDBusConnection BusForTests::connect() {
 
 ServiceForTests::ServiceForTests(QDBusConnection bus, const QString& name, const QString& path, Answer answer)
     : bus_(std::move(bus)), name_(name), path_(path), answer_(std::move(answer)) {
-    EXPECT_TRUE(bus_.registerVirtualObject(path_, this));
+    EXPECT_TRUE(bus_.registerVirtualObject(path_, this, QDBusConnection::SubPath));
     EXPECT_TRUE(bus_.registerService(name_));
 }
 

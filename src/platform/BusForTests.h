@@ -20,6 +20,9 @@ class BusForTests {
     BusForTests(const BusForTests&) = delete;
     BusForTests& operator=(const BusForTests&) = delete;
 
+    /// Where programs find it.
+    [[nodiscard]] const QString& address() const { return address_; }
+
     /// A connection of its own, as another process has it.
     [[nodiscard]] QDBusConnection connect();
 
@@ -33,7 +36,8 @@ class BusForTests {
     QStringList names_;
 };
 
-/// A stand-in for a program on the bus: keeps the calls that it gets and answers them as it is told.
+/// A stand-in for a program on the bus: keeps the calls that it gets, to the object at its path and all
+/// below it, and answers them as it is told.
 class ServiceForTests final : public QDBusVirtualObject {
  public:
     /// What is answered to a call; one of type InvalidMessage leaves it unanswered.

@@ -62,6 +62,13 @@ TEST(ButtonBlocker, AButtonInADisabledPanelComesBackWithThePanel) {
     EXPECT_TRUE(button->isEnabled());
 }
 
+TEST(ButtonTitle, HasTheColourOfAllButtonsUntilOneIsSet) {
+    QPushButton button("Open");
+    EXPECT_EQ(titleColor(button), QPalette().color(QPalette::ButtonText));
+    setTitleColor(button, QColor(1, 2, 3));
+    EXPECT_EQ(titleColor(button), QColor(1, 2, 3));
+}
+
 TEST(ButtonTitle, HasTheColourInEveryState) {
     QPushButton button("Open");
     setTitleColor(button, Qt::red);

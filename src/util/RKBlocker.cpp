@@ -1,10 +1,16 @@
 #include "util/RKBlocker.h"
 
 #include <QMouseEvent>
+#include <QPainter>
 
 #include "util/SpinningProgress.h"
 
 namespace trimora::util {
+namespace {
+
+constexpr float kVeil = 0.75;  // opacity; what is blocked can be made out, and the wheel stands clear of it
+
+}  // namespace
 
 RKBlocker::RKBlocker(QWidget* parent) : QWidget(parent), prog_(new SpinningProgress(this)) {
     coverParent();
@@ -49,6 +55,12 @@ bool RKBlocker::eventFilter(QObject* watched, QEvent* event) {
     if (watched == parentWidget() && event->type() == QEvent::Resize)
         setGeometry(parentWidget()->rect());
     return QWidget::eventFilter(watched, event);
+}
+
+void RKBlocker::paintEvent(QPaintEvent* /*event*/) {
+    QColor veil = palette().color(QPalette::Window);
+    veil.setAlphaF(kVeil);
+    QPainter(this).fillRect(rect(), veil);
 }
 
 void RKBlocker::resizeEvent(QResizeEvent* /*event*/) {

@@ -7,8 +7,8 @@ namespace trimora::util {
 
 class SpinningProgress;
 
-/// Covers the widget that it is put into and swallows mouse clicks while work runs, with a turning
-/// wheel in the middle.
+/// Covers the widget that it is put into with a veil and swallows mouse clicks while work runs, with a
+/// turning wheel in the middle.
 ///
 /// It stays for as long as anybody blocks: each who does names a key, and when the last key has been
 /// unblocked it leaves its parent and deletes itself. So it is made with `new`, and a pointer to it is
@@ -26,6 +26,7 @@ class RKBlocker final : public QWidget {
  protected:
     bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;

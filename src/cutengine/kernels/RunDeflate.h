@@ -1,9 +1,10 @@
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
+
+#include "cutengine/kernels/DeflateBlock.h"
 
 namespace trimora::cutengine::kernels {
 
@@ -34,7 +35,6 @@ class RunDeflate {
         Kind kind;
         std::uint32_t value;  // the byte, or the match's length
     };
-    struct Codes;
 
     void push(Token token);
     void literal(std::uint8_t value) { push({Kind::literal, value}); }
@@ -44,9 +44,7 @@ class RunDeflate {
     [[nodiscard]] std::uint32_t checksum() const;
 
     void writeBlock(bool last);
-    void writeHeader(const Codes& codes, bool last);
-    void writeMatch(const Codes& codes, Kind kind, std::uint32_t length);
-    void putBits(std::uint64_t bits, int count);
+    void writeMatch(const BlockCode& code, Kind kind, std::uint32_t length);
 
     std::uint64_t total_;
     std::uint64_t written_ = 0;
@@ -59,9 +57,7 @@ class RunDeflate {
     bool afterPixel_ = false;
 
     std::vector<Token> tokens_;
-    std::vector<std::uint8_t> out_;
-    std::uint64_t bits_ = 0;
-    int bitCount_ = 0;
+    BitWriter stream_;
 };
 
 }  // namespace trimora::cutengine::kernels

@@ -1,0 +1,105 @@
+#include "cutengine/kernels/DeflateBlock.h"
+
+#include <bit>
+#include <span>
+
+namespace trimora::cutengine::kernels {
+namespace {
+
+constexpr std::size_t kFirstLength = 257;
+
+// Code lengths of a block's header, with runs of zeros shortened: symbol 18 stands for 11 to 138 of
+// them, symbol 17 for 3 to 10.
+struct HeaderSymbol {
+    std::uint8_t symbol = 0;
+    std::uint8_t extra = 0;
+};
+
+std::vector<HeaderSymbol> headerSymbols(std::span<const std::uint8_t> lengths) {
+    std::vector<HeaderSymbol> symbols;
+    for (std::size_t i = 0; i < lengths.size();) {
+        std::size_t zeros = 0;
+        while (i + zeros < lengths.size() && zeros < 138 && lengths[i + zeros] == 0)
+            ++zeros;
+        if (zeros >= 11)
+            symbols.push_back({18, static_cast<std::uint8_t>(zeros - 11)});
+        else if (zeros >= 3)
+            symbols.push_back({17, static_cast<std::uint8_t>(zeros - 3)});
+        else
+            symbols.push_back({lengths[i], 0});
+        i += zeros >= 3 ? zeros : 1;
+    }
+    return symbols;
+}
+
+}  // namespace
+
+void BitWriter::finish() {
+    put(0, (8 - count_ % 8) % 8);
+    for (; count_ > 0; count_ -= 8, bits_ >>= 8)
+        bytes.push_back(static_cast<std::uint8_t>(bits_));
+}
+
+MatchSplit MatchSplit::of(std::uint32_t length) {
+    const std::uint32_t left = length % kLongestMatch;
+    if (left == 0 || left >= kShortestMatch)
+        return {length / kLongestMatch, {left, 0}};
+    return {length / kLongestMatch - 1, {kLongestMatch + left - kShortestMatch, kShortestMatch}};
+}
+
+MatchPart MatchPart::ofLength(std::uint32_t length) {
+    if (length == kLongestMatch)
+        return {kLiteralSymbols - 1, 0, 0};
+    // Lengths 3 to 10 have a symbol each; from there on every power of two has four symbols.
+    const std::uint32_t offset = length - kShortestMatch;
+    if (offset < 8)
+        return {kFirstLength + offset, 0, 0};
+    const int bits = std::bit_width(offset) - 3;
+    const std::uint32_t symbol = 4 * static_cast<std::uint32_t>(bits) + (offset >> bits);
+    return {kFirstLength + symbol, offset & ((1U << bits) - 1), bits};
+}
+
+MatchPart MatchPart::ofDistance(std::uint32_t distance) {
+    // Distances 1 to 4 have a symbol each; from there on every power of two has two symbols.
+    const std::uint32_t offset = distance - 1;
+    if (offset < 4)
+        return {offset, 0, 0};
+    const int bits = std::bit_width(offset) - 2;
+    const std::uint32_t symbol = 2 * static_cast<std::uint32_t>(bits) + (offset >> bits);
+    return {symbol, offset & ((1U << bits) - 1), bits};
+}
+
+BitString matchBits(const BlockCode& code, std::uint32_t length, std::uint32_t distance) {
+    const BitString first = MatchPart::ofLength(length).in(code.literals);
+    const BitString second = MatchPart::ofDistance(distance).in(code.distances);
+    return {first.bits | second.bits << first.count, first.count + second.count};
+}
+
+void putBlockHeader(BitWriter& to, const BlockCode& code, bool last) {
+    constexpr std::array<std::uint8_t, 19> kOrder = {16, 17, 18, 0, 8,  7, 9,  6, 10, 5,
+                                                     11, 4,  12, 3, 13, 2, 14, 1, 15};
+    std::vector<std::uint8_t> lengths = code.literals.lengths;
+    lengths.insert(lengths.end(), code.distances.lengths.begin(), code.distances.lengths.end());
+    const std::vector<HeaderSymbol> symbols = headerSymbols(lengths);
+    std::array<std::uint32_t, 19> frequencies{};
+    for (const HeaderSymbol& each : symbols)
+        ++frequencies[each.symbol];
+    const HuffmanCode lengthCode = HuffmanCode::forFrequencies(frequencies, 7);
+
+    to.put(last ? 1 : 0, 1);
+    to.put(2, 2);  // codes of its own
+    to.put(kLiteralSymbols - 257, 5);
+    to.put(code.distances.lengths.size() - 1, 5);
+    to.put(kOrder.size() - 4, 4);
+    for (const std::uint8_t symbol : kOrder)
+        to.put(lengthCode.lengths[symbol], 3);
+    for (const HeaderSymbol& each : symbols) {
+        to.put(lengthCode.bits[each.symbol], lengthCode.lengths[each.symbol]);
+        if (each.symbol == 17)
+            to.put(each.extra, 3);
+        else if (each.symbol == 18)
+            to.put(each.extra, 7);
+    }
+}
+
+}  // namespace trimora::cutengine::kernels
