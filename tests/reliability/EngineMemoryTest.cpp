@@ -57,7 +57,7 @@ class EngineMemory : public CutViewTest {
 };
 
 TEST_F(EngineMemory, ThatRunsOutForPicturesIsBorne) {
-    ASSERT_TRUE(savePng(bandedPicture(900, 700).view(), source_));
+    ASSERT_TRUE(savePng(bandedPicture(450, 350).view(), source_));
     std::int64_t total = 0;
     {
         const AllocationFaults counted(0, false, kLargeBlock);
