@@ -25,12 +25,6 @@ constexpr double kMostSeconds = 5;
 constexpr long kMostKibibytes = (128L << 10) + static_cast<long>(kAdmittedPixels) * 12 / 1024;
 constexpr long kMostForMetadata = 64L << 10;
 
-#ifdef __SANITIZE_ADDRESS__
-constexpr bool kMemoryIsOurs = false;  // most of it is the sanitizer's
-#else
-constexpr bool kMemoryIsOurs = true;
-#endif
-
 double processorSeconds() {
     struct timespec now {};
     ::clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
@@ -59,7 +53,7 @@ class BadPictures : public ::testing::Test {
         slowest_ = std::max(slowest_, ended.cpuSeconds);
         if (!ended.exited || ended.status != 0)
             return ended.text();
-        if (kMemoryIsOurs && ended.grownKibibytes > mostKibibytes)
+        if (!kSanitized && ended.grownKibibytes > mostKibibytes)
             return std::to_string(ended.grownKibibytes) + " KiB";
         return {};
     }
@@ -120,7 +114,7 @@ TEST_F(BadPictures, ByChanceEachGiveAPictureOrOneMessage) {
         slowest_ = std::max(slowest_, processorSeconds() - began);
         ASSERT_EQ(faultOf(outcome), "") << "mutant " << i << ", " << kept(bytes);
         ASSERT_LT(slowest_, kMostSeconds) << "mutant " << i << ", " << kept(bytes);
-        if (kMemoryIsOurs) {
+        if (!kSanitized) {
             ASSERT_LT(peakKibibytes() - before, kMostKibibytes) << "mutant " << i << ", " << kept(bytes);
         }
         pictures += outcome ? 1 : 0;

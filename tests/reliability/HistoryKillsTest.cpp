@@ -154,7 +154,7 @@ class HistoryKills : public ::testing::Test {
 
 TEST_F(HistoryKills, LeaveWholeMasksAndTheNextEditorIsWell) {
     std::mt19937_64 random = testing::seededGenerator();
-    const int kills = testing::byDepth(1'000, 5'000, 20'000);
+    const int kills = testing::byDepth(1'000, 5'000, 20'000) / (kSanitized ? 10 : 1);
     constexpr int kKillsAScript = 50;
     Script script;
     for (int kill = 0; kill < kills; ++kill) {

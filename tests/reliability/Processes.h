@@ -8,6 +8,13 @@
 /// Work in a process of its own, for what may end a process or must be measured alone.
 namespace trimora::reliability {
 
+/// Whether the address sanitizer watches: most memory is then its own, and copies of the process are slow.
+#ifdef __SANITIZE_ADDRESS__
+inline constexpr bool kSanitized = true;
+#else
+inline constexpr bool kSanitized = false;
+#endif
+
 /// How a process ended, and what it took.
 struct Ended {
     bool exited = false;  ///< by itself
