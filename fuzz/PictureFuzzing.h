@@ -17,6 +17,7 @@ inline int readPicture(codecs::PictureFormat format, const std::uint8_t* data, s
         return -1;
     foundation::InlineWorkers workers;
     const codecs::PictureFileDecoder decoder(workers, codecs::PixelBudget(4'000'000));
+    (void)decoder.facts(file);
     const auto read = decoder.decodeBytes(file);
     if (read ? read->representations.empty() : read.error().message.empty())
         std::abort();

@@ -29,6 +29,8 @@ INSTALLED = {
     "share/doc/trimora/copyright",
     f"share/icons/hicolor/scalable/apps/{ID}.svg",
     f"share/icons/hicolor/symbolic/apps/{ID}-symbolic.svg",
+    "share/man/man1/trimora-cut.1.gz",
+    "share/man/man1/trimora-info.1.gz",
     "share/man/man1/trimora-telemetry.1.gz",
     "share/man/man1/trimora.1.gz",
     f"share/metainfo/{ID}.metainfo.xml",
@@ -65,7 +67,7 @@ class DesktopFilesTest(unittest.TestCase):
 
     @needs("man")
     def test_manual_pages_have_no_faults(self):
-        for page in ("trimora", "trimora-telemetry"):
+        for page in ("trimora", "trimora-cut", "trimora-info", "trimora-telemetry"):
             page = BUILD / "packaging" / "pages" / f"{page}.1"
             self.assertEqual(said_by("man", "--warnings", "-Z", "-l", page).count("warning:"), 0)
 
@@ -89,10 +91,11 @@ class DesktopFilesTest(unittest.TestCase):
             self.assertTrue(self.launcher[f"Desktop Action {action}"]["Exec"].startswith("trimora"))
 
     def test_manual_and_completion_know_every_option_of_the_programs(self):
-        for program in ("trimora", "trimora-telemetry"):
-            options = set(re.findall(r"--[a-z]+", said_by(BUILD / program, "--help")))
+        for program, *command in (("trimora",), ("trimora", "cut"), ("trimora", "info"), ("trimora-telemetry",)):
+            options = set(re.findall(r"--[a-z][a-z-]*", said_by(BUILD / program, *command, "--help")))
             self.assertTrue(options)
-            manual = (PACKAGING / "man" / f"{program}.1.in").read_text().replace("\\-", "-")
+            page = "-".join([program, *command])
+            manual = (PACKAGING / "man" / f"{page}.1.in").read_text().replace("\\-", "-")
             completion = (PACKAGING / "completions" / program).read_text()
             for option in options | {"--help"}:
                 self.assertIn(option, manual)

@@ -25,7 +25,13 @@ util::RuntimeClassPtr appDelegateClass() {
             .on("usageDataAction:", &AppDelegate::usageDataAction)
             .on("keyboardShortcutsAction:", &AppDelegate::keyboardShortcutsAction)
             .on("aboutAction:", &AppDelegate::aboutAction)
-            .on("terminate:", &AppDelegate::terminate);
+            .on("terminate:", &AppDelegate::terminate)
+            .on("applicationDidChangeOcclusionState:", &AppDelegate::applicationDidChangeOcclusionState);
+        made->overrideSelector(
+            "applicationShouldHandleReopen:hasVisibleWindows:", [](auto& self, const auto&) {
+                return std::any(
+                    static_cast<AppDelegate&>(self).applicationShouldHandleReopen_hasVisibleWindows(false));
+            });
         return made;
     }();
     return record;

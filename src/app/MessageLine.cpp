@@ -82,6 +82,8 @@ QString MessageLine::text() const {
 }
 
 void MessageLine::show(const std::string& line, Kind kind) {
+    if (lineShown_)
+        lineShown_(kind, line);
     text_ = QString::fromStdString(line);
     label_->setToolTip(text_);
     label_->setProperty("trouble", kind == Kind::trouble);

@@ -35,6 +35,10 @@ class MessageLine final : public QFrame, public editor::Messages {
     /// A note with a button of this title, which does `action` and sends the line away.
     void offer(const std::string& line, const std::string& title, std::function<void()> action);
 
+    enum class Kind { progress, note, offer, trouble };
+    /// Called with every line when it is shown.
+    void onLine(std::function<void(Kind, const std::string&)> handler) { lineShown_ = std::move(handler); }
+
     /// What is shown, in full; empty while nothing is.
     [[nodiscard]] QString text() const;
 
@@ -43,7 +47,6 @@ class MessageLine final : public QFrame, public editor::Messages {
     void mousePressEvent(QMouseEvent* event) override;
 
  private:
-    enum class Kind { progress, note, offer, trouble };
     void show(const std::string& line, Kind kind);
     void dismiss();
     void place();
@@ -54,6 +57,7 @@ class MessageLine final : public QFrame, public editor::Messages {
     QLabel* label_;
     QPushButton* button_;
     std::function<void()> action_;  // of the button
+    std::function<void(Kind, const std::string&)> lineShown_;
     QString text_;
     std::unique_ptr<foundation::Timer> fade_;
 };

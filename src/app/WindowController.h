@@ -51,6 +51,8 @@ class WindowController final : public util::RuntimeObject, public editor::Editor
     WindowController(const Services& services, const Outlets& outlets);
     ~WindowController() override;
 
+    [[nodiscard]] const Outlets& outlets() const { return outlets_; }
+
     /// Stores and dresses the window: black, its title in the toolbar's title item.
     void setWindow(MainWindow* window);
     [[nodiscard]] MainWindow* window() const { return window_; }

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
+#include <iterator>
 #include <utility>
 #include <vector>
 
@@ -130,6 +131,22 @@ TransformHandle neededTransform(const Profile& profile, ColourModel picture, Sam
 }
 
 }  // namespace
+
+std::string profileName(Bytes icc) {
+    if (icc.empty() || icc.size() > kMostProfileBytes)
+        return {};
+    const Profile profile(cmsOpenProfileFromMem(icc.data(), static_cast<cmsUInt32Number>(icc.size())));
+    if (!profile)
+        return {};
+    std::array<char, 256> text{};
+    cmsGetProfileInfoASCII(profile.get(), cmsInfoDescription, "en", "US", text.data(), text.size());
+    text.back() = 0;
+    std::string name;
+    // What a file says may be anything; a terminal gets none of its control characters.
+    std::copy_if(text.begin(), std::find(text.begin(), text.end(), '\0'), std::back_inserter(name),
+                 [](char letter) { return letter >= ' ' && letter <= '~'; });
+    return name.empty() ? "unnamed" : name;
+}
 
 void ColourProfile::DeleteTransform::operator()(void* transform) const {
     cmsDeleteTransform(transform);

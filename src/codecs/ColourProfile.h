@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "codecs/Bytes.h"
 
@@ -37,6 +38,10 @@ struct Chromaticities {
     Place green;
     Place blue;
 };
+
+/// The name that an ICC profile bears, in English where it has that and in ASCII; "unnamed" where it has
+/// none, empty where the bytes are no profile.
+[[nodiscard]] std::string profileName(Bytes icc);
 
 /// Turns the colours of a picture into sRGB, as its embedded profile says (perceptual intent).
 ///

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "codecs/Bytes.h"
+#include "codecs/PictureFacts.h"
 #include "codecs/PixelBudget.h"
 #include "cutengine/PictureDecoder.h"
 #include "foundation/Queues.h"
@@ -28,6 +29,9 @@ class FormatDecoder {
     /// be read gives that part and a notice (what is missing is transparent); one of which nothing can be
     /// read returns an error.
     [[nodiscard]] virtual foundation::Result<cutengine::DecodedPicture> decode(Bytes file) const = 0;
+
+    /// What the file says of its picture; asks no budget. An error where not even that can be read.
+    [[nodiscard]] virtual foundation::Result<PictureFacts> facts(Bytes file) const = 0;
 
  protected:
     [[nodiscard]] const PixelBudget& budget() const { return budget_; }

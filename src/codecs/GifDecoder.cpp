@@ -142,6 +142,17 @@ Error unreadable(const Source& source, int code) {
             (reason != nullptr ? reason : "it holds no picture")};
 }
 
+struct ScreenSize {
+    int width;
+    int height;
+};
+
+ScreenSize screenOf(const GifFileType* gif) {
+    const GifImageDesc& frame = gif->Image;
+    return {gif->SWidth > 0 ? gif->SWidth : frame.Left + frame.Width,
+            gif->SHeight > 0 ? gif->SHeight : frame.Top + frame.Height};
+}
+
 }  // namespace
 
 Result<DecodedPicture> GifDecoder::decode(Bytes file) const {
@@ -156,8 +167,7 @@ Result<DecodedPicture> GifDecoder::decode(Bytes file) const {
     const GifImageDesc& frame = gif->Image;
     if (frame.Width <= 0 || frame.Height <= 0)
         return Error{"the picture has no pixels"};
-    const int width = gif->SWidth > 0 ? gif->SWidth : frame.Left + frame.Width;
-    const int height = gif->SHeight > 0 ? gif->SHeight : frame.Top + frame.Height;
+    const auto [width, height] = screenOf(gif.get());
     for (const auto& [w, h] : {std::pair(width, height), std::pair(frame.Width, frame.Height)}) {
         if (std::optional<Error> refusal =
                 budget().refusal(static_cast<std::uint64_t>(w), static_cast<std::uint64_t>(h)))
@@ -179,6 +189,24 @@ Result<DecodedPicture> GifDecoder::decode(Bytes file) const {
     if (rows < frame.Height)
         picture.notice = source.endReached ? kCutShort : kDamaged;
     return picture;
+}
+
+Result<PictureFacts> GifDecoder::facts(Bytes file) const {
+    Source source{file};
+    int code = 0;
+    const Gif gif(DGifOpen(&source, &Source::read, &code));
+    if (!gif)
+        return unreadable(source, code);
+    int transparentIndex = NO_TRANSPARENT_COLOR;
+    if (!findFrame(gif.get(), transparentIndex))
+        return unreadable(source, gif->Error);
+    const ScreenSize screen = screenOf(gif.get());
+    PictureFacts facts;
+    facts.format = PictureFormat::gif;
+    facts.width = static_cast<std::uint64_t>(std::max(screen.width, 0));
+    facts.height = static_cast<std::uint64_t>(std::max(screen.height, 0));
+    facts.pixels = facts.width * facts.height;
+    return facts;
 }
 
 }  // namespace trimora::codecs

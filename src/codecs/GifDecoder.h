@@ -11,6 +11,7 @@ class GifDecoder final : public FormatDecoder {
     using FormatDecoder::FormatDecoder;
 
     [[nodiscard]] foundation::Result<cutengine::DecodedPicture> decode(Bytes file) const override;
+    [[nodiscard]] foundation::Result<PictureFacts> facts(Bytes file) const override;
 };
 
 }  // namespace trimora::codecs

@@ -90,6 +90,7 @@ class Reading {
 
     [[nodiscard]] std::uint64_t width() const { return info_.image_width; }
     [[nodiscard]] std::uint64_t height() const { return info_.image_height; }
+    [[nodiscard]] int bitsPerSample() const { return info_.data_precision; }
     [[nodiscard]] int rowsRead() const { return static_cast<int>(info_.output_scanline); }
     [[nodiscard]] bool isCutShort() const { return cutShort_; }
     [[nodiscard]] bool isDamaged() const { return damaged_; }
@@ -190,12 +191,16 @@ Error unreadable(const Reading& reading) {
     return Error{"the JPEG file cannot be read: " + reading.reason()};
 }
 
+Error headless(const Reading& reading) {
+    return reading.isCutShort() ? Error{"the file ends before its picture begins"} : unreadable(reading);
+}
+
 }  // namespace
 
 Result<DecodedPicture> JpegDecoder::decode(Bytes file) const {
     Reading reading(file);
     if (!reading.readHeader())
-        return reading.isCutShort() ? Error{"the file ends before its picture begins"} : unreadable(reading);
+        return headless(reading);
     if (std::optional<Error> refusal = budget().refusal(reading.width(), reading.height()))
         return *std::move(refusal);
     if (reading.isImplausible())
@@ -224,6 +229,22 @@ Result<DecodedPicture> JpegDecoder::decode(Bytes file) const {
     else if (!whole || reading.isDamaged())
         picture.notice = kDamaged;
     return picture;
+}
+
+Result<PictureFacts> JpegDecoder::facts(Bytes file) const {
+    Reading reading(file);
+    if (!reading.readHeader())
+        return headless(reading);
+    const JpegMetadata metadata = readJpegMetadata(file);
+    PictureFacts facts;
+    facts.format = PictureFormat::jpeg;
+    facts.width = reading.width();
+    facts.height = reading.height();
+    facts.pixels = facts.width * facts.height;
+    facts.orientation = metadata.orientation;
+    facts.bitsPerSample = reading.bitsPerSample();
+    facts.profile = profileName(metadata.icc);
+    return facts;
 }
 
 }  // namespace trimora::codecs

@@ -11,7 +11,6 @@
 #include "codecs/PictureFormat.h"
 #include "codecs/PngDecoder.h"
 #include "codecs/TiffDecoder.h"
-#include "files/RegularFile.h"
 
 namespace trimora::codecs {
 namespace {
@@ -49,7 +48,18 @@ PixelBudget PictureFileDecoder::budget() const {
     return fixedBudget_ ? *fixedBudget_ : PixelBudget::fromFreeMemory();
 }
 
+std::uint64_t PictureFileDecoder::mostFileBytes() const {
+    return budget().pixels() * kMostBytesPerPixel + kMostOtherBytes;
+}
+
 Result<DecodedPicture> PictureFileDecoder::decode(const std::filesystem::path& file) {
+    const Result<files::FileBytes> bytes = readFile(file);
+    if (!bytes)
+        return bytes.error();
+    return decodeBytes(bytes->view());
+}
+
+Result<files::FileBytes> PictureFileDecoder::readFile(const std::filesystem::path& file) const {
     const Result<files::FileDescriptor> open =
         files::openRegularFileAt(AT_FDCWD, file.c_str(), files::Links::follow);
     if (!open)
@@ -60,11 +70,7 @@ Result<DecodedPicture> PictureFileDecoder::decode(const std::filesystem::path& f
         return start.error();
     if (!formatOf(start->view()))
         return unknownFormat();
-    const Result<files::FileBytes> bytes =
-        files::readAll(*open, budget().pixels() * kMostBytesPerPixel + kMostOtherBytes);
-    if (!bytes)
-        return bytes.error();
-    return decodeBytes(bytes->view());
+    return files::readAll(*open, mostFileBytes());
 }
 
 Result<DecodedPicture> PictureFileDecoder::decodeBytes(Bytes file) const {
@@ -73,6 +79,17 @@ Result<DecodedPicture> PictureFileDecoder::decodeBytes(Bytes file) const {
         return unknownFormat();
     try {
         return decoderOf(*format, budget(), workers_)->decode(file);
+    } catch (const std::bad_alloc&) {
+        return Error{"not enough memory to read the picture"};
+    }
+}
+
+Result<PictureFacts> PictureFileDecoder::facts(Bytes file) const {
+    const std::optional<PictureFormat> format = formatOf(file);
+    if (!format)
+        return unknownFormat();
+    try {
+        return decoderOf(*format, budget(), workers_)->facts(file);
     } catch (const std::bad_alloc&) {
         return Error{"not enough memory to read the picture"};
     }

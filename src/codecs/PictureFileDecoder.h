@@ -4,8 +4,10 @@
 #include <optional>
 
 #include "codecs/Bytes.h"
+#include "codecs/PictureFacts.h"
 #include "codecs/PixelBudget.h"
 #include "cutengine/PictureDecoder.h"
+#include "files/RegularFile.h"
 #include "foundation/Queues.h"
 #include "foundation/Result.h"
 
@@ -28,8 +30,17 @@ class PictureFileDecoder final : public cutengine::PictureDecoder {
     [[nodiscard]] foundation::Result<cutengine::DecodedPicture> decode(
         const std::filesystem::path& file) override;
 
+    /// The bytes of a file that passes: decode() is this and then decodeBytes().
+    [[nodiscard]] foundation::Result<files::FileBytes> readFile(const std::filesystem::path& file) const;
+
     /// As decode(), of a file's bytes.
     [[nodiscard]] foundation::Result<cutengine::DecodedPicture> decodeBytes(Bytes file) const;
+
+    /// What the file says of its picture, without decoding it.
+    [[nodiscard]] foundation::Result<PictureFacts> facts(Bytes file) const;
+
+    /// No file of a picture within the budget has more bytes.
+    [[nodiscard]] std::uint64_t mostFileBytes() const;
 
  private:
     [[nodiscard]] PixelBudget budget() const;

@@ -34,4 +34,18 @@ std::optional<PictureFormat> formatOf(std::span<const std::uint8_t> firstBytes) 
     return std::nullopt;
 }
 
+const char* nameOf(PictureFormat format) {
+    switch (format) {
+        case PictureFormat::jpeg:
+            return "JPEG";
+        case PictureFormat::png:
+            return "PNG";
+        case PictureFormat::tiff:
+            return "TIFF";
+        case PictureFormat::gif:
+            return "GIF";
+    }
+    return "";
+}
+
 }  // namespace trimora::codecs

@@ -16,4 +16,7 @@ inline constexpr std::size_t kSignatureSize = 8;
 /// no format that is read here, or too few.
 [[nodiscard]] std::optional<PictureFormat> formatOf(std::span<const std::uint8_t> firstBytes);
 
+/// "JPEG", "PNG", "TIFF" or "GIF".
+[[nodiscard]] const char* nameOf(PictureFormat format);
+
 }  // namespace trimora::codecs

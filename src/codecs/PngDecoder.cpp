@@ -309,4 +309,23 @@ Result<DecodedPicture> PngDecoder::decode(Bytes file) const {
     return picture;
 }
 
+Result<PictureFacts> PngDecoder::facts(Bytes file) const {
+    PngChunks chunks;
+    if (Result<void> read = readPngChunks(file, chunks); !read)
+        return read.error();
+    PictureFacts facts;
+    facts.format = PictureFormat::png;
+    facts.width = chunks.width;
+    facts.height = chunks.height;
+    facts.pixels = facts.width * facts.height;
+    facts.orientation = exifOrientation(chunks.exif);
+    facts.bitsPerSample = chunks.bitDepth;
+    facts.hasAlpha = hasAlpha(chunks);
+    if (!chunks.icc.empty())
+        facts.profile = profileName(unpackedIcc(chunks.icc));
+    else if (chunks.isSrgb)
+        facts.profile = "sRGB";
+    return facts;
+}
+
 }  // namespace trimora::codecs

@@ -12,6 +12,7 @@ class PngDecoder final : public FormatDecoder {
     using FormatDecoder::FormatDecoder;
 
     [[nodiscard]] foundation::Result<cutengine::DecodedPicture> decode(Bytes file) const override;
+    [[nodiscard]] foundation::Result<PictureFacts> facts(Bytes file) const override;
 };
 
 }  // namespace trimora::codecs

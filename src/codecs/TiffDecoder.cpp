@@ -41,6 +41,13 @@ Page currentPage(const TiffFile& file) {
     return page;
 }
 
+/// Whether the current page has a sample for transparency.
+bool hasAlpha(const TiffFile& file) {
+    std::uint16_t count = 0;
+    std::uint16_t* kinds = nullptr;
+    return TIFFGetFieldDefaulted(file.handle(), TIFFTAG_EXTRASAMPLES, &count, &kinds) == 1 && count > 0;
+}
+
 /// The pages that hold pictures, none decoded.
 struct Pages {
     std::vector<Page> pages;
@@ -122,6 +129,23 @@ Result<DecodedPicture> TiffDecoder::decode(Bytes bytes) const {
         return failure ? *failure : unreadable(file);
     picture.notice = allWhole ? notice : kDamaged;
     return picture;
+}
+
+Result<PictureFacts> TiffDecoder::facts(Bytes bytes) const {
+    const TiffFile file(bytes);
+    if (file.handle() == nullptr)
+        return unreadable(file);
+    PictureFacts facts;
+    facts.format = PictureFormat::tiff;
+    facts.width = file.tag<std::uint32_t>(TIFFTAG_IMAGEWIDTH);
+    facts.height = file.tag<std::uint32_t>(TIFFTAG_IMAGELENGTH);
+    facts.orientation = orientationOf(file.tag<std::uint16_t>(TIFFTAG_ORIENTATION, 1));
+    facts.bitsPerSample = file.tag<std::uint16_t>(TIFFTAG_BITSPERSAMPLE, 1);
+    facts.hasAlpha = hasAlpha(file);
+    facts.profile = profileName(file.icc());
+    for (const Page& page : pagesOf(file).pages)
+        facts.pixels += page.width * page.height;
+    return facts;
 }
 
 }  // namespace trimora::codecs

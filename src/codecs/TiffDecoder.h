@@ -14,6 +14,7 @@ class TiffDecoder final : public FormatDecoder {
     using FormatDecoder::FormatDecoder;
 
     [[nodiscard]] foundation::Result<cutengine::DecodedPicture> decode(Bytes file) const override;
+    [[nodiscard]] foundation::Result<PictureFacts> facts(Bytes file) const override;
 };
 
 }  // namespace trimora::codecs

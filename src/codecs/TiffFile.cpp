@@ -45,6 +45,14 @@ TiffFile::~TiffFile() {
         TIFFClose(handle_);
 }
 
+Bytes TiffFile::icc() const {
+    std::uint32_t size = 0;
+    void* icc = nullptr;
+    if (TIFFGetField(handle_, TIFFTAG_ICCPROFILE, &size, &icc) != 1)
+        return {};
+    return {static_cast<const std::uint8_t*>(icc), size};
+}
+
 int TiffFile::onError(TIFF* /*tiff*/, void* self, const char* /*module*/, const char* format,
                       va_list arguments) {
     std::string& complaint = static_cast<TiffFile*>(self)->complaint_;

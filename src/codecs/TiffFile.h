@@ -21,6 +21,9 @@ class TiffFile {
     /// Null where the bytes are no TIFF file or its first page cannot be read.
     [[nodiscard]] TIFF* handle() const { return handle_; }
 
+    /// The colour profile of the current page; empty where it carries none.
+    [[nodiscard]] Bytes icc() const;
+
     /// The library's first complaint; empty where it had none.
     [[nodiscard]] const std::string& complaint() const { return complaint_; }
 

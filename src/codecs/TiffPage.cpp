@@ -279,14 +279,6 @@ int readConverted(const TiffFile& file, MutableBitmapView to) {
     return static_cast<int>(std::min(y, height));
 }
 
-std::unique_ptr<ColourProfile> profileOf(const TiffFile& file, ColourModel model, SampleDepth depth) {
-    std::uint32_t size = 0;
-    void* icc = nullptr;
-    if (TIFFGetField(file.handle(), TIFFTAG_ICCPROFILE, &size, &icc) != 1)
-        return nullptr;
-    return ColourProfile::fromIcc(Bytes(static_cast<const std::uint8_t*>(icc), size), model, depth);
-}
-
 }  // namespace
 
 Result<Bitmap> decodeTiffPage(const TiffFile& file, bool& whole, foundation::Workers& workers) {
@@ -300,7 +292,8 @@ Result<Bitmap> decodeTiffPage(const TiffFile& file, bool& whole, foundation::Wor
         return pixels;
     const ColourModel model = plain || layout.model == ColourModel::grey ? layout.model : ColourModel::rgb;
     const bool wide = plain && layout.isWide();
-    const auto profile = profileOf(file, model, wide ? SampleDepth::sixteen : SampleDepth::eight);
+    const auto profile =
+        ColourProfile::fromIcc(file.icc(), model, wide ? SampleDepth::sixteen : SampleDepth::eight);
     const int rows = plain ? readPlain(file, layout, pixels->view(), profile.get(), workers)
                            : readConverted(file, pixels->view());
     if (rows == 0)

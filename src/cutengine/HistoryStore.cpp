@@ -38,8 +38,11 @@ auto unlessMemoryRunsOut(const Code& code) -> decltype(code()) {
 
 }  // namespace
 
-HistoryStore::HistoryStore(const std::filesystem::path& folder) : directory_(folder) {
-    Result<files::PrivateFolder> opened = files::PrivateFolder::create(folder);
+HistoryStore::HistoryStore(const std::optional<std::filesystem::path>& folder)
+    : onDisk_(folder.has_value()), directory_(folder.value_or("")) {
+    if (!onDisk_)
+        return;
+    Result<files::PrivateFolder> opened = files::PrivateFolder::create(directory_);
     if (opened)
         folder_ = std::move(*opened);
     else
@@ -71,6 +74,8 @@ Result<void> HistoryStore::record(BitmapView mask) {
         return {};
     fileIndex_ = number;
     written_.reset(static_cast<std::size_t>(number));
+    if (!onDisk_)
+        return {};
     if (!folder_)
         return Error{"there is no folder for it"};
     const auto file = unlessMemoryRunsOut([&] { return kernels::encodeMask(mask); });
@@ -86,7 +91,7 @@ Result<void> HistoryStore::record(BitmapView mask) {
 
 std::optional<Bitmap> HistoryStore::step(Step step) {
     const bool back = step == Step::back;
-    if (back ? currentState_ <= 0 : !canStepForward())
+    if (!onDisk_ || (back ? currentState_ <= 0 : !canStepForward()))
         return std::nullopt;
     const std::int64_t shown = fileIndex_;
     const std::int64_t number =

@@ -28,8 +28,9 @@ class HistoryStore {
 
     enum class Step : std::uint8_t { back, forward };
 
-    /// Resolves the folder and creates it, private to its owner. Without one every write fails.
-    explicit HistoryStore(const std::filesystem::path& folder);
+    /// Resolves the folder and creates it, private to its owner; where that fails every write fails. With
+    /// none only the counters are kept: writes succeed at once, and no step finds a state.
+    explicit HistoryStore(const std::optional<std::filesystem::path>& folder);
 
     [[nodiscard]] const std::filesystem::path& directory() const { return directory_; }
 
@@ -56,6 +57,7 @@ class HistoryStore {
     [[nodiscard]] bool canStepForward() const { return currentState_ <= length_ - 2; }
 
  private:
+    bool onDisk_;
     std::filesystem::path directory_;
     std::optional<files::PrivateFolder> folder_;
     std::atomic<std::int64_t> length_ = 0;

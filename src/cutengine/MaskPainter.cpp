@@ -110,7 +110,7 @@ void MaskPainter::rebuildPlanes() {
     colorContext_ = filledPlane(size, kTransparent);
     if (!loaded.isEmpty() && !bitmapContext_.isEmpty()) {
         foundation::InlineWorkers here;
-        kernels::resample(loaded.view(), bitmapContext_.view(), here);
+        kernels::resample(loaded.view(), bitmapContext_.view(), here, kernels::Filter::triangle);
     }
 }
 

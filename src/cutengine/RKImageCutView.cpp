@@ -123,7 +123,7 @@ void RKImageCutView::updateMap() {
 }
 
 void RKImageCutView::paintPass() {
-    const auto shown = painter_.paintPass([this] { recordHistoryState(); });
+    const auto shown = painter_.paintPass([this] { recordState(); });
     if (!shown)
         return;
     maskLayer_->setContents(shown->mask);
@@ -162,7 +162,17 @@ void RKImageCutView::maskChanged(const IntRect& maskPixels) {
 void RKImageCutView::resetMask() {
     painter_.setNeedsContectUpdate();
     updateMap();
-    onSerialQueue([this] { recordHistoryState(); });
+    recordHistoryState();
+}
+
+void RKImageCutView::loadMask(Bitmap mask) {
+    // A task must be copyable, which a bitmap is not.
+    onSerialQueue([this, loaded = std::make_shared<Bitmap>(std::move(mask))] {
+        painter_.setNewContextImage(std::move(*loaded));
+        painter_.setNeedsContectUpdate();
+        paintPass();
+        recordHistoryState();
+    });
 }
 
 Bitmap RKImageCutView::copyMaskPlane() {
@@ -187,10 +197,14 @@ Bitmap RKImageCutView::copyColorPlane() {
 
 void RKImageCutView::clearHistory() {
     serial_->sync([this] { history_.clear(); });
-    onSerialQueue([this] { recordHistoryState(); });
+    recordHistoryState();
 }
 
 void RKImageCutView::recordHistoryState() {
+    onSerialQueue([this] { recordState(); });
+}
+
+void RKImageCutView::recordState() {
     const Result<void> recorded = history_.record(painter_.bitmapContext().view());
     onMainQueue([this, recorded, document = document_.load()] {
         if (!recorded && !historyTroubleTold_ && document == document_) {

@@ -51,8 +51,9 @@ class RKImageCutView {
         foundation::QueueFactory& queues;
         foundation::Clock& clock;
         foundation::NotificationCenter& notifications;
-        /// Folder of the history files; created, private to its owner, when the view is made.
-        std::filesystem::path historyFolder;
+        /// Folder of the history files; created, private to its owner, when the view is made. None for who
+        /// never steps back: nothing goes to the disk then, and there is no step to take.
+        std::optional<std::filesystem::path> historyFolder;
     };
 
     RKImageCutView(const Services& services, CutViewHost& host);
@@ -118,6 +119,9 @@ class RKImageCutView {
     /// Refills the background plane for blurOn and brushColor.
     void drawBackground();
 
+    /// Has the painting queue paint what is buffered. Every stamp asks for it by itself.
+    void updateMap();
+
     // ── History ────────────────────────────────────────────────────────────────────────────────
     [[nodiscard]] std::int64_t historyLength() const { return history_.length(); }
     [[nodiscard]] std::int64_t historyCurrentState() const { return history_.currentState(); }
@@ -126,8 +130,13 @@ class RKImageCutView {
     void prevHistoryState();
     void nextHistoryState();
     void clearHistory();
+    /// Takes the mask as it is once all painting asked for so far is done.
+    void recordHistoryState();
     /// Brings the whole picture back, as one step that can be undone.
     void resetMask();
+    /// Puts a mask from elsewhere in place of the one that was painted, as one step that can be undone. Its
+    /// alpha alone counts (255 shows the picture); it may have any size, and is scaled to the mask plane.
+    void loadMask(foundation::Bitmap mask);
 
     // ── Zoom and position ──────────────────────────────────────────────────────────────────────
     /// Zooms about a pointer (view points) by a scroll step.
@@ -200,10 +209,9 @@ class RKImageCutView {
 
     void discardQueuedWork();
     void makeLayers();
-    void updateMap();
     void paintPass();
     void maskChanged(const foundation::IntRect& maskPixels);
-    void recordHistoryState();
+    void recordState();
     void stepHistory(HistoryStore::Step step);
     void historyChanged();
 

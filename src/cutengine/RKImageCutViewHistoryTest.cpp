@@ -203,5 +203,49 @@ TEST_F(HistoryTest, MarkerEndsThePassAndLaterStampsWaitForTheNext) {
     EXPECT_EQ(maskAt(place(1)), 255) << "each stroke is a state of its own";
 }
 
+TEST_F(HistoryTest, MaskFromElsewhereIsScaledToThePlaneAndIsOneStep) {
+    foundation::Bitmap left = foundation::Bitmap::createFilled(200, 150, {0, 0, 0, 255}).value();
+    for (int y = 0; y < 150; ++y) {
+        for (int x = 100; x < 200; ++x)
+            left.setPixel(x, y, {});
+    }
+    view.loadMask(std::move(left));
+    queues.settle();
+    EXPECT_EQ(maskAt({100, 150}), 255);
+    EXPECT_EQ(maskAt({300, 150}), 0);
+    EXPECT_EQ(view.copyMaskPlane().width(), 400);
+    EXPECT_EQ(view.historyLength(), 2);
+    undo();
+    EXPECT_EQ(maskAt({300, 150}), 255);
+    redo();
+    EXPECT_EQ(maskAt({300, 150}), 0);
+}
+
+TEST_F(HistoryTest, StrokesGoOnOverAMaskFromElsewhere) {
+    view.loadMask(foundation::Bitmap::createFilled(400, 300, {}).value());
+    view.setBrushAlphaValue(1);
+    stroke({{200, 150}});
+    EXPECT_EQ(maskAt({200, 150}), 255);
+    EXPECT_EQ(maskAt({100, 150}), 0);
+    EXPECT_EQ(view.historyLength(), 3);
+}
+
+TEST_F(CutViewTest, WithoutAFolderForItNoHistoryIsKeptAndNobodyIsToldOfTrouble) {
+    RKImageCutView bare({queues, time, notifications, std::nullopt}, host);
+    bare.setViewSize({400, 300});
+    bare.setImage(greyPicture(400, 300));
+    bare.mouseDown({MouseButton::left, {200, 150}});
+    bare.mouseUp({MouseButton::left, {200, 150}});
+    queues.settle();
+    EXPECT_EQ(bare.historyLength(), 2);
+    EXPECT_EQ(bare.copyMaskPlane().pixel(200, 150).alpha, 0);
+    bare.prevHistoryState();
+    queues.settle();
+    EXPECT_EQ(bare.historyCurrentState(), 1);
+    EXPECT_EQ(bare.copyMaskPlane().pixel(200, 150).alpha, 0);
+    EXPECT_TRUE(host.troubles.empty());
+    EXPECT_FALSE(std::filesystem::exists("0.his"));
+}
+
 }  // namespace
 }  // namespace trimora::cutengine

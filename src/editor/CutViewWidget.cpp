@@ -45,7 +45,50 @@ CutViewWidget::~CutViewWidget() {
 
 void CutViewWidget::setToolDragMode(DragMode mode) {
     toolMode_ = mode;
-    view_.setDragMode(spaceHeld_ ? DragMode::pan : mode);
+    perform(DragModeHeld{spaceHeld_ ? DragMode::pan : mode});
+}
+
+// ── Events in the cut view's own terms ─────────────────────────────────────────────────────────
+
+void CutViewWidget::take(const CutViewEvent& event) {
+    if (eventTaken_)
+        eventTaken_(event);
+    std::visit([this](const auto& each) { perform(each); }, event);
+}
+
+void CutViewWidget::perform(const MousePressed& event) {
+    if (event.mouse.button == MouseButton::left)
+        view_.mouseDown(event.mouse);
+    else
+        view_.rightMouseDown(event.mouse);
+}
+
+void CutViewWidget::perform(const PointerInside& event) {
+    if (event.inside)
+        view_.mouseEntered();
+    else
+        view_.mouseExited();
+}
+
+void CutViewWidget::perform(const cutengine::ScrollEvent& event) {
+    view_.scrollWheel(event);
+    placementWasTouched();
+}
+
+void CutViewWidget::placementWasTouched() const {
+    if (placementTouched_)
+        placementTouched_();
+}
+
+void CutViewWidget::perform(const cutengine::KeyEvent& event) {
+    const float before = view_.brushAlphaValue();
+    view_.keyDown(event);
+    if (view_.brushAlphaValue() != before && brushSwapped_)
+        brushSwapped_();
+}
+
+void CutViewWidget::perform(const DragModeHeld& event) {
+    view_.setDragMode(event.mode);
     view_.updateCursor();
 }
 
@@ -112,6 +155,7 @@ void CutViewWidget::paintEvent(QPaintEvent* event) {
 
 void CutViewWidget::resizeEvent(QResizeEvent* /*event*/) {
     view_.setViewSize({static_cast<double>(width()), static_cast<double>(height())});
+    placementWasTouched();
 }
 
 // ── Mouse ──────────────────────────────────────────────────────────────────────────────────────
@@ -132,11 +176,7 @@ void CutViewWidget::mousePressEvent(QMouseEvent* event) {
     holdModifiers(event->modifiers());
     gestureButton_ = *button;
     previousPlace_ = event->position();
-    const cutengine::MouseEvent press = mouseEvent(*event, *button);
-    if (*button == MouseButton::left)
-        view_.mouseDown(press);
-    else
-        view_.rightMouseDown(press);
+    take(MousePressed{mouseEvent(*event, *button)});
 }
 
 void CutViewWidget::mouseMoveEvent(QMouseEvent* event) {
@@ -144,13 +184,13 @@ void CutViewWidget::mouseMoveEvent(QMouseEvent* event) {
     setPointerInside(rect().contains(event->position().toPoint()));
     const cutengine::MouseEvent move = mouseEvent(*event, gestureButton_);
     if (view_.isTracking())
-        view_.mouseDragged(move);
+        take(MouseDragged{move});
 }
 
 void CutViewWidget::mouseReleaseEvent(QMouseEvent* event) {
     const auto button = mouseButton(event->button());
     if (button && view_.isTracking())
-        view_.mouseUp(mouseEvent(*event, *button));
+        take(MouseReleased{mouseEvent(*event, *button)});
 }
 
 void CutViewWidget::enterEvent(QEnterEvent* /*event*/) {
@@ -165,10 +205,7 @@ void CutViewWidget::setPointerInside(bool inside) {
     if (inside == pointerInside_)
         return;
     pointerInside_ = inside;
-    if (inside)
-        view_.mouseEntered();
-    else
-        view_.mouseExited();
+    take(PointerInside{inside});
 }
 
 void CutViewWidget::wheelEvent(QWheelEvent* event) {
@@ -176,7 +213,7 @@ void CutViewWidget::wheelEvent(QWheelEvent* event) {
     const double delta = scrollDelta(*event);
     // A movement that is sideways alone, and the marks round a trackpad's, say nothing to the view.
     if (delta != 0)
-        view_.scrollWheel({.location = viewPoint(event->position(), height()), .deltaY = delta});
+        take(cutengine::ScrollEvent{viewPoint(event->position(), height()), delta});
 }
 
 bool CutViewWidget::event(QEvent* event) {
@@ -190,8 +227,13 @@ bool CutViewWidget::event(QEvent* event) {
 void CutViewWidget::pinch(const QNativeGestureEvent& gesture) {
     if (gesture.gestureType() != Qt::ZoomNativeGesture || view_.isTracking())
         return;
-    view_.setImageFit(false);
-    view_.scaleImg(viewPoint(gesture.position(), height()), scrollDeltaOfPinch(gesture.value()));
+    // As a wheel that zooms, which it does not while the brush is to be sized.
+    if (held_.option)
+        take(cutengine::Modifiers{.option = false, .command = held_.command});
+    take(
+        cutengine::ScrollEvent{viewPoint(gesture.position(), height()), scrollDeltaOfPinch(gesture.value())});
+    if (held_.option)
+        take(held_);
 }
 
 // ── Keyboard ───────────────────────────────────────────────────────────────────────────────────
@@ -209,10 +251,7 @@ void CutViewWidget::watchKey(const QKeyEvent& event) {
     const auto code = keyCode(event);
     if (event.type() != QEvent::KeyPress || event.isAutoRepeat() || !code)
         return;
-    const float before = view_.brushAlphaValue();
-    view_.keyDown({.keyCode = *code, .modifiers = held_});
-    if (view_.brushAlphaValue() != before && brushSwapped_)
-        brushSwapped_();
+    take(cutengine::KeyEvent{*code, held_});
 }
 
 void CutViewWidget::holdModifiers(Qt::KeyboardModifiers held) {
@@ -220,7 +259,7 @@ void CutViewWidget::holdModifiers(Qt::KeyboardModifiers held) {
     if (now == held_)
         return;
     held_ = now;
-    view_.flagsChanged(now);
+    take(now);
 }
 
 void CutViewWidget::keyPressEvent(QKeyEvent* event) {
@@ -241,7 +280,7 @@ void CutViewWidget::holdSpace(bool held) {
     if (held == spaceHeld_)
         return;
     spaceHeld_ = held;
-    setToolDragMode(toolMode_);
+    take(DragModeHeld{held ? DragMode::pan : toolMode_});
 }
 
 // ── Losing the person ──────────────────────────────────────────────────────────────────────────
@@ -265,7 +304,7 @@ void CutViewWidget::changeEvent(QEvent* event) {
 
 void CutViewWidget::endGesture() {
     if (view_.isTracking())
-        view_.mouseUp({.button = gestureButton_, .location = viewPoint(previousPlace_, height())});
+        take(MouseReleased{{.button = gestureButton_, .location = viewPoint(previousPlace_, height())}});
 }
 
 void CutViewWidget::letGo() {

@@ -7,6 +7,7 @@
 
 #include "cutengine/CutViewHost.h"
 #include "cutengine/RKImageCutView.h"
+#include "editor/CutViewEvent.h"
 #include "foundation/Bitmap.h"
 
 class QNativeGestureEvent;
@@ -48,6 +49,15 @@ class CutViewWidget final : public QWidget, public cutengine::CutViewHost {
     /// Called where a key made the brush bring back instead of cut away, or the other way round.
     void onBrushSwap(std::function<void()> handler) { brushSwapped_ = std::move(handler); }
 
+    /// Hands the cut view an event, as the toolkit's are handed on once they are in its terms.
+    void take(const CutViewEvent& event);
+
+    /// Called with every event before the cut view has it.
+    void onEvent(std::function<void(const CutViewEvent&)> handler) { eventTaken_ = std::move(handler); }
+
+    /// Called where the view gets another size, and where the wheel turns or a pinch zooms.
+    void onPlacementEvent(std::function<void()> handler) { placementTouched_ = std::move(handler); }
+
     // cutengine::CutViewHost
     void openPicture(cutengine::RKImageCutView& sender) override;
     void setCursor(const cutengine::Cursor& cursor) override;
@@ -74,6 +84,16 @@ class CutViewWidget final : public QWidget, public cutengine::CutViewHost {
 
  private:
     [[nodiscard]] cutengine::MouseEvent mouseEvent(const QMouseEvent& event, cutengine::MouseButton button);
+    void perform(const MousePressed& event);
+    void perform(const MouseDragged& event) { view_.mouseDragged(event.mouse); }
+    void perform(const MouseReleased& event) { view_.mouseUp(event.mouse); }
+    void perform(const PointerInside& event);
+    void perform(const cutengine::ScrollEvent& event);
+    void perform(const cutengine::Modifiers& held) { view_.flagsChanged(held); }
+    void perform(const cutengine::KeyEvent& event);
+    void perform(const DragModeHeld& event);
+    void perform(const PictureMoved& event) { view_.moveBy(event.way); }
+    void placementWasTouched() const;
     void pinch(const QNativeGestureEvent& gesture);
     void watchKey(const QKeyEvent& event);
     void holdModifiers(Qt::KeyboardModifiers held);
@@ -95,6 +115,8 @@ class CutViewWidget final : public QWidget, public cutengine::CutViewHost {
     std::function<void()> openRequested_;
     std::function<void(const std::string&)> historyTrouble_;
     std::function<void()> brushSwapped_;
+    std::function<void(const CutViewEvent&)> eventTaken_;
+    std::function<void()> placementTouched_;
     cutengine::RKImageCutView view_;  // last: it calls the host that is made of the members above
 };
 

@@ -84,8 +84,10 @@ class FakePanels final : public ports::Panels {
     };
     std::vector<Question> questions;
 
-    void chooseFileToOpen(const std::filesystem::path& folder, Answer answer) override {
-        questions.push_back({false, folder, "", std::move(answer)});
+    void chooseFileToOpen(const std::filesystem::path& folder, FilesAnswer answer) override {
+        questions.push_back({false, folder, "", [answer = std::move(answer)](const auto& chosen) {
+                                 answer(chosen ? std::vector{*chosen} : std::vector<std::filesystem::path>());
+                             }});
     }
     void chooseFileToSave(const std::filesystem::path& folder, const std::string& name,
                           Answer answer) override {

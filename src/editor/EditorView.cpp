@@ -65,7 +65,13 @@ EditorView::EditorView(const Services& services)
     makeEmptyScreen(services);
 
     outlets_.viDrug->installEventFilter(this);
-    outlets_.viCut->installEventFilter(this);
+    // The cut view tells of no fit: what it leads to is read when it is over.
+    outlets_.viCut->onPlacementEvent([this] {
+        control_.mainQueue.async([self = QPointer(this)] {
+            if (self && self->placementChanged_)
+                self->placementChanged_();
+        });
+    });
     outlets_.viDrug->alsoTakeDropsOn(*outlets_.viCut);
     showEmptyScreen(true);
     layOut();
@@ -103,11 +109,17 @@ void EditorView::showEmptyScreen(bool empty) {
     outlets_.viewWithButton->setEnabled(!empty);
 }
 
+void EditorView::letShrink() {
+    shrinks_ = true;
+    setMinimumSize(0, 0);
+}
+
 // ── Layout ─────────────────────────────────────────────────────────────────────────────────────
 
 void EditorView::layOut() {
-    setMinimumSize(rounded(constraints_.widthMainViewConstraint.constant()),
-                   rounded(constraints_.heightMainViewConstraint.constant()));
+    if (!shrinks_)
+        setMinimumSize(rounded(constraints_.widthMainViewConstraint.constant()),
+                       rounded(constraints_.heightMainViewConstraint.constant()));
     const int left = metrics::kToolPanelWidth;
     const int right = metrics::kRightPanelWidth;
     outlets_.toolStrip->setGeometry(0, 0, left, height());
@@ -168,17 +180,9 @@ void EditorView::resizeEvent(QResizeEvent* event) {
 }
 
 bool EditorView::eventFilter(QObject* watched, QEvent* event) {
-    const QEvent::Type type = event->type();
-    if (watched == outlets_.viDrug && type == QEvent::MouseButtonPress && emptyPressed_ &&
+    if (watched == outlets_.viDrug && event->type() == QEvent::MouseButtonPress && emptyPressed_ &&
         static_cast<const QMouseEvent*>(event)->button() == Qt::LeftButton)
         emptyPressed_();
-    // The cut view tells of no fit: what such an event leads to is read when it is over.
-    if (watched == outlets_.viCut &&
-        (type == QEvent::Wheel || type == QEvent::Resize || type == QEvent::NativeGesture))
-        control_.mainQueue.async([self = QPointer(this)] {
-            if (self && self->placementChanged_)
-                self->placementChanged_();
-        });
     return QWidget::eventFilter(watched, event);
 }
 

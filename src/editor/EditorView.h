@@ -49,6 +49,9 @@ class EditorView final : public QWidget {
     /// Shows the drop area over everything, or takes it away. What it covers takes no keyboard focus.
     void showEmptyScreen(bool empty);
 
+    /// From now on the screen can be made as small as anybody likes; its constraints say what they say.
+    void letShrink();
+
     /// Called each time the view is about to appear.
     void onWillAppear(std::function<void()> handler) { willAppear_ = std::move(handler); }
     /// Called for a left press on the drop area.
@@ -70,6 +73,7 @@ class EditorView final : public QWidget {
     controls::ControlContext control_;
     EditorConstraints constraints_;
     EditorOutlets outlets_;
+    bool shrinks_ = false;
     QWidget* stage_ = nullptr;  // the middle, which cuts off what slides out of it
     std::function<void()> willAppear_;
     std::function<void()> emptyPressed_;

@@ -27,13 +27,12 @@ path OpenFlow::folder() const {
 
 void OpenFlow::openPicture(std::function<void()> chosen) {
     services_.panels.chooseFileToOpen(
-        folder(),
-        [this, chosen = std::move(chosen), alive = std::weak_ptr(panel_)](const std::optional<path>& answer) {
-            if (!answer || alive.expired())
+        folder(), [this, chosen = std::move(chosen), alive = std::weak_ptr(panel_)](std::vector<path> files) {
+            if (files.empty() || alive.expired())
                 return;
             if (chosen)
                 chosen();
-            open({*answer});
+            open(std::move(files));
         });
 }
 

@@ -90,6 +90,8 @@ void PictureFlows::draggingFilesComplete_needsWait(const Files& urls, bool needs
 void PictureFlows::openFiles(const Files& urls, bool needsWait) {
     if (urls.empty())
         return;
+    if (filesOffered_)
+        filesOffered_(urls);
     askThen([this, urls, needsWait] { draggingFilesComplete_needsWait(urls, needsWait); });
 }
 

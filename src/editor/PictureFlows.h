@@ -79,6 +79,9 @@ class PictureFlows {
     void copy();
     void paste();
 
+    /// Called with the files that come unasked, before anything is asked about them.
+    void onFilesOffered(std::function<void(const Files&)> handler) { filesOffered_ = std::move(handler); }
+
     [[nodiscard]] RecentFiles& recentFiles() { return recentFiles_; }
     [[nodiscard]] const OpenFlow& openFlow() const { return openFlow_; }
     [[nodiscard]] const SaveFlow& saveFlow() const { return saveFlow_; }
@@ -98,6 +101,7 @@ class PictureFlows {
     PictureClipboard clipboard_;
     OpenFlow openFlow_;
     SaveFlow saveFlow_;
+    std::function<void(const Files&)> filesOffered_;
     bool comesFromFile_ = false;         // what is being opened is a file of the person's, to be found again
     bool unsavedBeforeOpening_ = false;  // Save was switched off for a file that may be refused
     std::shared_ptr<char> alive_ = std::make_shared<char>();

@@ -54,23 +54,26 @@ void SaveFlow::savePicture(const path& folder, std::function<void()> whenSaved) 
     proposedName_ = defaultFileName(services_.clock.wallTime());
     const auto question = std::make_shared<Question>();
     question->whenSaved = std::move(whenSaved);
-    question_ = question;
+    std::erase_if(questions_, [](const auto& answered) { return answered.expired(); });
+    questions_.push_back(question);
     services_.panels.chooseFileToSave(
         folderToBeginIn(folder), *proposedName_,
         [this, question, flow = std::weak_ptr(underWay_)](const std::optional<path>& chosen) {
+            question->isOpen = false;
             if (chosen && !flow.expired())
                 answer(*chosen, *question);
         });
 }
 
 void SaveFlow::pictureWillGo() {
-    const auto question = question_.lock();
-    if (question && question->result == nullptr)
-        question->result = view_.getResult();
+    for (const auto& open : questions_) {
+        const auto question = open.lock();
+        if (question && question->isOpen && question->result == nullptr)
+            question->result = view_.getResult();
+    }
 }
 
 void SaveFlow::answer(const path& file, const Question& question) {
-    question_.reset();
     const PicturePtr result = question.result != nullptr ? question.result : view_.getResult();
     if (confirmed_)
         confirmed_();

@@ -6,6 +6,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "cutengine/PictureEncoder.h"
 #include "cutengine/RKImageCutView.h"
@@ -69,8 +70,9 @@ class SaveFlow {
     [[nodiscard]] const std::optional<std::string>& proposedName() const { return proposedName_; }
 
  private:
-    /// An open panel, and the result of a picture that left the view meanwhile.
+    /// A panel, and the result of a picture that left the view while it was open.
     struct Question {
+        bool isOpen = true;
         cutengine::PicturePtr result;
         std::function<void()> whenSaved;
     };
@@ -87,7 +89,7 @@ class SaveFlow {
     std::function<void(const std::filesystem::path&)> saved_;
     std::filesystem::path folder_;
     std::optional<std::string> proposedName_;
-    std::weak_ptr<Question> question_;  // held by the panel's answer
+    std::vector<std::weak_ptr<Question>> questions_;  // each held by its panel's answer
     // How many files are being written. Held by the flow alone: work that finds it gone keeps silent.
     std::shared_ptr<int> underWay_ = std::make_shared<int>(0);
 };

@@ -130,6 +130,19 @@ TEST_F(SaveFlowTest, ACancelledPanelSavesNothing) {
     EXPECT_TRUE(messages_.lines.empty());
 }
 
+TEST_F(SaveFlowTest, EveryPanelThatIsOpenSavesTheWorkThatItWasOpenedFor) {
+    openPicture();
+    flow_->savePicture("");
+    flow_->savePicture("");
+    flow_->pictureWillGo();
+    view().setImage(nullptr);
+    panels_.questions[0].answer(files_.path() / "first.png");
+    panels_.questions[1].answer(files_.path() / "second.png");
+    queues_.settle();
+    EXPECT_TRUE(std::filesystem::exists(files_.path() / "first.png"));
+    EXPECT_TRUE(std::filesystem::exists(files_.path() / "second.png"));
+}
+
 TEST_F(SaveFlowTest, AFlowThatIsGoneFinishesItsFileWithoutAWord) {
     openPicture();
     const path target = files_.path() / "cut.png";

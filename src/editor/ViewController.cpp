@@ -213,6 +213,10 @@ void ViewController::openFiles(const std::vector<std::filesystem::path>& urls, b
     parts().flows.openFiles(urls, needsWait);
 }
 
+void ViewController::onFilesOffered(std::function<void(const std::vector<std::filesystem::path>&)> handler) {
+    parts().flows.onFilesOffered(std::move(handler));
+}
+
 void ViewController::askThen(std::function<void()> then) {
     parts().flows.askThen(std::move(then));
 }

@@ -83,6 +83,9 @@ class ViewController final : public util::RuntimeObject,
     /// from the recent ones): unsaved work is asked about first.
     void openFiles(const std::vector<std::filesystem::path>& urls, bool needsWait = false);
 
+    /// Called with the files that come without an open panel, before anything is asked about them.
+    void onFilesOffered(std::function<void(const std::vector<std::filesystem::path>&)> handler);
+
     /// Asks about unsaved work, where there is some, and then goes on unless the person cancels.
     void askThen(std::function<void()> then);
 

@@ -81,7 +81,8 @@ void ViewZoom::centreOn(Point share) {
         return;
     const Point centre{view.width / 2 - (share.x - 0.5) * shown.width,
                        view.height / 2 - (share.y - 0.5) * shown.height};
-    cutView().moveBy({centre.x - cutView().transform().tx, centre.y - cutView().transform().ty});
+    outlets_.viCut->take(
+        PictureMoved{{centre.x - cutView().transform().tx, centre.y - cutView().transform().ty}});
 }
 
 void ViewZoom::showVisiblePart() {

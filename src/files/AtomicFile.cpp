@@ -67,7 +67,7 @@ Result<std::optional<AtomicFile::Permissions>> AtomicFile::inspect(int folder, c
     return std::optional<Permissions>({status.st_mode & 0777U, status.st_uid, status.st_gid});
 }
 
-Result<AtomicFile> AtomicFile::create(const std::filesystem::path& target) {
+Result<AtomicFile> AtomicFile::create(const std::filesystem::path& target, Existing existing) {
     const Result<std::filesystem::path> real = behindLinks(target);
     if (!real)
         return real.error();
@@ -81,12 +81,14 @@ Result<AtomicFile> AtomicFile::create(const std::filesystem::path& target) {
     const Result<std::optional<Permissions>> kept = inspect(folder.number(), name.c_str());
     if (!kept)
         return kept.error();
+    if (kept->has_value() && existing == Existing::keep)
+        return nameTaken();
     TemporaryFile::removeAbandoned(folder.number());
     // A file that replaces another may be read by nobody else until it has that one's permissions.
     Result<TemporaryFile> temporary = TemporaryFile::create(folder.number(), kept->has_value() ? 0600 : 0666);
     if (!temporary)
         return temporary.error();
-    return AtomicFile(std::move(folder), name, *kept, std::move(*temporary));
+    return AtomicFile(std::move(folder), name, *kept, std::move(*temporary), existing);
 }
 
 void AtomicFile::keepPermissions() const {
@@ -102,7 +104,7 @@ Result<void> AtomicFile::commit() {
         keepPermissions();
     if (Result<void> synced = toDisk(temporary_.descriptor()); !synced)
         return synced;
-    if (Result<void> published = temporary_.publish(name_.c_str()); !published)
+    if (Result<void> published = temporary_.publish(name_.c_str(), existing_); !published)
         return published;
     return folderToDisk(folder_.number());
 }

@@ -29,8 +29,10 @@ namespace trimora::files {
 /// object on one thread at a time.
 class AtomicFile {
  public:
-    /// Begins a new version of `target`. On failure returns an error; nothing changed.
-    [[nodiscard]] static foundation::Result<AtomicFile> create(const std::filesystem::path& target);
+    /// Begins a new version of `target`. On failure returns an error; nothing changed. With Existing::keep
+    /// a target that exists is refused here, and by commit() where it has come into being since.
+    [[nodiscard]] static foundation::Result<AtomicFile> create(const std::filesystem::path& target,
+                                                               Existing existing = Existing::replace);
 
     AtomicFile(AtomicFile&&) noexcept = default;
     AtomicFile& operator=(AtomicFile&&) = delete;
@@ -52,8 +54,13 @@ class AtomicFile {
         unsigned owner;
         unsigned group;
     };
-    AtomicFile(FileDescriptor folder, std::string name, std::optional<Permissions> kept, TemporaryFile file)
-        : folder_(std::move(folder)), name_(std::move(name)), kept_(kept), temporary_(std::move(file)) {}
+    AtomicFile(FileDescriptor folder, std::string name, std::optional<Permissions> kept, TemporaryFile file,
+               Existing existing)
+        : folder_(std::move(folder)),
+          name_(std::move(name)),
+          kept_(kept),
+          temporary_(std::move(file)),
+          existing_(existing) {}
 
     [[nodiscard]] static foundation::Result<std::optional<Permissions>> inspect(int folder, const char* name);
     void keepPermissions() const;
@@ -62,6 +69,7 @@ class AtomicFile {
     std::string name_;
     std::optional<Permissions> kept_;  // of the file that is replaced
     TemporaryFile temporary_;          // after folder_, which it needs until it is gone
+    Existing existing_;
 };
 
 }  // namespace trimora::files

@@ -6,6 +6,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <cstdio>
 
@@ -55,6 +56,33 @@ TEST_F(AtomicFileTest, OldFileStandsUntilTheCommit) {
     EXPECT_EQ(contents(target_), "old");
     ASSERT_TRUE(file->commit());
     EXPECT_EQ(contents(target_), "new");
+}
+
+TEST_F(AtomicFileTest, ExistingFileIsKeptWhereAsked) {
+    put(target_, "old");
+    const Result<AtomicFile> file = AtomicFile::create(target_, Existing::keep);
+    ASSERT_FALSE(file);
+    EXPECT_EQ(file.error().message, "a file of that name exists");
+    EXPECT_EQ(file.error().code, EEXIST);
+    EXPECT_EQ(contents(target_), "old");
+}
+
+TEST_F(AtomicFileTest, FileThatAppearsMeanwhileIsKeptWhereAsked) {
+    Result<AtomicFile> file = AtomicFile::create(target_, Existing::keep);
+    ASSERT_TRUE(file->write(bytes("ours")));
+    put(target_, "theirs");
+    const Result<void> committed = file->commit();
+    ASSERT_FALSE(committed);
+    EXPECT_EQ(committed.error().message, "a file of that name exists");
+    EXPECT_EQ(contents(target_), "theirs");
+}
+
+TEST_F(AtomicFileTest, NewFileTakesAFreeNameWhereExistingOnesAreKept) {
+    Result<AtomicFile> file = AtomicFile::create(target_, Existing::keep);
+    ASSERT_TRUE(file->write(bytes("ours")));
+    ASSERT_TRUE(file->commit());
+    EXPECT_EQ(contents(target_), "ours");
+    EXPECT_EQ(entriesIn(folder_.path()), 1U);
 }
 
 TEST_F(AtomicFileTest, WithoutACommitEverythingStaysAndNoLitter) {

@@ -100,6 +100,10 @@ Result<TemporaryFile> TemporaryFile::create(int folder, unsigned mode, Name want
     return TemporaryFile(folder, std::move(file), std::move(name));
 }
 
+foundation::Error nameTaken() {
+    return {"a file of that name exists", EEXIST};
+}
+
 Result<void> TemporaryFile::giveName() {
     const std::string self = "/proc/self/fd/" + std::to_string(file_.number());
     name_ = nameByTrying([&](const char* candidate) {
@@ -110,7 +114,20 @@ Result<void> TemporaryFile::giveName() {
     return {};
 }
 
-Result<void> TemporaryFile::publish(const char* name) {
+/// In one step for everybody who looks. False with the reason in `errno`.
+bool TemporaryFile::rename(const char* name, Existing existing) const {
+    if (existing == Existing::replace)
+        return ::renameat(folder_, name_.c_str(), folder_, name) == 0;
+    if (::renameat2(folder_, name_.c_str(), folder_, name, RENAME_NOREPLACE) == 0)
+        return true;
+    if (errno != EINVAL && errno != ENOSYS)
+        return false;
+    // Some network file systems know no such renaming; a second name is never given over another file.
+    return ::linkat(folder_, name_.c_str(), folder_, name, 0) == 0 &&
+           ::unlinkat(folder_, name_.c_str(), 0) == 0;
+}
+
+Result<void> TemporaryFile::publish(const char* name, Existing existing) {
     if (name_.empty()) {
         // A name may be given only once the file is whole: a kill between here and the renaming is the
         // one moment that can leave a (complete) file of ours behind.
@@ -121,8 +138,8 @@ Result<void> TemporaryFile::publish(const char* name) {
     const FileDescriptor lock(::fcntl(file_.number(), F_DUPFD_CLOEXEC, 0));
     if (Result<void> closed = file_.close(); !closed)
         return closed;
-    if (::renameat(folder_, name_.c_str(), folder_, name) != 0)
-        return systemError(kUnwritable, errno);
+    if (!rename(name, existing))
+        return errno == EEXIST ? nameTaken() : systemError(kUnwritable, errno);
     name_.clear();
     return {};
 }

@@ -9,8 +9,17 @@
 
 namespace trimora::files {
 
+/// What to do where a file of the wanted name is there already.
+enum class Existing : std::uint8_t {
+    replace,
+    keep,  ///< an error with the code EEXIST; also where that file appears at the last moment
+};
+
+/// The error of Existing::keep.
+[[nodiscard]] foundation::Error nameTaken();
+
 /// A file that is being written and has no name that anybody knows yet; publish() gives it one in one
-/// step, replacing what bore that name. Until then it vanishes with the object.
+/// step, replacing what bore that name or leaving it alone. Until then it vanishes with the object.
 ///
 /// Where the file system can, the file has no name at all while it is written, so that even a killed
 /// process leaves nothing behind; elsewhere it has a short hidden random one. Neither is made from the
@@ -45,9 +54,9 @@ class TemporaryFile {
         return writeAll(file_.number(), bytes);
     }
 
-    /// Closes the file and lets it take the name `name` in its folder, replacing a file of that name.
+    /// Closes the file and lets it take the name `name` in its folder.
     /// On failure returns an error; the name means what it meant before.
-    [[nodiscard]] foundation::Result<void> publish(const char* name);
+    [[nodiscard]] foundation::Result<void> publish(const char* name, Existing existing = Existing::replace);
 
     /// Lets the file vanish; does nothing once it is published.
     void discard();
@@ -57,6 +66,7 @@ class TemporaryFile {
         : folder_(folder), file_(std::move(file)), name_(std::move(name)) {}
 
     [[nodiscard]] foundation::Result<void> giveName();
+    [[nodiscard]] bool rename(const char* name, Existing existing) const;
 
     int folder_;
     FileDescriptor file_;

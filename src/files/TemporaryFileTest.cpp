@@ -3,6 +3,8 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
+
 #include "files/FilesForTests.h"
 #include "testing/TemporaryFolder.h"
 
@@ -67,6 +69,18 @@ TEST_P(TemporaryFileTest, LinkOfAnAbandonedFilesNameIsLeftAlone) {
     TemporaryFile::removeAbandoned(open_.number());
     EXPECT_TRUE(std::filesystem::is_symlink(link));
     EXPECT_EQ(contents(folder_.path() / "behind"), "kept");
+}
+
+TEST_P(TemporaryFileTest, LeavesAFileOfThatNameAloneWhereAsked) {
+    put(folder_.path() / "name", "theirs");
+    {
+        foundation::Result<TemporaryFile> file = TemporaryFile::create(open_.number(), 0600, GetParam());
+        const foundation::Result<void> published = file->publish("name", Existing::keep);
+        ASSERT_FALSE(published);
+        EXPECT_EQ(published.error().code, EEXIST);
+    }
+    EXPECT_EQ(contents(folder_.path() / "name"), "theirs");
+    EXPECT_EQ(entriesIn(folder_.path()), 1U);
 }
 
 INSTANTIATE_TEST_SUITE_P(BothWays, TemporaryFileTest,

@@ -22,11 +22,6 @@ Output& output() {
     return *instance;
 }
 
-void toStandardError(Level level, std::string_view line) {
-    std::fprintf(stderr, "trimora: %s: %.*s\n", name(level).data(), static_cast<int>(line.size()),
-                 line.data());
-}
-
 [[gnu::format(printf, 2, 0)]] std::string formatted(int length, const char* format, va_list arguments) {
     std::string line(static_cast<std::size_t>(length < 0 ? 0 : length), '\0');
     std::vsnprintf(line.data(), line.size() + 1, format, arguments);
@@ -44,7 +39,7 @@ void toStandardError(Level level, std::string_view line) {
     if (out.sink)
         out.sink(level, line);
     else
-        toStandardError(level, line);
+        writeToStandardError(level, line);
 }
 
 }  // namespace
@@ -76,6 +71,11 @@ Sink setSink(Sink sink) {
     Output& out = output();
     const std::scoped_lock lock(out.mutex);
     return std::exchange(out.sink, std::move(sink));
+}
+
+void writeToStandardError(Level level, std::string_view line) {
+    std::fprintf(stderr, "trimora: %s: %.*s\n", name(level).data(), static_cast<int>(line.size()),
+                 line.data());
 }
 
 Level setThreshold(Level level) {

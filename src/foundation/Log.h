@@ -29,6 +29,9 @@ using Sink = std::function<void(Level, std::string_view line)>;
 /// Replaces the sink and returns the one before; an empty sink means standard error.
 Sink setSink(Sink sink);
 
+/// Writes the line as a log without a sink does; for sinks that show some lines, or keep them too.
+void writeToStandardError(Level level, std::string_view line);
+
 /// Lines below this level are dropped; returns the threshold before. Starts at warning.
 Level setThreshold(Level level);
 

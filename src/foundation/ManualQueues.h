@@ -46,7 +46,10 @@ class ManualQueue final : public SerialQueue {
 /// Hands out manual queues and pumps them all. The queues that it made may be destroyed before it.
 class ManualQueueFactory final : public QueueFactory {
  public:
-    ManualQueueFactory() = default;
+    ManualQueueFactory() : workers_(here_) {}
+    /// With the workers of another, which outlive it: for who needs a fixed order of tasks, and all cores
+    /// within one.
+    explicit ManualQueueFactory(Workers& workers) : workers_(workers) {}
 
     [[nodiscard]] std::unique_ptr<SerialQueue> makeSerialQueue(std::string label) override;
     [[nodiscard]] SerialQueue& mainQueue() override { return main_; }
@@ -64,7 +67,8 @@ class ManualQueueFactory final : public QueueFactory {
     class Tracked;
     friend class Tracked;
 
-    InlineWorkers workers_;  // before the queues, whose last tasks may still split their work
+    InlineWorkers here_;  // before the queues, whose last tasks may still split their work
+    Workers& workers_;
     ManualQueue main_{"main"};
     ManualQueue background_{"background"};
     std::vector<Tracked*> serial_;

@@ -72,8 +72,8 @@ void cutOut(editor::CutViewWidget& widget) {
 
 }  // namespace
 
-void DemoPanels::chooseFileToOpen(const path& /*folder*/, Answer answer) {
-    answer(std::nullopt);
+void DemoPanels::chooseFileToOpen(const path& /*folder*/, FilesAnswer answer) {
+    answer({});
 }
 
 void DemoPanels::chooseFileToSave(const path& /*folder*/, const std::string& /*name*/, Answer answer) {

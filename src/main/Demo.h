@@ -14,7 +14,7 @@ class DemoPanels final : public ports::Panels {
  public:
     explicit DemoPanels(std::filesystem::path saveTo) : saveTo_(std::move(saveTo)) {}
 
-    void chooseFileToOpen(const std::filesystem::path& folder, Answer answer) override;
+    void chooseFileToOpen(const std::filesystem::path& folder, FilesAnswer answer) override;
     void chooseFileToSave(const std::filesystem::path& folder, const std::string& name,
                           Answer answer) override;
     void runAlert(const ports::Alert& alert, AlertAnswer answer) override;

@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QUrl>
 #include <QWindow>
+#include <atomic>
 #include <mutex>
 #include <sstream>
 #include <utility>
@@ -46,12 +47,19 @@ std::string storeAsText(analytics::EventForm form) {
 class TelemetrixWiring::OnDemandTransport final : public analytics::HttpTransport {
  public:
     void send(analytics::HttpRequest request, Completion completion) override {
-        if (auto made = make(); made)
-            (*made)->send(std::move(request), std::move(completion));
-        else
+        auto made = make();
+        if (!made) {
             completion(analytics::TelemetrixError{host::CurlTransport::kDomain, made.error().code,
                                                   made.error().message});
+            return;
+        }
+        ++underWay_;
+        (*made)->send(std::move(request), [this, completion = std::move(completion)](const Outcome& outcome) {
+            completion(outcome);
+            --underWay_;
+        });
     }
+    [[nodiscard]] bool isPosting() const { return underWay_ > 0; }
     void cancelAll() override {
         const std::scoped_lock lock(mutex_);
         if (curl_)
@@ -70,11 +78,12 @@ class TelemetrixWiring::OnDemandTransport final : public analytics::HttpTranspor
         return curl_.get();
     }
 
+    std::atomic<int> underWay_ = 0;
     std::mutex mutex_;
     std::unique_ptr<host::CurlTransport> curl_;
 };
 
-TelemetrixWiring::TelemetrixWiring(Services services, Begin begin)
+TelemetrixWiring::TelemetrixWiring(Services services, Begin begin, EarlierYes earlierYes)
     : services_(std::move(services)),
       defaults_(services_.configHome / "Trimora" / "usage.ini"),
       bundle_(aboutThisProgram()),
@@ -83,8 +92,10 @@ TelemetrixWiring::TelemetrixWiring(Services services, Begin begin)
       transport_(std::make_unique<OnDemandTransport>()),
       gate_(*transport_),
       consent_(defaults_, *this),
-      isHeld_(begin == Begin::afterFirstFrame) {
+      isHeld_(begin == Begin::afterFirstFrame),
+      mayAllow_(earlierYes == EarlierYes::counts) {
     consent_.begin();
+    mayAllow_ = true;
 }
 
 TelemetrixWiring::~TelemetrixWiring() {
@@ -109,6 +120,10 @@ void TelemetrixWiring::holdWork() {
 void TelemetrixWiring::beginWork() {
     if (std::exchange(isHeld_, false))
         mayWork_.set_value();
+}
+
+bool TelemetrixWiring::isPosting() const {
+    return transport_->isPosting();
 }
 
 void TelemetrixWiring::watchKeyWindow() {
@@ -153,7 +168,8 @@ void TelemetrixWiring::record() {
 }
 
 void TelemetrixWiring::allowSending() {
-    gate_.open();
+    if (mayAllow_)
+        gate_.open();
 }
 
 void TelemetrixWiring::stopAndErase() {

@@ -40,8 +40,10 @@ class TelemetrixWiring final : public app::UsageRecording {
         std::filesystem::path configHome;  ///< the answer lies in its file "Trimora/usage.ini"
     };
     enum class Begin : std::uint8_t { atOnce, afterFirstFrame };
+    /// Whether a Yes of an earlier run lets this one send.
+    enum class EarlierYes : std::uint8_t { counts, recordsOnly };
 
-    TelemetrixWiring(Services services, Begin begin);
+    TelemetrixWiring(Services services, Begin begin, EarlierYes earlierYes = EarlierYes::counts);
     ~TelemetrixWiring() override;
 
     [[nodiscard]] app::GdprConsent& consent() { return consent_; }
@@ -51,6 +53,12 @@ class TelemetrixWiring final : public app::UsageRecording {
 
     /// The window has been painted: the queued work may begin. Further calls do nothing.
     void beginWork();
+
+    /// Whether what is recorded may be sent.
+    [[nodiscard]] bool maySend() const { return gate_.isOpen(); }
+
+    /// Whether a post is under way. Any thread.
+    [[nodiscard]] bool isPosting() const;
 
     /// Tells the library, from now on, when a window of this program loses or gains the keyboard.
     void watchKeyWindow();
@@ -75,13 +83,14 @@ class TelemetrixWiring final : public app::UsageRecording {
     host::MachineDevice device_;
     platform::GeoClueLocation location_;
     host::NetlinkReachability reachability_;
-    std::unique_ptr<analytics::HttpTransport> transport_;
+    std::unique_ptr<OnDemandTransport> transport_;
     analytics::ConsentGate gate_;
     app::GdprConsent consent_;
     std::unique_ptr<QObject> keyWatch_;
     QWindow* keyWindow_ = nullptr;  // compared only
     std::promise<void> mayWork_;
     bool isHeld_ = false;
+    bool mayAllow_ = false;
     std::unique_ptr<analytics::Installation> installation_;
 };
 

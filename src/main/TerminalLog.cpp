@@ -1,6 +1,5 @@
 #include "main/TerminalLog.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <string_view>
 
@@ -14,8 +13,7 @@ namespace {
 
 void writeAllButTelemetrix(log::Level level, std::string_view line) {
     if (!line.starts_with("Telemetrix"))
-        std::fprintf(stderr, "trimora: %s: %.*s\n", log::name(level).data(), static_cast<int>(line.size()),
-                     line.data());
+        log::writeToStandardError(level, line);
 }
 
 }  // namespace

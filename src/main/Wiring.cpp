@@ -1,34 +1,31 @@
 #include "main/Wiring.h"
 
-#include <QCoreApplication>
-#include <QRandomGenerator>
-#include <QUrl>
+#include <utility>
 
 #include "app/FirstPaint.h"
 #include "app/MessageLine.h"
 #include "editor/PictureFlows.h"
 #include "editor/RecentFiles.h"
-#include "files/UserFolders.h"
 #include "foundation/Log.h"
 
 namespace trimora {
 namespace {
 
 constexpr const char* kWindowPlace = "windowPlace";
-constexpr int kPauses = 100'000;  // microseconds that pauses between looks at a growing file differ by
 
 }  // namespace
 
-Wiring::Wiring(ports::Panels& panels)
-    : settings_(files::configHome() / "Trimora" / "trimora.ini"),
-      telemetrix_({queues_, clock_, scheduler_, notifications_, files::dataHome(), files::configHome()},
-                  TelemetrixWiring::Begin::afterFirstFrame),
-      workspace_(QDBusConnection::sessionBus()),
+Wiring::Wiring(Host host)
+    : host_(std::move(host)),
+      decoder_(host_.codecWorkers),
+      encoder_(host_.codecWorkers),
+      threadFlows_(host_.queues, host_.scheduler, host_.clock),
+      telemetrix_(
+          {host_.queues, host_.clock, host_.scheduler, notifications_, host_.homes.data, host_.homes.config},
+          host_.recording, host_.earlierYes),
       shell_(shellServices()),
       consent_({telemetrix_.consent(), [this] { return &shell_.window(); }, telemetrix_.privacyUrl()}),
-      userNotifications_(QDBusConnection::sessionBus(),
-                         [this](const auto& notification) { showNotification(notification); }),
-      editor_(editorServices(panels)) {
+      editor_(editorServices()) {
     editor_.setToolbar(&shell_.windowController());
     shell_.setContent(editor_, &editor_.view(),
                       {.cutView = &editor_.cutView(),
@@ -43,50 +40,41 @@ void Wiring::show() {
     telemetrix_.watchKeyWindow();
 }
 
-// Where the desktop has no place for notifications, the window has.
-void Wiring::showNotification(const ports::UserNotification& notification) {
-    const QUrl file(QString::fromStdString(notification.informativeText));
-    shell_.messages().offer(notification.subtitle + ": " + file.fileName().toStdString(),
-                            notification.actionTitle, [this, notification] {
-                                userNotifications_.activated(notification,
-                                                             ports::NotificationActivation::actionButton);
-                            });
-}
-
 bool Wiring::isBusy() {
     const editor::PictureFlows& flows = editor_.flows();
     return flows.openFlow().isOpening() || flows.saveFlow().isSaving();
 }
 
 app::MainInterface::Services Wiring::shellServices() {
-    return {.controls = {clock_, scheduler_, mainQueue_, notifications_},
-            .application = {.mainQueue = mainQueue_,
-                            .workspace = workspace_,
-                            .quit = [] { QCoreApplication::quit(); },
+    return {.controls = {host_.clock, host_.scheduler, host_.queues.mainQueue(), notifications_},
+            .application = {.mainQueue = host_.queues.mainQueue(),
+                            .workspace = host_.workspace,
+                            .quit = host_.quit,
                             .startConsent = [this] { consent_.start(); },
                             .privacyUrl = [this] { return consent_.getPrivacyUrl(); },
                             .showUsageData = [this] { consent_.showUsageData(); }},
-            .place = {.read = [this] { return settings_.text(kWindowPlace).value_or(""); },
-                      .write = [this](const std::string& place) { settings_.setText(kWindowPlace, place); }}};
+            .place = {
+                .read = [this] { return host_.settings.text(kWindowPlace).value_or(""); },
+                .write = [this](const std::string& place) { host_.settings.setText(kWindowPlace, place); }}};
 }
 
-editor::ViewController::Services Wiring::editorServices(ports::Panels& panels) {
-    return {.cutView = {queues_, clock_, notifications_, claimHistoryFolder()},
-            .scheduler = scheduler_,
+editor::ViewController::Services Wiring::editorServices() {
+    return {.cutView = {host_.queues, host_.clock, notifications_, claimHistoryFolder()},
+            .scheduler = host_.scheduler,
             .threadFlows = threadFlows_,
             .decoder = decoder_,
             .encoder = encoder_,
-            .panels = panels,
-            .settings = settings_,
-            .userNotifications = userNotifications_,
-            .workspace = workspace_,
+            .panels = host_.panels,
+            .settings = host_.settings,
+            .userNotifications = host_.userNotifications,
+            .workspace = host_.workspace,
             .messages = shell_.messages(),
-            .caches = files::cacheHome() / "Trimora",
-            .randomMicroseconds = [] { return QRandomGenerator::global()->bounded(kPauses); }};
+            .caches = host_.homes.cache / "Trimora",
+            .randomMicroseconds = host_.randomMicroseconds};
 }
 
 std::filesystem::path Wiring::claimHistoryFolder() {
-    const std::filesystem::path base = files::dataHome() / "Trimora";
+    const std::filesystem::path base = host_.homes.data / "Trimora";
     auto owned = files::ownedFolder(base, "history");
     if (!owned) {
         foundation::log::warning("no folder for the history: %s", owned.error().message.c_str());

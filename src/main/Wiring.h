@@ -11,30 +11,29 @@
 #include "editor/ViewController.h"
 #include "files/FolderLock.h"
 #include "foundation/NotificationCenter.h"
-#include "foundation/RealTime.h"
-#include "foundation/ThreadQueues.h"
+#include "main/Host.h"
 #include "main/TelemetrixWiring.h"
-#include "platform/DBusNotifications.h"
-#include "platform/DesktopWorkspace.h"
-#include "platform/QtMainQueue.h"
-#include "platform/QtSettings.h"
 #include "util/ThreadFlow.h"
 
 namespace trimora {
 
-/// The whole program put together: every adapter is made here, once, and handed to whoever needs it.
+/// The whole program put together on a host: engine, codecs, editor, window and Telemetrix, each made here,
+/// once, and handed to whoever needs it.
 ///
-/// Made after the QApplication and gone before it. Going waits for files that are being written. The
-/// order of the members matters: each one uses only those above it.
+/// Made after the QApplication and gone before it and before the host. Going waits for files that are being
+/// written, and ends the session of Telemetrix. One at a time; the next begins afresh. The order of the
+/// members matters: each one uses only those above it. Main thread only.
 class Wiring {
  public:
-    /// `panels` ask the person; they outlive the wiring.
-    explicit Wiring(ports::Panels& panels);
+    explicit Wiring(Host host);
     Wiring(const Wiring&) = delete;
     Wiring& operator=(const Wiring&) = delete;
 
     [[nodiscard]] app::MainInterface& shell() { return shell_; }
     [[nodiscard]] editor::ViewController& editor() { return editor_; }
+    [[nodiscard]] app::GDPRController& consent() { return consent_; }
+    [[nodiscard]] TelemetrixWiring& telemetrix() { return telemetrix_; }
+    [[nodiscard]] codecs::PngEncoder& encoder() { return encoder_; }
 
     /// Shows the window. What nobody is to wait for begins once it has been painted.
     void show();
@@ -45,25 +44,17 @@ class Wiring {
  private:
     [[nodiscard]] std::filesystem::path claimHistoryFolder();
     [[nodiscard]] app::MainInterface::Services shellServices();
-    void showNotification(const ports::UserNotification& notification);
-    [[nodiscard]] editor::ViewController::Services editorServices(ports::Panels& panels);
+    [[nodiscard]] editor::ViewController::Services editorServices();
 
-    platform::QtMainQueue mainQueue_;
-    foundation::ThreadWorkers codecWorkers_;
-    codecs::PictureFileDecoder decoder_{codecWorkers_};
-    codecs::PngEncoder encoder_{codecWorkers_};
-    foundation::ThreadQueueFactory queues_{mainQueue_};
-    foundation::RealClock clock_;
-    foundation::RealScheduler scheduler_;
+    const Host host_;
+    codecs::PictureFileDecoder decoder_;
+    codecs::PngEncoder encoder_;
     foundation::NotificationCenter notifications_;
-    util::ThreadFlowRegistry threadFlows_{queues_, scheduler_, clock_};
-    platform::QtSettings settings_;
+    util::ThreadFlowRegistry threadFlows_;
     TelemetrixWiring telemetrix_;
-    platform::DesktopWorkspace workspace_;
     std::optional<files::OwnedFolder> history_;
     app::MainInterface shell_;
     app::GDPRController consent_;
-    platform::DBusNotifications userNotifications_;
     editor::ViewController editor_;
     QObject receiver_;  // of what comes after the first picture of the window
 };

@@ -12,13 +12,15 @@
 
 namespace trimora::platform {
 
-void QtPanels::chooseFileToOpen(const std::filesystem::path& folder, Answer answer) {
+void QtPanels::chooseFileToOpen(const std::filesystem::path& folder, FilesAnswer answer) {
     QFileDialog* const dialog = makeDialog(QStringLiteral("Open picture"), folder);
     dialog->setAcceptMode(QFileDialog::AcceptOpen);
     dialog->setFileMode(QFileDialog::ExistingFile);
     dialog->setNameFilters({QStringLiteral("Pictures (*.png *.tiff *.tif *.jpg *.gif *.jpeg)"),
                             QStringLiteral("All files (*)")});
-    run(dialog, std::move(answer));
+    run(dialog, [answer = std::move(answer)](std::optional<std::filesystem::path> chosen) {
+        answer(chosen ? std::vector{std::move(*chosen)} : std::vector<std::filesystem::path>());
+    });
 }
 
 void QtPanels::chooseFileToSave(const std::filesystem::path& folder, const std::string& name, Answer answer) {

@@ -12,7 +12,7 @@ namespace trimora::platform {
 /// program goes on behind them.
 class QtPanels final : public ports::Panels {
  public:
-    void chooseFileToOpen(const std::filesystem::path& folder, Answer answer) override;
+    void chooseFileToOpen(const std::filesystem::path& folder, FilesAnswer answer) override;
     void chooseFileToSave(const std::filesystem::path& folder, const std::string& name,
                           Answer answer) override;
     void runAlert(const ports::Alert& alert, AlertAnswer answer) override;

@@ -38,6 +38,12 @@ class QtPanelsTest : public ::testing::Test {
         };
     }
 
+    ports::Panels::FilesAnswer keepFiles() {
+        return [keep = keepAnswer()](std::vector<path> files) {
+            keep(files.size() == 1 ? std::optional(files.front()) : std::nullopt);
+        };
+    }
+
     void TearDown() override { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
 
     testing::TemporaryFolder folder_;
@@ -71,7 +77,7 @@ TEST_F(QtPanelsTest, SaveAddsTheSuffixToANameWithoutOneAndKeepsAnyOther) {
 }
 
 TEST_F(QtPanelsTest, ACancelledPanelAnswersWithNothing) {
-    panels_.chooseFileToOpen(folder_.path(), keepAnswer());
+    panels_.chooseFileToOpen(folder_.path(), keepFiles());
     ASSERT_NE(shownDialog(), nullptr);
     shownDialog()->reject();
     EXPECT_EQ(answers_, 1);
@@ -81,7 +87,7 @@ TEST_F(QtPanelsTest, ACancelledPanelAnswersWithNothing) {
 TEST_F(QtPanelsTest, OpenAnswersWithTheChosenFile) {
     const path picture = folder_.path() / "a picture.png";
     std::ofstream(picture) << "x";
-    panels_.chooseFileToOpen(folder_.path(), keepAnswer());
+    panels_.chooseFileToOpen(folder_.path(), keepFiles());
     QFileDialog* const dialog = shownDialog();
     ASSERT_NE(dialog, nullptr);
     dialog->selectFile(QString::fromStdString(picture.string()));

@@ -20,21 +20,23 @@ struct Alert {
 
 /// Asks the person which file to open, where to save, or which of a few ways to go.
 ///
-/// Every call returns at once; the answer comes later, on the main thread, exactly once: the file that
-/// was chosen, or nothing where the panel was cancelled. A panel never reads or writes the file itself.
+/// Every call returns at once; the answer comes later, on the main thread, exactly once: what was chosen, or
+/// nothing where the panel was cancelled. A panel never reads or writes the file itself.
 /// `folder` is where the panel begins; an empty one leaves that to the panel. Texts are UTF-8. Main thread
 /// only.
 class Panels {
  public:
     using Answer = std::function<void(std::optional<std::filesystem::path>)>;
+    /// Most panels let one file be chosen; of more, in their order, the first that is readable counts.
+    using FilesAnswer = std::function<void(std::vector<std::filesystem::path>)>;
     using AlertAnswer = std::function<void(int)>;
 
     virtual ~Panels() = default;
     Panels(const Panels&) = delete;
     Panels& operator=(const Panels&) = delete;
 
-    /// One existing picture file.
-    virtual void chooseFileToOpen(const std::filesystem::path& folder, Answer answer) = 0;
+    /// An existing picture file.
+    virtual void chooseFileToOpen(const std::filesystem::path& folder, FilesAnswer answer) = 0;
 
     /// Where a new PNG file is to go. `name` is proposed; a name that is taken is confirmed by the panel.
     virtual void chooseFileToSave(const std::filesystem::path& folder, const std::string& name,

@@ -26,6 +26,20 @@ double lanczos(double x) {
     return kLobes * std::sin(angle) * std::sin(angle / kLobes) / (angle * angle);
 }
 
+double triangle(double x) {
+    return std::max(0.0, 1 - std::abs(x));
+}
+
+/// A filter's weight at a distance, and the distance from which it has none.
+struct Shape {
+    double (*weight)(double);
+    double reach;
+};
+
+Shape shapeOf(Filter filter) {
+    return filter == Filter::lanczos ? Shape{&lanczos, kLobes} : Shape{&triangle, 1};
+}
+
 /// Which samples of a line make each sample of the scaled line, and by how much.
 class Taps {
  public:
@@ -34,24 +48,24 @@ class Taps {
         int first;
     };
 
-    Taps(int from, int to) {
+    Taps(int from, int to, const Shape& shape) {
         const double ratio = static_cast<double>(from) / to;
         for (int i = 0; i < to; ++i)
-            taps_.push_back(tapAt((i + 0.5) * ratio, std::max(ratio, 1.0), from));
+            taps_.push_back(tapAt((i + 0.5) * ratio, std::max(ratio, 1.0), from, shape));
     }
 
     [[nodiscard]] const Tap& at(int i) const { return taps_[static_cast<std::size_t>(i)]; }
 
  private:
     /// Samples beyond the line's ends lend their weight to the last one inside.
-    static Tap tapAt(double centre, double widening, int count) {
-        const int begin = static_cast<int>(std::floor(centre - kLobes * widening));
-        const int end = static_cast<int>(std::ceil(centre + kLobes * widening));
+    static Tap tapAt(double centre, double widening, int count, const Shape& shape) {
+        const int begin = static_cast<int>(std::floor(centre - shape.reach * widening));
+        const int end = static_cast<int>(std::ceil(centre + shape.reach * widening));
         const int first = std::clamp(begin, 0, count - 1);
         std::vector<double> weights(static_cast<std::size_t>(std::clamp(end, first + 1, count) - first));
         double sum = 0;
         for (int j = begin; j < end; ++j) {
-            const double weight = lanczos((j + 0.5 - centre) / widening);
+            const double weight = shape.weight((j + 0.5 - centre) / widening);
             weights[static_cast<std::size_t>(std::clamp(j, 0, count - 1) - first)] += weight;
             sum += weight;
         }
@@ -82,15 +96,15 @@ void writeRow(const std::vector<float>& line, const Taps& across, MutableBitmapV
 
 }  // namespace
 
-void resample(BitmapView from, MutableBitmapView to, foundation::Workers& workers) {
+void resample(BitmapView from, MutableBitmapView to, foundation::Workers& workers, Filter filter) {
     if (from.isEmpty() || to.isEmpty())
         return;
     if (from.width == to.width && from.height == to.height) {
         foundation::copyPixels(from, to);
         return;
     }
-    const Taps across(from.width, to.width);
-    const Taps down(from.height, to.height);
+    const Taps across(from.width, to.width, shapeOf(filter));
+    const Taps down(from.height, to.height, shapeOf(filter));
     const int bands = std::min(to.height, 8 * workers.width());
     workers.run(bands, [&](int band) {
         const auto top = [&](int index) { return static_cast<int>(std::int64_t{index} * to.height / bands); };

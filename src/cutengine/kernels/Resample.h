@@ -5,9 +5,15 @@
 
 namespace trimora::cutengine::kernels {
 
-/// Scales `from` over the whole of `to` in high quality: a Lanczos filter of three lobes, widened when
-/// the picture becomes smaller, on premultiplied values, edges repeated, results kept within
-/// 0..alpha. Views of the same size are copied. Bands of rows run on `workers`.
-void resample(foundation::BitmapView from, foundation::MutableBitmapView to, foundation::Workers& workers);
+enum class Filter {
+    lanczos,   ///< three lobes: keeps pictures crisp
+    triangle,  ///< never leaves the range of what it weighs: for masks, round whose edges lobes leave a halo
+};
+
+/// Scales `from` over the whole of `to` in high quality: by a filter that is widened when the picture
+/// becomes smaller, on premultiplied values, edges repeated, results kept within 0..alpha. Views of the
+/// same size are copied. Bands of rows run on `workers`.
+void resample(foundation::BitmapView from, foundation::MutableBitmapView to, foundation::Workers& workers,
+              Filter filter = Filter::lanczos);
 
 }  // namespace trimora::cutengine::kernels

@@ -1,4 +1,4 @@
-#include "main/CommandLine.h"
+#include "cli/CommandLine.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -34,6 +34,16 @@ TEST(CommandLine, NewIsForAnEditor) {
     EXPECT_EQ(line->mode, CommandLine::Mode::edit);
     EXPECT_TRUE(line->isNew);
     EXPECT_FALSE(CommandLine::parse(Words{"a.png"})->isNew);
+}
+
+TEST(CommandLine, WhatAPersonDoesInTheEditorCanBeRecorded) {
+    const auto line = CommandLine::parse(Words{"--record", "s.jsonl", "a.png"});
+    ASSERT_TRUE(line);
+    EXPECT_EQ(line->mode, CommandLine::Mode::edit);
+    EXPECT_EQ(line->record, "s.jsonl");
+    EXPECT_THAT(line->files, ElementsAre("a.png"));
+    EXPECT_FALSE(CommandLine::parse(Words{"--record"}));
+    EXPECT_FALSE(CommandLine::parse(Words{"--gallery", "--record", "s.jsonl"}));
 }
 
 TEST(CommandLine, TheGalleryIsAModeOfItsOwn) {

@@ -1,4 +1,4 @@
-#include "main/CommandLine.h"
+#include "cli/CommandLine.h"
 
 #include <string>
 #include <string_view>
@@ -25,6 +25,8 @@ Result<CommandLine> CommandLine::parse(std::span<const char* const> words) {
             return line;
         } else if (word == "--new") {
             line.isNew = true;
+        } else if (word == "--record" && i + 1 < words.size()) {
+            line.record = words[++i];
         } else if (word == "--gallery") {
             line.mode = Mode::gallery;
         } else if (word == "--demo" && i + 1 < words.size()) {
@@ -36,6 +38,8 @@ Result<CommandLine> CommandLine::parse(std::span<const char* const> words) {
     }
     if (line.mode == Mode::demo && line.files.size() != 1)
         return Error{"a demo takes a folder and one picture"};
+    if (line.mode != Mode::edit && !line.record.empty())
+        return Error{"only what a person does in the editor is recorded"};
     return line;
 }
 
@@ -44,10 +48,14 @@ const char* CommandLine::help() {
            "\n"
            "  trimora [FILE...]               opens the first of the files that is a picture\n"
            "  trimora --new                   begins with an empty editor\n"
+           "  trimora --record SCRIPT [FILE...]   writes what is done in the window to an edit script\n"
+           "  trimora run SCRIPT...           does it again without a person; run --help tells more\n"
            "  trimora --demo FOLDER PICTURE   cuts the picture by itself, without a display, and leaves\n"
            "                                  FOLDER/cut.png and FOLDER/screenshot.png\n"
            "  trimora --gallery               shows every control in every state, and prints what they "
            "report\n"
+           "  trimora cut --help              tells how to cut pictures without a window\n"
+           "  trimora info --help             tells how to look at picture files\n"
            "  trimora --help\n"
            "  trimora --version\n";
 }

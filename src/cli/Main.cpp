@@ -1,12 +1,19 @@
 #include <QApplication>
 #include <QMenu>
 #include <cstdio>
+#include <optional>
+#include <string>
 
-#include "controls/AppStyle.h"
+#include "cli/CommandLine.h"
+#include "cli/RecordedPanels.h"
+#include "cli/Recorder.h"
+#include "cli/Recording.h"
+#include "cli/Subcommands.h"
+#include "cli/Toolkit.h"
 #include "controls/Icons.h"
 #include "foundation/Log.h"
-#include "main/CommandLine.h"
 #include "main/Demo.h"
+#include "main/DesktopHost.h"
 #include "main/Gallery.h"
 #include "main/TerminalLog.h"
 #include "main/Wiring.h"
@@ -19,16 +26,6 @@
 namespace {
 
 using trimora::CommandLine;
-
-// Scale factors are taken as the screen has them.
-void setUpToolkit(CommandLine::Mode mode) {
-    if (mode == CommandLine::Mode::demo)
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    QGuiApplication::setHighDpiScaleFactorRoundingPolicy(Qt::HighDpiScaleFactorRoundingPolicy::PassThrough);
-    QCoreApplication::setApplicationName(QStringLiteral("Trimora"));
-    QCoreApplication::setApplicationVersion(QStringLiteral(TRIMORA_VERSION));
-    QGuiApplication::setDesktopFileName(QLatin1String(trimora::platform::kApplicationId));
-}
 
 using trimora::platform::LaunchRequest;
 using trimora::platform::SingleInstance;
@@ -49,13 +46,19 @@ void fillTrayMenu(trimora::app::AppDelegate& delegate, QMenu& menu) {
     menu.addActions(delegate.applicationDockMenu()->actions());
 }
 
-int edit(const CommandLine& line, const std::string& activationToken) {
-    SingleInstance instance(SingleInstance::ofThisSession());
-    if (instance.launch({line.files, line.isNew ? kNew : "", activationToken}) ==
-        SingleInstance::Launch::handedOver)
-        return 0;
-    trimora::platform::QtPanels panels;
-    trimora::Wiring program(panels);
+int failed(const std::string& reason) {
+    std::fprintf(stderr, "trimora: %s\n", reason.c_str());
+    return 1;
+}
+
+int runEditor(const CommandLine& line, SingleInstance& instance, trimora::ports::Panels& panels,
+              trimora::Recording* recording) {
+    trimora::DesktopHost desktop(panels);
+    trimora::Wiring program(desktop.host());
+    desktop.fallBackTo(program.shell().messages());
+    std::optional<trimora::Recorder> recorder;
+    if (recording != nullptr)
+        recorder.emplace(program, *recording);
     trimora::app::AppDelegate& delegate = program.shell().appDelegate();
     QGuiApplication::setQuitOnLastWindowClosed(delegate.applicationShouldTerminateAfterLastWindowClosed());
     const trimora::platform::TrayItem tray(
@@ -70,23 +73,43 @@ int edit(const CommandLine& line, const std::string& activationToken) {
     program.editor().openFiles(line.files);
     instance.onLaunch([&](const LaunchRequest& request) { serve(program, request); });
     delegate.applicationDidFinishLaunching();
-    return QApplication::exec();
+    return trimora::Toolkit::exec();
+}
+
+int record(const CommandLine& line, SingleInstance& instance) {
+    auto recording = trimora::Recording::create(line.record);
+    if (!recording)
+        return failed(recording.error().message);
+    trimora::platform::QtPanels panels;
+    trimora::RecordedPanels recorded(panels, *recording);
+    return runEditor(line, instance, recorded, &*recording);
+}
+
+int edit(const CommandLine& line, const std::string& activationToken) {
+    SingleInstance instance(SingleInstance::ofThisSession());
+    if (instance.launch({line.files, line.isNew ? kNew : "", activationToken}) ==
+        SingleInstance::Launch::handedOver)
+        return line.record.empty() ? 0 : failed("an editor runs already, and nothing of it is recorded");
+    if (!line.record.empty())
+        return record(line, instance);
+    trimora::platform::QtPanels panels;
+    return runEditor(line, instance, panels, nullptr);
 }
 
 int demonstrate(const CommandLine& line) {
     trimora::DemoPanels panels(line.demoFolder / "cut.png");
-    trimora::Wiring program(panels);
+    trimora::DesktopHost desktop(panels);
+    trimora::Wiring program(desktop.host());
+    desktop.fallBackTo(program.shell().messages());
     program.show();
     return trimora::runDemo(program, panels, line.files.front(), line.demoFolder);
 }
 
-int runProgram(int& argc, char** argv, const CommandLine& line) {
-    setUpToolkit(line.mode);
+int runProgram(const CommandLine& line) {
+    using Screen = trimora::Toolkit::Screen;
     const std::string activationToken = trimora::platform::activationToken::ofThisStart();
-    QApplication application(argc, argv);
-    // Every sample of a stroke counts. Not sooner: the X11 platform sets this when it starts.
-    QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
-    trimora::controls::applyAppStyle(application);
+    const trimora::Toolkit toolkit(line.mode == CommandLine::Mode::demo ? Screen::offscreen
+                                                                        : Screen::desktop);
     if (line.mode == CommandLine::Mode::gallery)
         return trimora::runGallery();
     return line.mode == CommandLine::Mode::demo ? demonstrate(line) : edit(line, activationToken);
@@ -96,7 +119,10 @@ int runProgram(int& argc, char** argv, const CommandLine& line) {
 
 int main(int argc, char** argv) {
     trimora::logToTerminal();
-    const auto line = CommandLine::parse({argv + 1, argv + argc});
+    const trimora::Words words(argv + 1, argv + argc);
+    if (const trimora::Subcommand* const subcommand = trimora::subcommandOf(words))
+        return subcommand->run(words.subspan(1));
+    const auto line = CommandLine::parse(words);
     if (!line) {
         std::fprintf(stderr, "trimora: %s; --help tells more\n", line.error().message.c_str());
         return 2;
@@ -113,5 +139,5 @@ int main(int argc, char** argv) {
         case CommandLine::Mode::gallery:
             break;
     }
-    return runProgram(argc, argv, *line);
+    return runProgram(*line);
 }
