@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "analytics/OutOfMemory.h"
 #include "analytics/public/TXAnalyticsCollector.h"
 #include "analytics/public/TXAnalyticsQueue.h"
 #include "analytics/session/HttpTransport.h"
@@ -94,7 +95,7 @@ foundation::Task whileInstalled(foundation::Task task) {
     return [gate = installed()->gate, work = std::move(task)] {
         if (!gate->enter())
             return;
-        work();
+        asFarAsMemoryGoes(work);
         gate->leave();
     };
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <memory>
 #include <mutex>
 
 #include "analytics/Installation.h"
@@ -16,8 +17,9 @@ class ProcessWide {
     T& get(Make make) {
         const std::scoped_lock lock(mutex_);
         if (object_ == nullptr) {
-            object_ = make();
+            std::unique_ptr<T> made(make());
             atUninstallation([this] { release(); });
+            object_ = made.release();
         }
         return *object_;
     }

@@ -48,15 +48,29 @@ bool hasAlpha(const TiffFile& file) {
     return TIFFGetFieldDefaulted(file.handle(), TIFFTAG_EXTRASAMPLES, &count, &kinds) == 1 && count > 0;
 }
 
-/// The pages that hold pictures, none decoded. The library ends the walk where directories form a loop.
-std::vector<Page> pagesOf(const TiffFile& file, bool& more) {
+/// The pages that hold pictures, none decoded.
+struct Pages {
     std::vector<Page> pages;
-    do {
+    const char* notice = "";  ///< where the file speaks of more than these
+};
+
+Pages pagesOf(const TiffFile& file) {
+    Pages found;
+    for (;;) {
         if ((file.tag<std::uint32_t>(TIFFTAG_SUBFILETYPE) & FILETYPE_MASK) == 0)
-            pages.push_back(currentPage(file));
-    } while (pages.size() < kMostPages && TIFFReadDirectory(file.handle()) == 1);
-    more = pages.size() == kMostPages && TIFFLastDirectory(file.handle()) == 0;
-    return pages;
+            found.pages.push_back(currentPage(file));
+        if (TIFFLastDirectory(file.handle()) != 0)
+            return found;
+        if (found.pages.size() == kMostPages) {
+            found.notice = kTooManyPages;
+            return found;
+        }
+        // The next one lies outside the file, is none, or has been read before.
+        if (TIFFReadDirectory(file.handle()) != 1) {
+            found.notice = kDamaged;
+            return found;
+        }
+    }
 }
 
 std::optional<Error> refusalOf(const std::vector<Page>& pages, const PixelBudget& budget) {
@@ -95,8 +109,7 @@ Result<DecodedPicture> TiffDecoder::decode(Bytes bytes) const {
     const TiffFile file(bytes);
     if (file.handle() == nullptr)
         return unreadable(file);
-    bool more = false;
-    const std::vector<Page> pages = pagesOf(file, more);
+    const auto [pages, notice] = pagesOf(file);
     if (std::optional<Error> refusal = refusalOf(pages, budget()))
         return *std::move(refusal);
 
@@ -114,10 +127,7 @@ Result<DecodedPicture> TiffDecoder::decode(Bytes bytes) const {
     }
     if (picture.representations.empty())
         return failure ? *failure : unreadable(file);
-    if (!allWhole)
-        picture.notice = kDamaged;
-    else if (more)
-        picture.notice = kTooManyPages;
+    picture.notice = allWhole ? notice : kDamaged;
     return picture;
 }
 
@@ -133,8 +143,7 @@ Result<PictureFacts> TiffDecoder::facts(Bytes bytes) const {
     facts.bitsPerSample = file.tag<std::uint16_t>(TIFFTAG_BITSPERSAMPLE, 1);
     facts.hasAlpha = hasAlpha(file);
     facts.profile = profileName(file.icc());
-    bool more = false;
-    for (const Page& page : pagesOf(file, more))
+    for (const Page& page : pagesOf(file).pages)
         facts.pixels += page.width * page.height;
     return facts;
 }

@@ -195,6 +195,16 @@ TEST_F(TiffDecoderTest, DirectoriesThatFormALoopEnd) {
     EXPECT_EQ(read->representations.size(), 1U);
 }
 
+TEST_F(TiffDecoderTest, PagesThatAreCutOffAreTold) {
+    const samples::TiffPicture page{opaque_.view(), opaqueOptions()};
+    samples::Buffer file = samples::tiff({page, page});
+    file.resize(file.size() / 2 + 100);
+    const Result<DecodedPicture> read = decoder_.decode(file);
+    ASSERT_TRUE(read);
+    EXPECT_EQ(read->representations.size(), 1U);
+    EXPECT_EQ(read->notice, kDamaged);
+}
+
 TEST_F(TiffDecoderTest, FileCutAnywhereShowsWhatIsThereOrTellsWhy) {
     // The directory is put before the pixels, as a camera does, by writing the pixels last.
     const samples::Buffer whole = samples::tiff({{opaque_.view(), opaqueOptions()}});

@@ -1,5 +1,6 @@
 #include "cutengine/HistoryStore.h"
 
+#include <new>
 #include <utility>
 #include <vector>
 
@@ -25,6 +26,16 @@ std::string fileName(std::int64_t number) {
     return std::to_string(number) + ".his";
 }
 
+/// What the codec makes of it; memory that runs out is a reason like others.
+template <typename Code>
+auto unlessMemoryRunsOut(const Code& code) -> decltype(code()) {
+    try {
+        return code();
+    } catch (const std::bad_alloc&) {
+        return Error{"not enough memory"};
+    }
+}
+
 }  // namespace
 
 HistoryStore::HistoryStore(const std::optional<std::filesystem::path>& folder)
@@ -42,6 +53,7 @@ void HistoryStore::clear() {
     length_ = 0;
     currentState_ = -1;
     fileIndex_ = -1;
+    written_.reset();
     if (!folder_)
         return;
     const Result<void> removed = folder_->removeAllFiles();
@@ -61,16 +73,19 @@ Result<void> HistoryStore::record(BitmapView mask) {
     if (mask.isEmpty())
         return {};
     fileIndex_ = number;
+    written_.reset(static_cast<std::size_t>(number));
     if (!onDisk_)
         return {};
     if (!folder_)
         return Error{"there is no folder for it"};
-    const Result<std::vector<std::uint8_t>> file = kernels::encodeMask(mask);
+    const auto file = unlessMemoryRunsOut([&] { return kernels::encodeMask(mask); });
     Result<void> written = file ? folder_->write(fileName(number), *file) : file.error();
     if (!written) {
         // What an earlier round of the ring left under this name is another state: better none.
         (void)folder_->remove(fileName(number));
+        return written;
     }
+    written_.set(static_cast<std::size_t>(number));
     return written;
 }
 
@@ -81,15 +96,16 @@ std::optional<Bitmap> HistoryStore::step(Step step) {
     const std::int64_t shown = fileIndex_;
     const std::int64_t number =
         back ? (shown < 1 ? kLastFileNumber : shown - 1) : (shown >= kLastFileNumber ? 0 : shown + 1);
-    const Result<files::FileBytes> file =
-        folder_ ? folder_->read(fileName(number), kLargestFile) : Error{"there is no folder for it"};
+    const Result<files::FileBytes> file = written_.test(static_cast<std::size_t>(number))
+                                              ? folder_->read(fileName(number), kLargestFile)
+                                              : Error{"it was not written"};
     if (!file) {
         foundation::log::warning("NO DATA PROVIDER");
         return std::nullopt;
     }
     fileIndex_ = number;
     currentState_ += back ? -1 : 1;
-    Result<Bitmap> mask = kernels::decodeMask(file->view(), kLargestMaskSide);
+    auto mask = unlessMemoryRunsOut([&] { return kernels::decodeMask(file->view(), kLargestMaskSide); });
     if (mask)
         return std::move(*mask);
     foundation::log::warning("%s: %s", fileName(number).c_str(), mask.error().message.c_str());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <atomic>
+#include <bitset>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -49,8 +50,8 @@ class HistoryStore {
     foundation::Result<void> record(foundation::BitmapView mask);
 
     /// Moves to the state before or after and returns its mask, an empty bitmap where the file does
-    /// not decode. None where there is no such state or its file cannot be opened (logged): nothing
-    /// changed.
+    /// not decode. None where there is no such state, or its file was not written or cannot be opened
+    /// (logged): nothing changed.
     [[nodiscard]] std::optional<foundation::Bitmap> step(Step step);
 
     [[nodiscard]] bool canStepForward() const { return currentState_ <= length_ - 2; }
@@ -62,6 +63,9 @@ class HistoryStore {
     std::atomic<std::int64_t> length_ = 0;
     std::atomic<std::int64_t> currentState_ = -1;
     std::atomic<std::int64_t> fileIndex_ = -1;
+    /// The files that hold what was last recorded under their names. Another may hold an older mask that
+    /// a failing disk would neither replace nor remove.
+    std::bitset<kLastFileNumber + 1> written_;
 };
 
 }  // namespace trimora::cutengine

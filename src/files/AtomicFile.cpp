@@ -83,6 +83,7 @@ Result<AtomicFile> AtomicFile::create(const std::filesystem::path& target, Exist
         return kept.error();
     if (kept->has_value() && existing == Existing::keep)
         return nameTaken();
+    TemporaryFile::removeAbandoned(folder.number());
     // A file that replaces another may be read by nobody else until it has that one's permissions.
     Result<TemporaryFile> temporary = TemporaryFile::create(folder.number(), kept->has_value() ? 0600 : 0666);
     if (!temporary)

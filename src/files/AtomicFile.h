@@ -17,7 +17,8 @@ namespace trimora::files {
 /// Life cycle: create(), write() as often as needed, commit(). The bytes go to a temporary file in the
 /// target's own folder; commit() brings them to the disk and only then lets them take the target's name,
 /// so at every moment, a power cut included, the target is the old file or the new one. An object that
-/// goes without commit() leaves everything as it was.
+/// goes without commit() leaves everything as it was. What the temporary file of a killed process may leave
+/// behind, the next object for that folder removes.
 ///
 /// The target: a symbolic link is followed to the file that it stands for (dangling or not), which is
 /// replaced while the link stays. A folder or a special file is refused, and so is a file that the person

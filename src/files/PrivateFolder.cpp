@@ -1,16 +1,14 @@
 #include "files/PrivateFolder.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
-#include <memory>
 #include <optional>
 #include <utility>
 
+#include "files/FolderEntries.h"
 #include "files/SystemError.h"
 #include "files/TemporaryFile.h"
 
@@ -58,27 +56,6 @@ std::optional<mode_t> typeOf(int folder, const char* name) {
     return status.st_mode & S_IFMT;
 }
 
-struct CloseDirectory {
-    void operator()(DIR* directory) const { ::closedir(directory); }
-};
-
-/// Every name in the open folder but "." and "..".
-Result<std::vector<std::string>> entries(int folder) {
-    // Opened anew: reading a directory moves the position of its descriptor, which threads would share.
-    FileDescriptor reading = openAt(folder, ".", O_RDONLY | O_DIRECTORY);
-    const std::unique_ptr<DIR, CloseDirectory> directory(reading ? ::fdopendir(reading.number()) : nullptr);
-    if (!directory)
-        return systemError("the folder cannot be read", errno);
-    (void)reading.release();  // the directory closes it from here on
-    std::vector<std::string> names;
-    while (const dirent* entry = ::readdir(directory.get())) {
-        if (std::string name = entry->d_name; name != "." && name != "..")
-            names.push_back(std::move(name));
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 }  // namespace
 
 Result<void> makeFolder(const std::filesystem::path& path) {
@@ -101,7 +78,7 @@ Result<PrivateFolder> PrivateFolder::create(const std::filesystem::path& path) {
 }
 
 Result<std::vector<std::string>> PrivateFolder::list() const {
-    Result<std::vector<std::string>> names = entries(folder_.number());
+    Result<std::vector<std::string>> names = folderEntries(folder_.number());
     if (names) {
         std::erase_if(*names, [this](const std::string& name) {
             return name.starts_with('.') || typeOf(folder_.number(), name.c_str()) != S_IFREG;
@@ -146,7 +123,7 @@ Result<void> PrivateFolder::remove(std::string_view name) const {
 }
 
 Result<void> PrivateFolder::removeAllFiles() const {
-    const Result<std::vector<std::string>> names = entries(folder_.number());
+    const Result<std::vector<std::string>> names = folderEntries(folder_.number());
     if (!names)
         return names.error();
     Result<void> outcome;

@@ -23,7 +23,8 @@ enum class Existing : std::uint8_t {
 ///
 /// Where the file system can, the file has no name at all while it is written, so that even a killed
 /// process leaves nothing behind; elsewhere it has a short hidden random one. Neither is made from the
-/// final name, which may therefore be as long as the system allows.
+/// final name, which may therefore be as long as the system allows. A writer holds a lock on its file
+/// until that has its final name, by which removeAbandoned() tells what a killed one left.
 ///
 /// Not thread-safe. The folder's descriptor must stay open while the object lives.
 class TemporaryFile {
@@ -37,6 +38,10 @@ class TemporaryFile {
     /// file. On failure returns an error; nothing changed.
     [[nodiscard]] static foundation::Result<TemporaryFile> create(int folder, unsigned mode,
                                                                   Name name = Name::whenWhole);
+
+    /// Removes the hidden files of this kind in the open folder whose writers are gone, as far as that can
+    /// be done; those of writers that still live stay.
+    static void removeAbandoned(int folder);
 
     ~TemporaryFile() { discard(); }
     TemporaryFile(TemporaryFile&& other) noexcept;

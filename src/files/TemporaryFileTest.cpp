@@ -48,6 +48,29 @@ TEST_P(TemporaryFileTest, LeavesNothingWhenItsNameIsRefused) {
     EXPECT_EQ(entriesIn(folder_.path()), 1U);
 }
 
+TEST_P(TemporaryFileTest, IsAbandonedOnlyWhenItsWriterIsGone) {
+    const std::filesystem::path left = folder_.path() / ".trimora-0123456789abcdef.part";
+    const std::filesystem::path others = folder_.path() / ".trimora-notes.part";
+    put(left, "half a pict");
+    put(others, "the person's own");
+    foundation::Result<TemporaryFile> file = TemporaryFile::create(open_.number(), 0600, GetParam());
+    ASSERT_TRUE(file->write(bytes("new")));
+    TemporaryFile::removeAbandoned(open_.number());
+    EXPECT_FALSE(std::filesystem::exists(left));
+    EXPECT_TRUE(std::filesystem::exists(others));
+    ASSERT_TRUE(file->publish("name"));
+    EXPECT_EQ(contents(folder_.path() / "name"), "new");
+}
+
+TEST_P(TemporaryFileTest, LinkOfAnAbandonedFilesNameIsLeftAlone) {
+    put(folder_.path() / "behind", "kept");
+    const std::filesystem::path link = folder_.path() / ".trimora-0123456789abcdef.part";
+    std::filesystem::create_symlink("behind", link);
+    TemporaryFile::removeAbandoned(open_.number());
+    EXPECT_TRUE(std::filesystem::is_symlink(link));
+    EXPECT_EQ(contents(folder_.path() / "behind"), "kept");
+}
+
 TEST_P(TemporaryFileTest, LeavesAFileOfThatNameAloneWhereAsked) {
     put(folder_.path() / "name", "theirs");
     {

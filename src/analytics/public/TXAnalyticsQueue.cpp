@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "analytics/Installation.h"
+#include "analytics/OutOfMemory.h"
 #include "analytics/ProcessWide.h"
 #include "analytics/store/TXAnalyticsCoreDataManager.h"
 #include "analytics/store/TXAnalyticsDBManager.h"
@@ -19,16 +20,19 @@ struct Queue {
     void saveBuilt() {
         if (built.empty())
             return;
+        // Taken out first: what a save that ran out of memory did not store is lost, and never stored twice.
+        std::vector<TXEvent> events = std::exchange(built, {});
         TXAnalyticsDBManager::sharedManager().eventDataAccess().saveEvents(
-            built, TXAnalyticsCoreDataManager::sharedManager().managedObjectContext());
-        built.clear();
+            events, TXAnalyticsCoreDataManager::sharedManager().managedObjectContext());
     }
     void handOver(foundation::Task block) {
-        ++waiting;
-        serial->async([this, task = whileInstalled(std::move(block))] {
+        foundation::Task work = [this, task = whileInstalled(std::move(block))] {
             task();
             --waiting;
-        });
+        };
+        ++waiting;
+        if (!asFarAsMemoryGoes([&] { serial->async(std::move(work)); }))
+            --waiting;
     }
 
     std::atomic<int> waiting = 0;  // handed over and not yet done
@@ -48,20 +52,24 @@ foundation::SerialQueue& TXAnalyticsQueue::analyticsSerialQueue() {
 }
 
 void TXAnalyticsQueue::addTask(foundation::Task block) {
-    Queue& to = queue();
-    to.handOver([&to, task = std::move(block)] {
-        to.saveBuilt();
-        task();
+    asFarAsMemoryGoes([&] {
+        Queue& to = queue();
+        to.handOver([&to, task = std::move(block)] {
+            asFarAsMemoryGoes([&] { to.saveBuilt(); });
+            task();
+        });
     });
 }
 
 void TXAnalyticsQueue::addEvent(std::function<TXEvent()> build) {
-    Queue& to = queue();
-    to.handOver([&to, event = std::move(build)] {
-        to.built.push_back(event());
-        const bool isLast = to.waiting == 1;
-        if (isLast || to.built.size() >= kMostTogether)
-            to.saveBuilt();
+    asFarAsMemoryGoes([&] {
+        Queue& to = queue();
+        to.handOver([&to, event = std::move(build)] {
+            asFarAsMemoryGoes([&] { to.built.push_back(event()); });
+            const bool isLast = to.waiting == 1;
+            if (isLast || to.built.size() >= kMostTogether)
+                to.saveBuilt();
+        });
     });
 }
 

@@ -6,6 +6,7 @@
 
 #include "analytics/Diagnostics.h"
 #include "analytics/Installation.h"
+#include "analytics/OutOfMemory.h"
 #include "analytics/ProcessWide.h"
 #include "analytics/info/ApplicationBundle.h"
 #include "analytics/info/TXAnalyticsLocation.h"
@@ -50,22 +51,26 @@ void Telemetrix::startSession(const std::optional<std::string>& applicationId) {
         debugWarning("Analytics application id must be provided");
     if (!isInstalled())
         return;
-    bool isFirst = false;
-    {
-        State& state = State::shared();
-        const std::scoped_lock lock(state.mutex);
-        state.innerId = applicationId;
-        isFirst = !std::exchange(state.hasStarted, true);
-    }
-    TXAnalyticsQueue::addTaskOnMainQueue(
-        [] { TXAnalyticsLocation::location().startMonitoringIfHavePermission(); });
-    if (isFirst)
-        post(kTXTelemetrixDidStartNotification);
+    asFarAsMemoryGoes([&] {
+        bool isFirst = false;
+        {
+            State& state = State::shared();
+            const std::scoped_lock lock(state.mutex);
+            state.innerId = applicationId;
+            isFirst = !std::exchange(state.hasStarted, true);
+        }
+        TXAnalyticsQueue::addTaskOnMainQueue(
+            [] { TXAnalyticsLocation::location().startMonitoringIfHavePermission(); });
+        if (isFirst)
+            post(kTXTelemetrixDidStartNotification);
+    });
 }
 
 void Telemetrix::startSession() {
-    if (isInstalled())
-        startSession(wiring().bundle.infoValue("TelemetrixInnerId"));
+    asFarAsMemoryGoes([] {
+        if (isInstalled())
+            startSession(wiring().bundle.infoValue("TelemetrixInnerId"));
+    });
 }
 
 void Telemetrix::setBackgroundSessionEnabled(bool enabled) {
@@ -121,28 +126,38 @@ void Telemetrix::resetInnerId() {
 }
 
 void Telemetrix::logEvent(const std::optional<std::string>& name) {
-    if (mayLog(name))
-        TXAnalyticsCollector::logEvent(name);
+    asFarAsMemoryGoes([&] {
+        if (mayLog(name))
+            TXAnalyticsCollector::logEvent(name);
+    });
 }
 
 void Telemetrix::logEvent(const std::optional<std::string>& name, const Dictionary& parameters) {
-    if (mayLog(name))
-        TXAnalyticsCollector::logEvent(name, parameters);
+    asFarAsMemoryGoes([&] {
+        if (mayLog(name))
+            TXAnalyticsCollector::logEvent(name, parameters);
+    });
 }
 
 void Telemetrix::logTimedEvent(const std::optional<std::string>& name) {
-    if (mayLog(name))
-        TXAnalyticsCollector::logTimedEvent(name);
+    asFarAsMemoryGoes([&] {
+        if (mayLog(name))
+            TXAnalyticsCollector::logTimedEvent(name);
+    });
 }
 
 void Telemetrix::logTimedEvent(const std::optional<std::string>& name, const Dictionary& parameters) {
-    if (mayLog(name))
-        TXAnalyticsCollector::logTimedEvent(name, parameters);
+    asFarAsMemoryGoes([&] {
+        if (mayLog(name))
+            TXAnalyticsCollector::logTimedEvent(name, parameters);
+    });
 }
 
 void Telemetrix::endTimedEvent(const std::optional<std::string>& name) {
-    if (mayLog(name))
-        TXAnalyticsCollector::endTimedEvent(name);
+    asFarAsMemoryGoes([&] {
+        if (mayLog(name))
+            TXAnalyticsCollector::endTimedEvent(name);
+    });
 }
 
 }  // namespace trimora::analytics

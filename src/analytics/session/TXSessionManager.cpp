@@ -4,6 +4,7 @@
 
 #include "analytics/Diagnostics.h"
 #include "analytics/Installation.h"
+#include "analytics/OutOfMemory.h"
 #include "analytics/ProcessWide.h"
 #include "analytics/info/TXStaticAnalyticsInfo.h"
 #include "analytics/public/CrashCapture.h"
@@ -78,8 +79,8 @@ void TXSessionManager::setup() {
 }
 
 void TXSessionManager::observe(const char* notification, void (TXSessionManager::*handler)()) {
-    observations_.push_back(
-        wiring().notifications.observe(notification, [this, handler](const auto&) { (this->*handler)(); }));
+    observations_.push_back(wiring().notifications.observe(
+        notification, [this, handler](const auto&) { asFarAsMemoryGoes([&] { (this->*handler)(); }); }));
 }
 
 std::string TXSessionManager::currentSession() {

@@ -5,6 +5,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <set>
 #include <string>
 #include <variant>
 #include <vector>
@@ -128,6 +129,7 @@ class TXSessionManager {
     void endBackgroundSession();
     void retryLastSession(const std::string& session);
     void finishSending(const std::string& session, const std::optional<TelemetrixError>& error);
+    [[nodiscard]] bool isUnderWay(const std::string& session) const;
     [[nodiscard]] NextRound roundAfter(const std::optional<TelemetrixError>& error) const;
     void scheduleRound(double seconds);
     void observe(const char* notification, void (TXSessionManager::*handler)());
@@ -136,8 +138,9 @@ class TXSessionManager {
     std::string currentSession_;
     std::string previousSession_;
 
-    mutable std::mutex mutex_;  // of isSendingDoneSessions_, and of request building
+    mutable std::mutex mutex_;  // of the next two, and of request building
     bool isSendingDoneSessions_ = false;
+    std::set<std::string> underWay_;  // sessions whose requests wait for an answer
 
     std::atomic<bool> isForceStopSessionInBackground_ = false;
     std::atomic<bool> isApplicationDidResignActive_ = false;

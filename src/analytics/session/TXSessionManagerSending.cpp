@@ -4,6 +4,7 @@
 
 #include "analytics/Diagnostics.h"
 #include "analytics/Installation.h"
+#include "analytics/OutOfMemory.h"
 #include "analytics/public/TXAnalyticsQueue.h"
 #include "analytics/session/TXSessionManager.h"
 #include "analytics/session/TXSessionRequestBuilder.h"
@@ -99,6 +100,7 @@ void TXSessionManager::createRequestWithSession(const std::string& session,
         if (auto* const ready = std::get_if<TXSessionRequest>(&built)) {
             request = std::move(*ready);
             sessions().saveOrUpdateSSID(session, SessionStatus::sending);
+            underWay_.insert(session);
         } else {
             error = std::get<TelemetrixError>(built);
         }
@@ -108,10 +110,19 @@ void TXSessionManager::createRequestWithSession(const std::string& session,
 
 void TXSessionManager::finishSending(const std::string& session,
                                      const std::optional<TelemetrixError>& error) {
-    if (!error || error->is(kServiceRejectedData))
-        TXAnalyticsDBManager::sharedManager().deleteAllDataForSession(session);
-    else
-        sessions().saveOrUpdateSSID(session, SessionStatus::done);
+    asFarAsMemoryGoes([&] {
+        if (!error || error->is(kServiceRejectedData))
+            TXAnalyticsDBManager::sharedManager().deleteAllDataForSession(session);
+        else
+            sessions().saveOrUpdateSSID(session, SessionStatus::done);
+    });
+    const std::scoped_lock lock(mutex_);
+    underWay_.erase(session);
+}
+
+bool TXSessionManager::isUnderWay(const std::string& session) const {
+    const std::scoped_lock lock(mutex_);
+    return underWay_.contains(session);
 }
 
 void TXSessionManager::startSendAllInactiveSessions() {
@@ -166,9 +177,11 @@ void TXSessionManager::resetAllInactiveSessions() {
     const double now = TXAnalyticsSSIDDataAccessDefault::creationTime();
     for (const TXSSID& session :
          sessions().allSSIDWithStatus(SessionStatus::sending, PropertyValues::fetched, context)) {
-        if (now - session.changeStatusTime <= kSendingTimesOutAfter)
-            continue;
+        // Either way: a clock that was wrong when the status was written may have been years ahead. And one
+        // that jumps while a request is under way says nothing about that request.
         const std::string name = session.name.value_or("");
+        if (std::abs(now - session.changeStatusTime) <= kSendingTimesOutAfter || isUnderWay(name))
+            continue;
         logLine(
             formatted("session %s with sending state but time is out for, will reset to done one, it might "
                       "occurr when app exited unexpectedly when session was sending",
@@ -194,7 +207,9 @@ void TXSessionManager::resetAllInactiveSessions() {
 
 std::optional<std::string> TXSessionManager::getOldestDoneSession() {
     auto& context = TXAnalyticsCoreDataManager::sharedManager().managedObjectContext();
-    const auto done = sessions().allSSIDWithStatus(SessionStatus::done, PropertyValues::fetched, context);
+    auto done = sessions().allSSIDWithStatus(SessionStatus::done, PropertyValues::fetched, context);
+    // Nobody could ask for a session without a name, which would keep all others waiting.
+    std::erase_if(done, [](const TXSSID& session) { return !session.name; });
     const auto wholeSeconds = [](const TXSSID& session) { return std::floor(session.changeStatusTime); };
     const auto oldest = std::min_element(
         done.begin(), done.end(),

@@ -2,6 +2,7 @@
 
 #include "analytics/Diagnostics.h"
 #include "analytics/Installation.h"
+#include "analytics/OutOfMemory.h"
 
 namespace trimora::analytics {
 namespace {
@@ -33,10 +34,12 @@ void TXSessionRequest::sendAsync(Completion completion) const {
                                           const HttpTransport::Outcome& outcome) {
         if (!answer)
             return;
-        if (const auto* const error = std::get_if<TelemetrixError>(&outcome))
-            answer(*error);
-        else
-            answer(errorForStatus(std::get<int>(outcome), request));
+        asFarAsMemoryGoes([&] {
+            if (const auto* const error = std::get_if<TelemetrixError>(&outcome))
+                answer(*error);
+            else
+                answer(errorForStatus(std::get<int>(outcome), request));
+        });
     });
 }
 

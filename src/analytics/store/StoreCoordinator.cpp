@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include <ctime>
+#include <new>
 #include <utility>
 
 #include "analytics/Diagnostics.h"
@@ -61,9 +62,9 @@ Result<void> checkIntegrity(SqliteDatabase& database) {
 /// Moves the database and its side files out of the way under a name that is still free.
 Result<std::filesystem::path> moveAside(const std::filesystem::path& file, const std::string& when) {
     std::filesystem::path aside = besides(file, ".damaged-" + when);
-    for (int number = 2; std::filesystem::exists(aside); ++number)
-        aside = besides(file, ".damaged-" + when + "-" + std::to_string(number));
     std::error_code failure;
+    for (int number = 2; std::filesystem::exists(aside, failure); ++number)
+        aside = besides(file, ".damaged-" + when + "-" + std::to_string(number));
     std::filesystem::rename(file, aside, failure);
     if (failure)
         return Error{"the damaged store cannot be moved aside: " + failure.message(), SQLITE_CANTOPEN};
@@ -111,7 +112,12 @@ Result<void> StoreCoordinator::inTransaction(const Work& work) {
     if (Result<void> begun = database_->execute("BEGIN IMMEDIATE"); !begun)
         return begun;
     ++depth_;
-    Result<void> done = work(*database_);
+    Result<void> done;
+    try {
+        done = work(*database_);
+    } catch (const std::bad_alloc&) {
+        done = Error{"not enough memory", SQLITE_NOMEM};
+    }
     --depth_;
     if (done)
         done = database_->execute("COMMIT");

@@ -6,6 +6,7 @@
 #include <random>
 
 #include "analytics/store/StoreFaultsForTests.h"
+#include "testing/Depth.h"
 #include "testing/Seed.h"
 
 // What is left of the store when its process is killed.
@@ -54,8 +55,8 @@ class Writer {
     pid_t child_;
 };
 
-TEST_F(StoreKillsTest, NoAcknowledgedEventIsLostInAThousandKills) {
-    constexpr int kRounds = 1000;
+TEST_F(StoreKillsTest, NoAcknowledgedEventIsLostInThousandsOfKills) {
+    const int rounds = testing::byDepth(1'000, 5'000, 50'000);
     void* const shared =
         ::mmap(nullptr, sizeof(int), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
     auto* const acknowledged = static_cast<volatile int*>(shared);
@@ -63,7 +64,7 @@ TEST_F(StoreKillsTest, NoAcknowledgedEventIsLostInAThousandKills) {
     std::uniform_int_distribution<int> microseconds(0, 4'000);
     std::filesystem::create_directories(file().parent_path());
     std::size_t total = 0;
-    for (int round = 0; round < kRounds; ++round) {
+    for (int round = 0; round < rounds; ++round) {
         *acknowledged = 0;
         const Writer writer(file(), round, acknowledged);
         // Every fifth dies while it opens the store, the others while they write.
@@ -88,7 +89,7 @@ TEST_F(StoreKillsTest, NoAcknowledgedEventIsLostInAThousandKills) {
     }
     EXPECT_EQ(integrity(), "ok");
     EXPECT_GT(total, 0U);
-    std::printf("%d kills, %zu events stored\n", kRounds, total);
+    std::printf("%d kills, %zu events stored\n", rounds, total);
     ::munmap(shared, sizeof(int));
     EXPECT_THAT(movedAside(), IsEmpty());
 }

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+namespace trimora::reliability {
+
+/// Lets the memory of the calling thread run out while it lives: its n-th allocation (from 1) is refused,
+/// once or from then on; 0 only counts. Only those of at least `smallest` bytes count. The program that links
+/// AllocationFaults.cpp has malloc() and its like of its own, which every library in it calls.
+class AllocationFaults {
+ public:
+    AllocationFaults(std::int64_t number, bool forEver, std::size_t smallest = 0);
+    ~AllocationFaults();
+    AllocationFaults(const AllocationFaults&) = delete;
+    AllocationFaults& operator=(const AllocationFaults&) = delete;
+
+    /// How many allocations the thread has asked for.
+    [[nodiscard]] static std::int64_t count();
+};
+
+}  // namespace trimora::reliability

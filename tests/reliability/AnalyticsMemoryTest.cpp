@@ -1,0 +1,119 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <new>
+#include <string>
+
+#include "AllocationFaults.h"
+#include "Processes.h"
+#include "analytics/TelemetrixForTests.h"
+#include "testing/Depth.h"
+
+// Usage analytics with memory running out at any allocation: the program that it is part of never notices,
+// and what comes after is recorded again.
+namespace trimora::reliability {
+namespace {
+
+using analytics::PropertyValues;
+using analytics::Telemetrix;
+using analytics::TelemetrixTest;
+
+class AnalyticsMemory : public TelemetrixTest {
+ protected:
+    void SetUp() override {
+        TelemetrixTest::SetUp();
+        rememberLaunch();
+    }
+
+    /// What a program calls; nothing of the library may throw. The notifications are the program's own.
+    void useLibrary() noexcept {
+        Telemetrix::startSession();
+        queues.settle();
+        for (int i = 0; i < 4; ++i)
+            Telemetrix::logEvent(button_, parameters_);
+        Telemetrix::logTimedEvent(button_);
+        Telemetrix::endTimedEvent(button_);
+        queues.settle();
+        for (const char* notification :
+             {analytics::kNSWindowDidResignKeyNotification, analytics::kNSWindowDidBecomeKeyNotification}) {
+            try {
+                notifications.post(notification);
+            } catch (const std::bad_alloc&) {
+            }
+            queues.settle();
+        }
+    }
+
+    static constexpr int kNotRecording = 3;
+    /// In a process of its own: the use with the fault, and then whether the library records again.
+    [[nodiscard]] Ended endOf(std::int64_t number, bool forEver) {
+        return inOwnProcess([&] {
+            {
+                const AllocationFaults faults(number, forEver);
+                useLibrary();
+            }
+            settle();
+            Telemetrix::startSession();
+            Telemetrix::logEvent("after");
+            settle();
+            return hasEvent("after.") ? 0 : kNotRecording;
+        });
+    }
+    [[nodiscard]] static bool hasEvent(const std::string& name) {
+        for (const auto& session : sessions()) {
+            const auto all = names(session.name.value_or(""));
+            if (std::find(all.begin(), all.end(), name) != all.end())
+                return true;
+        }
+        return false;
+    }
+
+    const std::optional<std::string> button_ = "button";
+    const analytics::Dictionary parameters_ = {{"name", "open"}, {"count", 1}};
+};
+
+TEST_F(AnalyticsMemory, ThatRunsOutCostsARecordAndSeldomTheProgram) {
+    std::int64_t total = 0;
+    const Ended counted = inOwnProcess([&] {
+        const AllocationFaults faults(0, false);
+        useLibrary();
+        std::FILE* const file = std::fopen((home.path() / "count").c_str(), "w");
+        std::fprintf(file, "%lld", static_cast<long long>(AllocationFaults::count()));
+        std::fclose(file);
+        return 0;
+    });
+    ASSERT_EQ(counted.text(), "exit 0");
+    std::FILE* const file = std::fopen((home.path() / "count").c_str(), "r");
+    long long read = 0;
+    ASSERT_EQ(std::fscanf(file, "%lld", &read), 1);
+    std::fclose(file);
+    total = read;
+    const int points = testing::byDepth(600, 12'000, 12'000);
+    const std::int64_t stride = std::max<std::int64_t>(1, 2 * total / points);
+    int tried = 0;
+    int silent = 0;
+    int aborted = 0;
+    for (const bool forEver : {false, true}) {
+        for (std::int64_t number = 1; number <= total; number += stride) {
+            const Ended ended = endOf(number, forEver);
+            ++tried;
+            silent += ended.exited && ended.status == kNotRecording ? 1 : 0;
+            aborted += !ended.exited && ended.status == SIGABRT ? 1 : 0;
+            ASSERT_TRUE((ended.exited && (ended.status == 0 || ended.status == kNotRecording)) ||
+                        ended.status == SIGABRT)
+                << "allocation " << number << (forEver ? " and all after: " : ": ") << ended.text();
+        }
+    }
+    std::printf("%lld allocations, %d points, %d without recording afterwards, %d ended by abort\n",
+                static_cast<long long>(total), tried, silent, aborted);
+    // The destructor of a JSON value allocates (the library's way against deep recursion), and ends the
+    // process where it cannot.
+    EXPECT_LT(aborted, tried / 4);
+    EXPECT_LT(silent, tried / 10);
+}
+
+}  // namespace
+}  // namespace trimora::reliability
