@@ -182,11 +182,12 @@ class FakeTransport final : public HttpTransport {
             const std::scoped_lock lock(mutex_);
             requests_.push_back(request);
             now = answer;
-            if (!now)
+            if (!now) {
                 waiting_.push_back(std::move(completion));
+                return;
+            }
         }
-        if (now)
-            completion(*now);
+        completion(*now);
     }
     void cancelAll() override {
         while (answerOldest(TelemetrixError{"TestTransport", 7, "cancelled"})) {

@@ -284,7 +284,7 @@ QList<QKeySequence> keysOf(const MenuRow& row) {
 }
 
 QString tipOf(const MenuRow& row) {
-    const QString tip = translated(row.tip);
+    QString tip = translated(row.tip);
     const auto keys = keysOf(row);
     if (keys.isEmpty())
         return tip;

@@ -1,10 +1,9 @@
 #include "codecs/JpegDecoder.h"
 
-#include <setjmp.h>
-
 #include <algorithm>
 #include <array>
 #include <climits>
+#include <csetjmp>
 #include <cstdio>  // jpeglib.h needs FILE
 #include <optional>
 #include <string>

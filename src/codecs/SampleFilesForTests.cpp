@@ -287,6 +287,8 @@ Buffer png(BitmapView picture, const PngOptions& options) {
                      static_cast<png_uint_32>(options.icc.size()));
     std::vector<Buffer> rows;
     std::vector<png_bytep> pointers;
+    rows.reserve(static_cast<std::size_t>(picture.height));
+    pointers.reserve(rows.capacity());
     for (int y = 0; y < picture.height; ++y)
         rows.push_back(pngRow(picture, y, options, palette));
     for (Buffer& row : rows)
@@ -540,27 +542,27 @@ Buffer wideProfile() {
     const cmsCIExyYTRIPLE primaries = {{0.64, 0.33, 1}, {0.21, 0.71, 1}, {0.15, 0.06, 1}};
     cmsToneCurve* const curve = cmsBuildGamma(nullptr, 563.0 / 256);
     const std::array<cmsToneCurve*, 3> curves = {curve, curve, curve};
-    const cmsHPROFILE profile = cmsCreateRGBProfile(&white, &primaries, curves.data());
+    auto* const profile = cmsCreateRGBProfile(&white, &primaries, curves.data());
     cmsFreeToneCurve(curve);
     return saved(profile);
 }
 
 Buffer greyProfile(double gamma) {
     cmsToneCurve* const curve = cmsBuildGamma(nullptr, gamma);
-    const cmsHPROFILE profile = cmsCreateGrayProfile(cmsD50_xyY(), curve);
+    auto* const profile = cmsCreateGrayProfile(cmsD50_xyY(), curve);
     cmsFreeToneCurve(curve);
     return saved(profile);
 }
 
 Buffer inkProfile() {
-    const cmsHPROFILE profile = cmsCreateProfilePlaceholder(nullptr);
+    auto* const profile = cmsCreateProfilePlaceholder(nullptr);
     cmsSetProfileVersion(profile, 4.3);
     cmsSetDeviceClass(profile, cmsSigOutputClass);
     cmsSetColorSpace(profile, cmsSigCmykData);
     cmsSetPCS(profile, cmsSigLabData);
-    const cmsHPROFILE srgb = cmsCreate_sRGBProfile();
-    const cmsHPROFILE lab = cmsCreateLab4Profile(nullptr);
-    const cmsHTRANSFORM toLab = cmsCreateTransform(srgb, TYPE_RGB_16, lab, TYPE_Lab_16, INTENT_PERCEPTUAL, 0);
+    auto* const srgb = cmsCreate_sRGBProfile();
+    auto* const lab = cmsCreateLab4Profile(nullptr);
+    auto* const toLab = cmsCreateTransform(srgb, TYPE_RGB_16, lab, TYPE_Lab_16, INTENT_PERCEPTUAL, 0);
     cmsPipeline* const pipeline = cmsPipelineAlloc(nullptr, 4, 3);
     cmsStage* const table = cmsStageAllocCLut16bit(nullptr, 9, 4, 3, nullptr);
     cmsStageSampleCLut16bit(

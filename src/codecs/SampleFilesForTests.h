@@ -48,14 +48,15 @@ struct PngOptions {
     Buffer icc;
     bool key = false;  ///< grey or RGB: the colour of the top left pixel becomes transparent
 };
-/// A palette picture (colour type 3) holds the alpha of its colours too; few colours only.
-[[nodiscard]] Buffer png(foundation::BitmapView straight, const PngOptions& options = {});
+/// Pixels are straight. A palette picture (colour type 3) holds the alpha of its colours too; few colours
+/// only.
+[[nodiscard]] Buffer png(foundation::BitmapView picture, const PngOptions& options = {});
 
 /// A chunk with its checksum, to be put into a PNG file right after its header.
 void insertChunk(Buffer& png, std::string_view type, Bytes contents);
 
 /// What libpng reads from the file: R,G,B,A turned to B,G,R,A, straight.
-[[nodiscard]] foundation::Bitmap readByLibpng(const Buffer& png);
+[[nodiscard]] foundation::Bitmap readByLibpng(const Buffer& file);
 
 struct TiffOptions {
     int bits = 8;
@@ -85,7 +86,7 @@ struct GifOptions {
     std::size_t commentBytes = 0;
 };
 /// A picture of at most 255 colours; pixels of alpha 0 become the transparent index.
-[[nodiscard]] Buffer gif(foundation::BitmapView straight, const GifOptions& options = {});
+[[nodiscard]] Buffer gif(foundation::BitmapView picture, const GifOptions& options = {});
 
 /// ICC profiles, made by lcms.
 [[nodiscard]] Buffer srgbProfile();

@@ -13,7 +13,7 @@ class TiffDecoder final : public FormatDecoder {
  public:
     using FormatDecoder::FormatDecoder;
 
-    [[nodiscard]] foundation::Result<cutengine::DecodedPicture> decode(Bytes file) const override;
+    [[nodiscard]] foundation::Result<cutengine::DecodedPicture> decode(Bytes bytes) const override;
     [[nodiscard]] foundation::Result<PictureFacts> facts(Bytes file) const override;
 };
 

@@ -42,7 +42,7 @@ BezierPath AnimatedGradientButton::layOut(const Rect& bounds) {
     const double width = bounds.width / motion::kBreathScale;
     const double height = bounds.height / motion::kBreathScale;
     const Rect box{(bounds.width - width) / 2, (bounds.height - height) / 2, width, height};
-    const BezierPath shape = BezierPath::roundedRectangle(box, metrics::kCornerRadius);
+    BezierPath shape = BezierPath::roundedRectangle(box, metrics::kCornerRadius);
     body().setFrame(bounds);
     body().mask = shape;
     bottomLayer_.setFrame({box.x, box.y, width, height / 2});

@@ -10,7 +10,6 @@
 namespace trimora::controls {
 
 using cutengine::BezierPath;
-using foundation::Rect;
 
 ControlLayer::~ControlLayer() {
     for (const auto& layer : sublayers_)

@@ -60,7 +60,7 @@ BezierPath PolukrugButton::layOut(const Rect& bounds) {
     const double radius = bounds.width / metrics::kHalfDiscShare;
     const AffineTransform turned =
         inverted_ ? AffineTransform{1, 0, 0, -1, 0, bounds.height} : AffineTransform{};
-    const BezierPath shape = halfDisc(centre, radius).transformed(turned);
+    BezierPath shape = halfDisc(centre, radius).transformed(turned);
 
     mainLayer_.setFrame(bounds);
     mainLayer_.mask = shape;

@@ -11,7 +11,6 @@ namespace trimora::cutengine {
 
 using foundation::Bitmap;
 using foundation::IntRect;
-using foundation::Pixel;
 using foundation::Point;
 using foundation::Rect;
 using foundation::Result;

@@ -16,7 +16,7 @@ using cutengine::Colour;
 using foundation::Point;
 
 std::optional<Colour> pictureColour(const cutengine::RKImageCutView& view, Point place) {
-    const cutengine::PicturePtr picture = view.image();
+    const cutengine::PicturePtr& picture = view.image();
     const auto toPicture = view.transform().inverted();
     const auto bitmap = picture == nullptr ? nullptr : picture->bestRepresentation();
     if (bitmap == nullptr || !toPicture)

@@ -15,6 +15,7 @@ namespace trimora::editor {
 /// What works on the editor screen, for the sources of ViewController alone.
 struct ViewController::Parts final : DragViewDelegate {
     Parts(ViewController& controller, EditorView& editorScreen);
+    virtual ~Parts() = default;
 
     /// Drops may land on a picture with work on it.
     void draggingFilesComplete_needsWait(const Files& urls, bool wait) override {

@@ -6,11 +6,9 @@
 
 namespace trimora::editor {
 
-using util::RuntimeObject;
-
 util::RuntimeClassPtr ViewController::makeClass() {
     static const util::RuntimeClassPtr record = [] {
-        const util::RuntimeClassPtr made = util::RuntimeClass::create("ViewController");
+        util::RuntimeClassPtr made = util::RuntimeClass::create("ViewController");
         // The first message makes the screen.
         const auto on = [&made](const char* selector, auto action) {
             made->overrideSelector(selector, [action](RuntimeObject& self, const std::any&) -> std::any {

@@ -52,7 +52,8 @@ bool isSideFolderOf(std::string_view name, std::string_view entry) {
     if (!entry.starts_with(name))
         return false;
     entry.remove_prefix(name.size());
-    return skipNumber(entry) && skipNumber(entry) && entry.empty();
+    const bool hasOne = skipNumber(entry);
+    return hasOne && skipNumber(entry) && entry.empty();
 }
 
 /// The side folders in `base`, whether the folder itself, its lock file or both are there.

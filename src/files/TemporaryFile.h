@@ -37,7 +37,7 @@ class TemporaryFile {
     /// A new empty file in the open folder. `mode` is cut by the process's file mask, as for any new
     /// file. On failure returns an error; nothing changed.
     [[nodiscard]] static foundation::Result<TemporaryFile> create(int folder, unsigned mode,
-                                                                  Name name = Name::whenWhole);
+                                                                  Name wanted = Name::whenWhole);
 
     /// Removes the hidden files of this kind in the open folder whose writers are gone, as far as that can
     /// be done; those of writers that still live stay.

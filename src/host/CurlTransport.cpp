@@ -89,7 +89,7 @@ class Transfer {
         add("Content-Type:");
         add("Expect:");
         for (const auto& [name, value] : request_.headers)
-            add(name + ": " + value);
+            add(std::string(name).append(": ").append(value));
         set(CURLOPT_HTTPHEADER, headers_.get());
     }
 

@@ -15,8 +15,8 @@ HttpsServer::HttpsServer() {
     }
     ::setenv("SSL_CERT_FILE", (folder_.path() / "authority.crt").c_str(), 1);
     ::setenv("no_proxy", "*", 1);
-    std::ofstream(folder_.path() / "ledger");
-    std::ofstream(folder_.path() / "script");
+    for (const char* const empty : {"ledger", "script"})
+        const std::ofstream made(folder_.path() / empty);
     int toServer[2];
     int fromServer[2];
     if (::pipe(toServer) != 0 || ::pipe(fromServer) != 0)

@@ -100,6 +100,7 @@ class NetlinkRef final : public ReachabilityRef {
 
 std::unique_ptr<ReachabilityRef> anybody() {
     std::vector<NetworkAddress> targets;
+    targets.reserve(std::size(kAnybody));
     for (const char* address : kAnybody)
         targets.push_back(*NetworkAddress::parse(address));
     return std::make_unique<NetlinkRef>(std::move(targets));

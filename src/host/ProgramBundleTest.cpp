@@ -54,7 +54,7 @@ TEST_F(ProgramBundleTest, ResourcesLieWhereTheyAreInstalledElseWhereTheyAreBuilt
     for (const auto& base : {executable.parent_path(), home.path()}) {
         const auto file = base / "share" / "trimora" / "TelemetrixModel.momd";
         std::filesystem::create_directories(file.parent_path());
-        std::ofstream{file};
+        const std::ofstream made(file);
         EXPECT_EQ(bundle.pathForResource("TelemetrixModel", "momd"), file);
     }
 }

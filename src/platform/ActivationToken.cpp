@@ -21,7 +21,7 @@ void keep(const std::string& token) {
 }
 
 std::string take() {
-    const std::string token = qgetenv(kToken).toStdString();
+    std::string token = qgetenv(kToken).toStdString();
     qunsetenv(kToken);
     return token;
 }

@@ -46,7 +46,7 @@ class QtTestEnvironment final : public ::testing::Environment {
     std::unique_ptr<QApplication> application_;
 };
 
-[[maybe_unused]] const auto* const registered = ::testing::AddGlobalTestEnvironment(new QtTestEnvironment);
+[[maybe_unused]] const auto* const kRegistered = ::testing::AddGlobalTestEnvironment(new QtTestEnvironment);
 
 }  // namespace
 }  // namespace trimora::util

@@ -28,7 +28,7 @@ class TXAnalyticsLocation final : public LocationDelegate {
  public:
     [[nodiscard]] static TXAnalyticsLocation& location();
 
-    ~TXAnalyticsLocation();
+    virtual ~TXAnalyticsLocation();
 
     [[nodiscard]] TXAnalyticsLocationInfo locationInfo() const;
 

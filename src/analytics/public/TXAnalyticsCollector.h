@@ -19,7 +19,7 @@ namespace trimora::analytics {
 class TXAnalyticsCollector {
  public:
     /// Who receives a copy of every call; null for nobody. The delegate must outlive its service.
-    static void setAnalyticsCollectorDelegate(TLAnalyticsCollectorDelegate* delegate);
+    static void setAnalyticsCollectorDelegate(TLAnalyticsCollectorDelegate* listener);
     [[nodiscard]] static TLAnalyticsCollectorDelegate* analyticsCollectorDelegate();
 
     // Events of the application: stored under the name given and a full stop.

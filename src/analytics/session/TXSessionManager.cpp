@@ -90,7 +90,7 @@ std::string TXSessionManager::currentSession() {
             return currentSession_;
         currentSession_ = makeSessionIdentifier();
     }
-    const std::string begun = knownCurrentSession();
+    std::string begun = knownCurrentSession();
     CrashCapture::setSession(begun);
     sessions().saveOrUpdateSSID(begun, SessionStatus::active);
     return begun;

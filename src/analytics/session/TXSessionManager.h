@@ -2,10 +2,10 @@
 
 #include <atomic>
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
-#include <set>
 #include <string>
 #include <variant>
 #include <vector>
@@ -129,6 +129,7 @@ class TXSessionManager {
     void endBackgroundSession();
     void retryLastSession(const std::string& session);
     void finishSending(const std::string& session, const std::optional<TelemetrixError>& error);
+    /// Whether its request was made no longer ago than an answer may take.
     [[nodiscard]] bool isUnderWay(const std::string& session) const;
     [[nodiscard]] NextRound roundAfter(const std::optional<TelemetrixError>& error) const;
     void scheduleRound(double seconds);
@@ -140,7 +141,8 @@ class TXSessionManager {
 
     mutable std::mutex mutex_;  // of the next two, and of request building
     bool isSendingDoneSessions_ = false;
-    std::set<std::string> underWay_;  // sessions whose requests wait for an answer
+    // Sessions whose requests wait for an answer, and since when on the clock that nobody sets.
+    std::map<std::string, double> underWay_;
 
     std::atomic<bool> isForceStopSessionInBackground_ = false;
     std::atomic<bool> isApplicationDidResignActive_ = false;

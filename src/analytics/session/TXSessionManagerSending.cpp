@@ -100,7 +100,7 @@ void TXSessionManager::createRequestWithSession(const std::string& session,
         if (auto* const ready = std::get_if<TXSessionRequest>(&built)) {
             request = std::move(*ready);
             sessions().saveOrUpdateSSID(session, SessionStatus::sending);
-            underWay_.insert(session);
+            underWay_[session] = wiring().clock.seconds();
         } else {
             error = std::get<TelemetrixError>(built);
         }
@@ -122,7 +122,8 @@ void TXSessionManager::finishSending(const std::string& session,
 
 bool TXSessionManager::isUnderWay(const std::string& session) const {
     const std::scoped_lock lock(mutex_);
-    return underWay_.contains(session);
+    const auto found = underWay_.find(session);
+    return found != underWay_.end() && wiring().clock.seconds() - found->second <= kSendingTimesOutAfter;
 }
 
 void TXSessionManager::startSendAllInactiveSessions() {

@@ -156,7 +156,7 @@ Result<std::vector<TXSSID>> ManagedObjectContext::allSessions(PropertyValues val
 }
 
 Result<void> ManagedObjectContext::save(TXSSID& session) {
-    if (session.row == 0)
+    if (session.row == 0) {
         return insertMakingRoom(session.row, [&](SqliteDatabase& database) {
             return database
                 .statement("INSERT INTO TXSSID (name, status, changeStatusTime, owner) VALUES (?, ?, ?, ?)")
@@ -166,6 +166,7 @@ Result<void> ManagedObjectContext::save(TXSSID& session) {
                 .bind(session.owner)
                 .run();
         });
+    }
     return coordinator_.write([&](SqliteDatabase& database) {
         return database
             .statement("UPDATE TXSSID SET name = ?, status = ?, changeStatusTime = ?, owner = ? WHERE id = ?")

@@ -141,9 +141,9 @@ class SpanComposer {
     }
 
     void mixed(Span span, const StretchedMask& mask) const {
-        if (pictureOpaque_ && backgroundHidden_)
+        if (pictureOpaque_ && backgroundHidden_) {
             each(span, [&](int x) { return coveredPixel(pixelAt(picture_, x), mask.coverageAt(x)); });
-        else if (pictureOpaque_ && backgroundOpaque_)
+        } else if (pictureOpaque_ && backgroundOpaque_) {
             each(span, [&](int x) {
                 const Pixel p = pixelAt(picture_, x);
                 const Pixel b = pixelAt(background_, x);
@@ -151,10 +151,11 @@ class SpanComposer {
                 return Pixel{mixedComponent(p.blue, c, b.blue), mixedComponent(p.green, c, b.green),
                              mixedComponent(p.red, c, b.red), 255};
             });
-        else
+        } else {
             each(span, [&](int x) {
                 return composedPixel(pixelAt(picture_, x), mask.coverageAt(x), pixelAt(background_, x));
             });
+        }
     }
 
  private:
