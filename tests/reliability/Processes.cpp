@@ -73,8 +73,11 @@ Ended inOwnProcess(const std::function<int()>& work, int cpuSeconds) {
         std::abort();
     std::fflush(nullptr);
     const pid_t child = ::fork();
-    if (child == 0)
+    if (child == 0) {
+        constexpr unsigned kStuckAfter = 300;  // seconds
+        ::alarm(kStuckAfter);
         run(work, cpuSeconds, pipe[1]);
+    }
     ::close(pipe[1]);
     Ended ended;
     if (::read(pipe[0], &ended.grownKibibytes, sizeof ended.grownKibibytes) <= 0)

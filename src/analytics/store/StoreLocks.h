@@ -48,7 +48,8 @@ class StoreLocks : public std::enable_shared_from_this<StoreLocks> {
 
     const files::FileDescriptor file_;
     const std::int64_t owner_;
-    std::mutex mutex_;
+    // Recursive: where memory for the token of holdSending() is refused, its end comes under the lock.
+    std::recursive_mutex mutex_;
     std::weak_ptr<void> sending_;
 };
 
