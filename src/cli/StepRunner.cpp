@@ -1,5 +1,6 @@
 #include "cli/StepRunner.h"
 
+#include <QCoreApplication>
 #include <QDropEvent>
 #include <QFile>
 #include <QKeyEvent>
