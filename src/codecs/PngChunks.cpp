@@ -55,11 +55,6 @@ void note(std::string_view type, Bytes contents, PngChunks& chunks) {
         chunks.isSrgb = true;
 }
 
-void noteData(Bytes contents, Bytes typeAndContents, std::uint32_t checksum, PngChunks& chunks) {
-    chunks.data.push_back(contents);
-    chunks.isDataDamaged |= libdeflate_crc32(0, typeAndContents.data(), typeAndContents.size()) != checksum;
-}
-
 /// Picture data whose end is missing: a head that gives the length that is there, so that the library
 /// reads it to the last byte before it learns that no more follows.
 void appendCutShort(Bytes data, PngChunks& chunks) {
@@ -101,7 +96,7 @@ Result<void> readPngChunks(Bytes file, PngChunks& chunks) {
         if (!whole)
             break;
         if (isData)
-            noteData(contents, part(file, at + 4, 4 + length), u32(file, at + kHeadBytes + length), chunks);
+            chunks.data.push_back(part(file, at + 4, 4 + length + kChecksumBytes));
         if (isData || type == "IHDR" || type == "PLTE" || type == "tRNS" || type == "IEND")
             append(chunks.picture, part(file, at, size));
         else

@@ -32,8 +32,7 @@ struct PngChunks {
     /// What the library is to read, in order. Where the file ends in the middle of picture data, that
     /// piece is described as being as long as it is.
     std::vector<Bytes> picture;
-    std::vector<Bytes> data;                 ///< contents of the whole IDAT chunks, without their checksums
-    bool isDataDamaged = false;              ///< one of their checksums is wrong
+    std::vector<Bytes> data;                 ///< the whole IDAT chunks: type, contents, checksum
     std::array<std::uint8_t, 8> lastHead{};  ///< rewritten length and type; `picture` points to it
 };
 

@@ -2,6 +2,7 @@
 
 #include <libdeflate.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -24,9 +25,21 @@ constexpr int kTrueColour = 2;
 constexpr int kTrueColourWithAlpha = 6;
 constexpr std::size_t kReadTooFar = 16;  // what unfilterRow() reads after the last row
 
+constexpr std::size_t kType = 4;      // bytes before a chunk's contents
+constexpr std::size_t kChecksum = 4;  // bytes after them
+
+Bytes contentsOf(Bytes chunk) {
+    return chunk.subspan(kType, chunk.size() - kType - kChecksum);
+}
+
+bool isIntact(Bytes chunk) {
+    const std::size_t checked = chunk.size() - kChecksum;
+    return libdeflate_crc32(0, chunk.data(), checked) == u32(chunk, checked);
+}
+
 std::optional<FilePixel> kindOf(const PngChunks& chunks) {
     const bool isUsual = chunks.bitDepth == 8 && !chunks.isInterlaced && !chunks.hasTransparency &&
-                         !chunks.isCutShort && !chunks.isDataDamaged;
+                         !chunks.isCutShort && std::all_of(chunks.data.begin(), chunks.data.end(), isIntact);
     if (isUsual && chunks.colourType == kTrueColour)
         return FilePixel::rgb;
     if (isUsual && chunks.colourType == kTrueColourWithAlpha)
@@ -34,14 +47,16 @@ std::optional<FilePixel> kindOf(const PngChunks& chunks) {
     return std::nullopt;
 }
 
-std::vector<std::uint8_t> joined(const std::vector<Bytes>& pieces) {
+std::vector<std::uint8_t> joinedContents(const std::vector<Bytes>& chunks) {
     std::size_t size = 0;
-    for (const Bytes& piece : pieces)
-        size += piece.size();
+    for (const Bytes& chunk : chunks)
+        size += contentsOf(chunk).size();
     std::vector<std::uint8_t> bytes;
     bytes.reserve(size);
-    for (const Bytes& piece : pieces)
-        bytes.insert(bytes.end(), piece.begin(), piece.end());
+    for (const Bytes& chunk : chunks) {
+        const Bytes contents = contentsOf(chunk);
+        bytes.insert(bytes.end(), contents.begin(), contents.end());
+    }
     return bytes;
 }
 
@@ -49,8 +64,9 @@ bool inflate(const PngChunks& chunks, std::uint8_t* to, std::size_t size) {
     const std::unique_ptr<libdeflate_decompressor, void (*)(libdeflate_decompressor*)> inflater(
         libdeflate_alloc_decompressor(), libdeflate_free_decompressor);
     const bool isOne = chunks.data.size() == 1;
-    const std::vector<std::uint8_t> several = isOne ? std::vector<std::uint8_t>() : joined(chunks.data);
-    const Bytes packed = isOne ? chunks.data.front() : Bytes(several);
+    const std::vector<std::uint8_t> several =
+        isOne ? std::vector<std::uint8_t>() : joinedContents(chunks.data);
+    const Bytes packed = isOne ? contentsOf(chunks.data.front()) : Bytes(several);
     return inflater != nullptr && libdeflate_zlib_decompress(inflater.get(), packed.data(), packed.size(), to,
                                                              size, nullptr) == LIBDEFLATE_SUCCESS;
 }
