@@ -1,9 +1,5 @@
 #include "analytics/event/TXEventBuilder.h"
 
-#include <algorithm>
-#include <cmath>
-#include <nlohmann/json.hpp>
-
 #include "analytics/Diagnostics.h"
 #include "analytics/Installation.h"
 #include "analytics/event/StandardEvents.h"
@@ -18,26 +14,10 @@ using foundation::Result;
 
 namespace {
 
-/// The writer would turn numbers that are not finite into null without a word.
-bool isCarriedByJson(const Dictionary& value) {
-    if (value.is_number_float())
-        return std::isfinite(value.get<double>());
-    if (value.is_structured())
-        return std::all_of(value.begin(), value.end(), isCarriedByJson);
-    return !value.is_binary() && !value.is_discarded();
-}
-
 Result<std::string> serialized(const Dictionary& object) {
-    if (!object.is_object())
+    if (!object.isObject())
         return Error{"it is not a dictionary"};
-    if (!isCarriedByJson(object))
-        return Error{
-            "it holds a value that is none of text, finite number, boolean, array, dictionary and null"};
-    try {
-        return object.dump();
-    } catch (const nlohmann::json::exception& failure) {
-        return Error{failure.what()};
-    }
+    return object.json();
 }
 
 }  // namespace
@@ -78,7 +58,7 @@ std::optional<std::string> TXEventBuilder::jsonStringForEvent(const std::string&
 }
 
 std::string TXEventBuilder::eventDataToString(const Dictionary& data) {
-    if (data.is_null() || (data.is_object() && data.empty()))
+    if (data.isNull() || (data.isObject() && data.isEmpty()))
         return "{}";
     const Result<std::string> text = serialized(data);
     if (text)
@@ -88,12 +68,8 @@ std::string TXEventBuilder::eventDataToString(const Dictionary& data) {
 }
 
 bool TXEventBuilder::removeEndTimedEventFromDictionary(Dictionary& data) {
-    const auto found = data.is_object() ? data.find(events::kEndTimedEventKey) : data.end();
-    if (found == data.end())
-        return false;
-    const bool ended = found->is_boolean() ? found->get<bool>() : found->is_number() && *found != 0;
-    data.erase(found);
-    return ended;
+    const auto taken = data.take(events::kEndTimedEventKey);
+    return taken && taken->boolean().value_or(taken->number().value_or(0) != 0);
 }
 
 }  // namespace trimora::analytics

@@ -41,7 +41,7 @@ TEST_F(TXEventBuilderTest, EndTimedEventLeavesTheDataAndBecomesAField) {
 TEST_F(TXEventBuilderTest, NumbersCountAsBooleansForEndTimedEvent) {
     Dictionary data = {{"end_timed_event", 1}};
     EXPECT_TRUE(TXEventBuilder::removeEndTimedEventFromDictionary(data));
-    EXPECT_TRUE(data.empty());
+    EXPECT_TRUE(data.isEmpty());
     EXPECT_FALSE(TXEventBuilder::removeEndTimedEventFromDictionary(data));
     data = {{"end_timed_event", "yes"}};
     EXPECT_FALSE(TXEventBuilder::removeEndTimedEventFromDictionary(data));
@@ -88,9 +88,8 @@ TEST_F(TXEventBuilderTest, DataThatJsonCannotCarryIsWarnedOfAndTheEventIsMade) {
     const std::vector<Dictionary> bad = {
         {{"k", "\xFF\xFE"}},
         {{"k", std::numeric_limits<double>::quiet_NaN()}},
-        {{"k", {1, {{"deep", std::numeric_limits<double>::infinity()}}}}},
-        {{"k", json::binary({1, 2})}},
-        json::array({1, 2}),
+        {{"k", Dictionary::array({1, {{"deep", std::numeric_limits<double>::infinity()}}})}},
+        Dictionary::array({1, 2}),
         "text",
     };
     for (const Dictionary& data : bad) {

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <ctime>
-#include <nlohmann/json.hpp>
 
 #include "analytics/Diagnostics.h"
 #include "analytics/Installation.h"

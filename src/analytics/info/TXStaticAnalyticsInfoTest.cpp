@@ -12,35 +12,35 @@ using ::testing::IsEmpty;
 class InfoTest : public TelemetrixTest {};
 
 TEST_F(InfoTest, AppInfoComesFromTheBundle) {
-    EXPECT_EQ(Info::appInfo(), (nlohmann::json{{"app_name", "Trimora"},
-                                               {"package", "org.trimora.Trimora"},
-                                               {"version", "12"},
-                                               {"platform", "osx"}}));
+    EXPECT_EQ(Info::appInfo(), (Dictionary{{"app_name", "Trimora"},
+                                           {"package", "org.trimora.Trimora"},
+                                           {"version", "12"},
+                                           {"platform", "osx"}}));
     bundle.info = {{"CFBundleName", "trimora"}, {"CFBundleShortVersionString", "1.2"}};
     EXPECT_EQ(
         Info::appInfo(),
-        (nlohmann::json{{"app_name", "trimora"}, {"package", ""}, {"version", "1.2"}, {"platform", "osx"}}));
+        (Dictionary{{"app_name", "trimora"}, {"package", ""}, {"version", "1.2"}, {"platform", "osx"}}));
     bundle.info.clear();
-    EXPECT_EQ(Info::appInfo()["version"], "");
+    EXPECT_EQ(*Info::appInfo().find("version"), "");
 }
 
 TEST_F(InfoTest, DeviceInfoHasEveryKey) {
     const std::string seconds = std::to_string(foundation::milliseconds(time.wallTime()) / 1000);
-    EXPECT_EQ(Info::deviceInfo(), (nlohmann::json{{"uniq_id", "device-id"},
-                                                  {"user_agent", "Trimora/1.2 (Linux)"},
-                                                  {"model", "Desk 1"},
-                                                  {"manufacture", "Apple Inc."},
-                                                  {"os", "MACOSX"},
-                                                  {"os_version", "12.0"},
-                                                  {"locale", "en-US"},
-                                                  {"timezone_offset", "+01:00"},
-                                                  {"timezone_id", "Europe/Paris"},
-                                                  {"system_time", seconds},
-                                                  {"carrier_name", ""},
-                                                  {"connection_type", 1},
-                                                  {"orientation", 2},
-                                                  {"type", 2},
-                                                  {"gaid", ""}}));
+    EXPECT_EQ(Info::deviceInfo(), (Dictionary{{"uniq_id", "device-id"},
+                                              {"user_agent", "Trimora/1.2 (Linux)"},
+                                              {"model", "Desk 1"},
+                                              {"manufacture", "Apple Inc."},
+                                              {"os", "MACOSX"},
+                                              {"os_version", "12.0"},
+                                              {"locale", "en-US"},
+                                              {"timezone_offset", "+01:00"},
+                                              {"timezone_id", "Europe/Paris"},
+                                              {"system_time", seconds},
+                                              {"carrier_name", ""},
+                                              {"connection_type", 1},
+                                              {"orientation", 2},
+                                              {"type", 2},
+                                              {"gaid", ""}}));
 }
 
 TEST_F(InfoTest, MissingSourcesHaveTheirStatedFallBacks) {
@@ -49,12 +49,12 @@ TEST_F(InfoTest, MissingSourcesHaveTheirStatedFallBacks) {
     device.version.reset();
     device.agent.reset();
     network.flags = 0;
-    const nlohmann::json info = Info::deviceInfo();
-    EXPECT_EQ(info["uniq_id"], "hackintosh");
-    EXPECT_EQ(info["model"], "Unknown Apple Computer Model");
-    EXPECT_EQ(info["os_version"], "");
-    EXPECT_EQ(info["user_agent"], "");
-    EXPECT_EQ(info["connection_type"], -1);
+    const Dictionary info = Info::deviceInfo();
+    EXPECT_EQ(*info.find("uniq_id"), "hackintosh");
+    EXPECT_EQ(*info.find("model"), "Unknown Apple Computer Model");
+    EXPECT_EQ(*info.find("os_version"), "");
+    EXPECT_EQ(*info.find("user_agent"), "");
+    EXPECT_EQ(*info.find("connection_type"), -1);
 }
 
 TEST_F(InfoTest, WhatNeverChangesIsAskedForOnce) {
@@ -67,7 +67,7 @@ TEST_F(InfoTest, WhatNeverChangesIsAskedForOnce) {
 
 TEST_F(InfoTest, AdvertisingIdentifierIsTheHostsWhereItHasOne) {
     device.advertising = "6D92078A-8246-4BA4-AE5B-76104861E7DC";
-    EXPECT_EQ(Info::deviceInfo()["gaid"], "6D92078A-8246-4BA4-AE5B-76104861E7DC");
+    EXPECT_EQ(*Info::deviceInfo().find("gaid"), "6D92078A-8246-4BA4-AE5B-76104861E7DC");
 }
 
 TEST_F(InfoTest, TimezoneOffsetKeepsItsQuirks) {
@@ -119,11 +119,11 @@ TEST_F(InfoTest, TellsPathAndKey) {
 }
 
 TEST_F(InfoTest, UnknownLocationIsSentAsNothing) {
-    EXPECT_EQ(Info::geoInfo(), (nlohmann::json{{"latitude", ""},
-                                               {"longitude", ""},
-                                               {"accuracy", ""},
-                                               {"country_code", ""},
-                                               {"country_name", ""}}));
+    EXPECT_EQ(Info::geoInfo(), (Dictionary{{"latitude", ""},
+                                           {"longitude", ""},
+                                           {"accuracy", ""},
+                                           {"country_code", ""},
+                                           {"country_name", ""}}));
 }
 
 TEST_F(InfoTest, LocationIsFollowedOnlyWherePermittedOrNotAsked) {
@@ -147,17 +147,17 @@ TEST_F(InfoTest, LocationIsFollowedOnlyWherePermittedOrNotAsked) {
 TEST_F(InfoTest, LastLocationIsSentWithItsCountry) {
     TXAnalyticsLocation::location().startMonitoring();
     location.delegate->locationManager_didUpdateLocations({{1, 2, 3, 4, 5}, {48.5, -2.25, 65, 10, 0}});
-    EXPECT_EQ(Info::geoInfo(), (nlohmann::json{{"latitude", "48.500000"},
-                                               {"longitude", "-2.250000"},
-                                               {"accuracy", "65.000000"},
-                                               {"country_code", "FR"},
-                                               {"country_name", "France"}}));
+    EXPECT_EQ(Info::geoInfo(), (Dictionary{{"latitude", "48.500000"},
+                                           {"longitude", "-2.250000"},
+                                           {"accuracy", "65.000000"},
+                                           {"country_code", "FR"},
+                                           {"country_name", "France"}}));
     EXPECT_EQ(TXAnalyticsLocation::location().locationInfo().description(),
               "self.latitude=48.500000 self.longitude=-2.250000 self.horizontalAccuracy=65.000000 "
               "self.verticalAccuracy=10.000000 self.altitude= self.countryCode=FR self.countryName=France");
     location.delegate->locationManager_didUpdateLocations({{0, 1, 0, 0, 0}});
     EXPECT_EQ(location.geocoded, 1);
-    EXPECT_EQ(Info::geoInfo()["latitude"], "");
+    EXPECT_EQ(*Info::geoInfo().find("latitude"), "");
 }
 
 TEST_F(InfoTest, CountryIsAskedForAgainUntilItIsKnown) {
@@ -173,9 +173,9 @@ TEST_F(InfoTest, CountryIsAskedForAgainUntilItIsKnown) {
     EXPECT_EQ(location.geocoded, 4);
     location.delegate->locationManager_didUpdateLocations({});
     location.delegate->locationManager_didFailWithError(foundation::Error{"lost"});
-    EXPECT_EQ(Info::geoInfo()["latitude"], "1.000000");
-    EXPECT_EQ(Info::geoInfo()["country_code"], "XX");
-    EXPECT_EQ(Info::geoInfo()["country_name"], "");
+    EXPECT_EQ(*Info::geoInfo().find("latitude"), "1.000000");
+    EXPECT_EQ(*Info::geoInfo().find("country_code"), "XX");
+    EXPECT_EQ(*Info::geoInfo().find("country_name"), "");
 }
 
 }  // namespace

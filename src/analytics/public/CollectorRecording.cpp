@@ -1,6 +1,5 @@
 #include "analytics/public/CollectorRecording.h"
 
-#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "analytics/event/TXEventBuilder.h"

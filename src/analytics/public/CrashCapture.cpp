@@ -10,13 +10,13 @@
 #include <cstdlib>
 #include <exception>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <string_view>
 #include <typeinfo>
 #include <utility>
 
 #include "analytics/Diagnostics.h"
 #include "analytics/Installation.h"
+#include "analytics/event/Dictionary.h"
 #include "analytics/info/UserDefaults.h"
 #include "analytics/public/CrashRecord.h"
 #include "analytics/public/FatalSignals.h"
@@ -39,9 +39,10 @@ std::unique_ptr<Installed> current;
 
 void storeCrashes(const CrashCapture::Crashes& crashes) {
     // What a dying process says need not be UTF-8.
-    const std::string text =
-        nlohmann::json(crashes).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
-    wiring().userDefaults.setObject(kCrashLogKey, text);
+    Dictionary entries = Dictionary::object();
+    for (const auto& [session, text] : crashes)
+        entries.set(session, text);
+    wiring().userDefaults.setObject(kCrashLogKey, entries.jsonOrMarks());
     wiring().userDefaults.synchronize();
 }
 
@@ -164,13 +165,13 @@ void CrashCapture::setSession(const std::string& session) {
 CrashCapture::Crashes CrashCapture::pendingCrashes() {
     const auto text = wiring().userDefaults.objectForKey(kCrashLogKey);
     Crashes crashes;
-    const auto entries = nlohmann::json::parse(text.value_or("{}"), nullptr, false);
-    if (!entries.is_object())
+    const auto entries = Dictionary::parse(text.value_or("{}"));
+    if (!entries)
         return crashes;
-    for (const auto& [session, crash] : entries.items()) {
-        if (crash.is_string())
-            crashes.emplace(session, crash.get<std::string>());
-    }
+    entries->forEach([&](const std::string& session, const Dictionary& crash) {
+        if (crash.text() != nullptr)
+            crashes.emplace(session, *crash.text());
+    });
     return crashes;
 }
 

@@ -1,7 +1,5 @@
 #include "analytics/public/TLEventCollector.h"
 
-#include <nlohmann/json.hpp>
-
 #include "analytics/public/TLAnalyticsCollector.h"
 #include "analytics/public/TXAnalyticsCollector.h"
 
@@ -42,8 +40,8 @@ void TLEventCollector::gameOverWithMode(const std::string& mode) {
 
 void TLEventCollector::custom(const Dictionary& data) {
     std::string name = "custom.";
-    if (data.is_object() && data.contains("custom") && data["custom"].is_string())
-        name += data["custom"].get<std::string>();
+    if (const Dictionary* const given = data.find("custom"); given != nullptr && given->text() != nullptr)
+        name += *given->text();
     TXAnalyticsCollector::customEvent(name, data);
 }
 

@@ -2,7 +2,6 @@
 
 #include <atomic>
 #include <initializer_list>
-#include <nlohmann/json.hpp>
 #include <string_view>
 #include <utility>
 
@@ -44,13 +43,12 @@ bool recordGameEvent(std::string_view word, std::initializer_list<std::string_vi
 }
 
 Dictionary mutableCopy(const Dictionary& data) {
-    return data.is_null() ? Dictionary::object() : data;
+    return data.isNull() ? Dictionary::object() : data;
 }
 
 /// The copy with one entry set. What is no dictionary is left as it is, for the builder to complain of.
 Dictionary with(Dictionary data, std::string_view key, const Dictionary& value) {
-    if (data.is_object())
-        data[std::string(key)] = value;
+    data.set(key, value);
     return data;
 }
 

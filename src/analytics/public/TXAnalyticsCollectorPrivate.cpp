@@ -1,7 +1,6 @@
 #include <cinttypes>
 #include <cmath>
 #include <mutex>
-#include <nlohmann/json.hpp>
 #include <vector>
 
 #include "analytics/Diagnostics.h"
@@ -66,13 +65,13 @@ std::int64_t timeOn(const std::string& session, ManagedObjectContext& context) {
 bool isSessionEnd(const TXEvent& event) {
     if (!event.ssid || !event.body)
         return false;
-    const auto body = nlohmann::json::parse(*event.body, nullptr, false);
-    if (!body.is_object()) {
+    const auto body = Dictionary::parse(*event.body);
+    if (!body || !body->isObject()) {
         debugWarning("event body isn't a valid json format " + *event.body);
         return false;
     }
-    const auto name = body.find("event");
-    return name != body.end() && *name == events::kSessionEnd;
+    const Dictionary* const name = body->find("event");
+    return name != nullptr && *name == Dictionary(events::kSessionEnd);
 }
 
 /// The session's "session_end" events among all of its events.

@@ -1,7 +1,6 @@
 #include "analytics/public/Telemetrix.h"
 
 #include <mutex>
-#include <nlohmann/json.hpp>
 #include <utility>
 
 #include "analytics/Diagnostics.h"

@@ -1,5 +1,4 @@
 #include <exception>
-#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
 
@@ -45,8 +44,8 @@ void guardedWithTexts(const Work& work, const Texts*... texts) noexcept {
 std::optional<Dictionary> dictionaryFrom(const char* json) {
     if (json == nullptr)
         return Dictionary(nullptr);
-    Dictionary parsed = Dictionary::parse(json, nullptr, false);
-    if (parsed.is_object())
+    auto parsed = Dictionary::parse(json);
+    if (parsed && parsed->isObject())
         return parsed;
     debugWarning("data is no JSON object", "telemetrix_bridge");
     return std::nullopt;
@@ -64,11 +63,8 @@ void telemetrix_custom_event(const char* json) {
         if (!data)
             return;
         std::optional<std::string> name;
-        if (const auto entry = data->find("custom_event_name"); entry != data->end()) {
-            if (entry->is_string())
-                name = entry->get<std::string>();
-            data->erase(entry);
-        }
+        if (const auto entry = data->take("custom_event_name"); entry && entry->text() != nullptr)
+            name = *entry->text();
         TXAnalyticsCollector::customEvent(name, *data);
     });
 }

@@ -22,14 +22,14 @@ class RecordingDelegate final : public TLAnalyticsCollectorDelegate {
  public:
     void logEvent(const std::string& name) override { note("logEvent", name); }
     void logEvent_withParameters(const std::string& name, const Dictionary& p) override {
-        note("logEvent:withParameters", name + p.dump());
+        note("logEvent:withParameters", name + p.json().value());
     }
     void logTimedEvent(const std::string& name) override { note("logTimedEvent", name); }
     void logTimedEvent_withParameters(const std::string& name, const Dictionary& p) override {
-        note("logTimedEvent:withParameters", name + p.dump());
+        note("logTimedEvent:withParameters", name + p.json().value());
     }
     void endTimedEvent(const std::string& name) override { note("endTimedEvent", name); }
-    void custom(const Dictionary& data) override { note("custom", data.dump()); }
+    void custom(const Dictionary& data) override { note("custom", data.json().value()); }
     void appInstall() override { note("appInstall"); }
     void appStart() override { note("appStart"); }
     void appInfo() override { note("appInfo"); }

@@ -4,10 +4,10 @@
 #include <cmath>
 #include <cstdint>
 #include <ctime>
-#include <nlohmann/json.hpp>
 #include <ostream>
 
 #include "analytics/Diagnostics.h"
+#include "analytics/event/Dictionary.h"
 #include "analytics/session/TXSessionRequestBuilder.h"
 
 namespace trimora::analytics {
@@ -47,15 +47,23 @@ Result<std::vector<TXEvent>> eventsOf(ManagedObjectContext& store, const std::st
     return store.eventsOfSession(session, PropertyValues::fetched);
 }
 
+std::string textOf(const Dictionary& body, std::string_view name) {
+    const Dictionary* const member = body.find(name);
+    return member != nullptr && member->text() != nullptr ? *member->text() : "";
+}
+
 std::string eventLine(const std::string& text) {
-    const auto body = nlohmann::json::parse(text, nullptr, false);
-    if (!body.is_object() || !body.contains("timestamp") || !body["timestamp"].is_number_integer())
+    const auto body = Dictionary::parse(text);
+    const Dictionary* const timestamp = body ? body->find("timestamp") : nullptr;
+    const auto moment = timestamp != nullptr ? timestamp->integer() : std::nullopt;
+    if (!moment)
         return text;
-    const auto milliseconds = body["timestamp"].get<std::int64_t>();
+    const std::int64_t milliseconds = *moment;
     std::string line = utc(static_cast<double>(milliseconds) / 1000) +
-                       formatted(".%03" PRId64 "  ", milliseconds % 1000) + body.value("event", "") + "  " +
-                       body.value("data", "");
-    if (body.value("end_timed_event", false))
+                       formatted(".%03" PRId64 "  ", milliseconds % 1000) + textOf(*body, "event") + "  " +
+                       textOf(*body, "data");
+    const Dictionary* const end = body->find("end_timed_event");
+    if (end != nullptr && end->boolean().value_or(false))
         line += "  (end)";
     return line;
 }
