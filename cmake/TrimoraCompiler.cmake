@@ -32,6 +32,8 @@ if(TRIMORA_SANITIZE)
   target_compile_options(trimora_compiler INTERFACE -O1
     -fsanitize=${TRIMORA_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
   target_link_options(trimora_compiler INTERFACE -fsanitize=${TRIMORA_SANITIZE})
+  # For tests of what the sanitizers do otherwise: memory, stacks, fatal signals.
+  target_compile_definitions(trimora_compiler INTERFACE TRIMORA_SANITIZED)
 endif()
 if(TRIMORA_COVERAGE)
   target_compile_options(trimora_compiler INTERFACE --coverage -fprofile-update=atomic)
