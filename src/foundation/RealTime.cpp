@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "foundation/SignalStack.h"
 #include "foundation/TimerList.h"
 
 namespace trimora::foundation {
@@ -57,6 +58,7 @@ std::unique_ptr<Timer> RealScheduler::add(double seconds, double interval, TaskQ
 }
 
 void RealScheduler::work() {
+    const SignalStack stack;
     pthread_setname_np(pthread_self(), "timers");
     std::unique_lock lock(mutex_);
     while (!closing_) {

@@ -6,6 +6,8 @@
 #include <memory>
 #include <utility>
 
+#include "foundation/SignalStack.h"
+
 namespace trimora::foundation {
 namespace {
 
@@ -46,6 +48,7 @@ ThreadQueue::~ThreadQueue() {
 }
 
 void ThreadQueue::work() {
+    const SignalStack stack;
     nameThisThread(label_);
     serve(mutex_, wake_, tasks_, closing_);
 }
@@ -96,6 +99,7 @@ ThreadPoolQueue::~ThreadPoolQueue() {
 }
 
 void ThreadPoolQueue::work() {
+    const SignalStack stack;
     nameThisThread(label_);
     serve(mutex_, wake_, tasks_, closing_);
 }

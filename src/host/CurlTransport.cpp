@@ -11,6 +11,8 @@
 #include <thread>
 #include <utility>
 
+#include "foundation/SignalStack.h"
+
 namespace trimora::host {
 
 using analytics::HttpRequest;
@@ -139,6 +141,7 @@ class CurlTransport::Worker {
 
  private:
     void work() {
+        const foundation::SignalStack stack;
         pthread_setname_np(pthread_self(), "telemetrix.http");
         while (!isClosing()) {
             begin(takeArrived());

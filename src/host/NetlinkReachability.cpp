@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "files/FileDescriptor.h"
+#include "foundation/SignalStack.h"
 #include "host/NetlinkRoute.h"
 
 namespace trimora::host {
@@ -71,6 +72,7 @@ class NetlinkRef final : public ReachabilityRef {
     }
 
     void watch(foundation::TaskQueue& queue, std::optional<std::uint32_t> before) {
+        const foundation::SignalStack stack;
         ::pthread_setname_np(::pthread_self(), "reachability");
         std::array<pollfd, 2> waiting = {pollfd{changes_.number(), POLLIN, 0},
                                          pollfd{stopping_.number(), POLLIN, 0}};
