@@ -6,13 +6,16 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
+#include <cctype>
 #include <cstdlib>
 #include <exception>
 #include <memory>
 #include <string_view>
 #include <typeinfo>
 #include <utility>
+#include <vector>
 
 #include "analytics/Diagnostics.h"
 #include "analytics/Installation.h"
@@ -21,6 +24,7 @@
 #include "analytics/public/CrashRecord.h"
 #include "analytics/public/FatalSignals.h"
 #include "files/FileDescriptor.h"
+#include "files/FolderEntries.h"
 #include "files/RegularFile.h"
 
 namespace trimora::analytics {
@@ -69,6 +73,38 @@ std::string describeException() {
     }
 }
 
+bool isPartOfName(char c) {
+    return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_' || c == '-' || c == '.';
+}
+
+/// With a mark in place of every path, up to the end of its line, as nobody can tell where a path ends, and
+/// of the names of the person and the machine.
+std::string withoutNames(std::string text) {
+    constexpr std::string_view kMark = "...";
+    for (std::size_t slash = text.find('/'); slash != std::string::npos; slash = text.find('/', slash)) {
+        std::size_t begin = slash;
+        while (begin > 0 && isPartOfName(text[begin - 1]))
+            --begin;
+        text.replace(begin, std::min(text.find('\n', slash), text.size()) - begin, kMark);
+        slash = begin + kMark.size();
+    }
+    char host[256] = {};
+    ::gethostname(host, sizeof host - 1);
+    for (const char* const name : std::array<const char*, 3>{::getenv("USER"), ::getenv("LOGNAME"), host}) {
+        const std::string_view hidden = name != nullptr ? name : "";
+        for (std::size_t at = text.find(hidden); !hidden.empty() && at != std::string::npos;
+             at = text.find(hidden, at)) {
+            const bool isWhole =
+                (at == 0 || !isPartOfName(text[at - 1])) &&
+                (at + hidden.size() == text.size() || !isPartOfName(text[at + hidden.size()]));
+            if (isWhole)
+                text.replace(at, hidden.size(), kMark);
+            at += isWhole ? kMark.size() : hidden.size();
+        }
+    }
+    return text;
+}
+
 /// Without the folders in which the program lies: they may bear a person's name.
 std::string_view withoutFolders(std::string_view symbol) {
     const std::size_t slash = symbol.substr(0, symbol.find('(')).rfind('/');
@@ -86,10 +122,14 @@ std::string callStackSymbols() {
     return text;
 }
 
+/// The abort at its end leaves a record of its own, which the next start takes only where this one could not
+/// be stored: memory may be missing or in disorder, and a lock that is needed may be held for ever.
 [[noreturn]] void handleUncaughtException() {
-    FatalSignals::silence();
+    FatalSignals::endWithin(1);
     const std::terminate_handler before = current ? current->terminateBefore : nullptr;
-    storeCrashes({{FatalSignals::session(), describeException() + callStackSymbols()}});
+    CrashCapture::Crashes crashes = CrashCapture::pendingCrashes();
+    crashes.insert_or_assign(FatalSignals::session(), withoutNames(describeException()) + callStackSymbols());
+    storeCrashes(crashes);
     if (before != nullptr)
         before();
     std::abort();
@@ -100,31 +140,37 @@ bool isLeftBehind(const files::FileDescriptor& file) {
     return ::flock(file.number(), LOCK_EX | LOCK_NB) == 0;
 }
 
-void collect(const std::filesystem::path& path, CrashCapture::Crashes& crashes) {
+void collect(const std::filesystem::path& path, CrashCapture::Crashes& crashes,
+             std::vector<std::filesystem::path>& collected) {
     const auto file = files::openRegularFileAt(AT_FDCWD, path.c_str(), files::Links::refuse);
     if (!file || !isLeftBehind(*file))
         return;
+    collected.push_back(path);
     if (const auto bytes = files::readAll(*file, kLargestRecord)) {
         const auto view = bytes->view();
         const std::string written(view.begin(), view.end());
         if (const auto record = CrashRecord::parse(written))
             crashes.emplace(record->session, record->text);
     }
-    ::unlink(path.c_str());
 }
 
 void collectLeftBehind(const std::filesystem::path& folder) {
     CrashCapture::Crashes crashes = CrashCapture::pendingCrashes();
     const std::size_t known = crashes.size();
-    std::error_code failure;
-    for (std::filesystem::directory_iterator entry(folder, failure), end; entry != end;
-         entry.increment(failure)) {
-        const std::string name = entry->path().filename();
+    std::vector<std::filesystem::path> collected;
+    // Not by the standard library's iterators, which end the program where there is no memory.
+    const files::FileDescriptor opened = files::openAt(AT_FDCWD, folder.c_str(), O_RDONLY | O_DIRECTORY);
+    const auto names = files::folderEntries(opened.number());
+    if (!names)
+        return;
+    for (const std::string& name : *names) {
         if (name.starts_with("telemetrix-") && name.ends_with(".crash"))
-            collect(entry->path(), crashes);
+            collect(folder / name, crashes, collected);
     }
     if (crashes.size() > known)
         storeCrashes(crashes);
+    for (const auto& path : collected)
+        ::unlink(path.c_str());
 }
 
 }  // namespace

@@ -13,7 +13,11 @@ namespace trimora::analytics {
 /// SIGILL, SIGABRT, SIGTRAP, SIGSYS) is written as bare numbers to a file that was opened beforehand
 /// ("telemetrix-<process id>.crash" beside the store), by async-signal-safe calls alone and, on the
 /// thread that called install(), on a stack of its own. A later process turns such files into entries of
-/// "kTLCrashLogKey". Either way the process then dies as it would have without this class.
+/// "kTLCrashLogKey". Either way the process then dies as it would have without this class, a second later at
+/// the latest.
+///
+/// A text names no folder, person or machine: paths in what an exception says are marked out, and of the
+/// files that code lies in only the names are kept.
 ///
 /// One for the process. install() and uninstall() belong to the main thread; install() costs
 /// microseconds, and what touches the disk is in prepareRecord().

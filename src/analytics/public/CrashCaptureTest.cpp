@@ -160,6 +160,29 @@ TEST_F(CrashCaptureTest, UncaughtExceptionIsRecordedInItsSessionByTheNextStart) 
     EXPECT_THAT(stackTracesAfterRestart(), SizeIs(1));  // not a second time
 }
 
+TEST_F(CrashCaptureTest, WhatAnExceptionSaysIsKeptWithoutPathsAndNames) {
+    ::setenv("USER", "ann", 1);
+    childStatus([] {
+        withoutCatching([] {
+            throw std::runtime_error(
+                "cannot open [/people/ann/my cat.png] of ann\nann's plan: Pictures/cat.png, no");
+        });
+    });
+    ::unsetenv("USER");
+    EXPECT_THAT(stackTracesAfterRestart().at(0),
+                StartsWith("std::runtime_error: cannot open [...\n...'s plan: ...\n0 "));
+}
+
+TEST_F(CrashCaptureTest, CrashThatIsInItsSessionIsNotRecordedAgain) {
+    install();
+    defaults.values["kTLCrashLogKey"] = R"({"A":"trace"})";
+    start();
+    defaults.values["kTLCrashLogKey"] = R"({"A":"trace"})";  // as where a process ended before it forgot
+    TXAnalyticsCollector::subscribeToCrash();
+    settle();
+    EXPECT_THAT(bodies("A"), SizeIs(1));
+}
+
 TEST_F(CrashCaptureTest, ExceptionsOfAnyTypeAreNamed) {
     childStatus([] { withoutCatching([] { throw 42; }); });
     EXPECT_THAT(stackTracesAfterRestart().at(0), StartsWith("int\n0 "));
@@ -222,6 +245,35 @@ TEST_F(CrashCaptureTest, OverflowOfTheStackIsRecordedToo) {
     });
     EXPECT_EQ(WTERMSIG(status), SIGSEGV);
     EXPECT_THAT(stackTracesAfterRestart(), SizeIs(1));
+}
+
+/// User defaults that somebody holds for ever from a moment on.
+class StuckUserDefaults final : public UserDefaults {
+ public:
+    [[nodiscard]] std::optional<std::string> objectForKey(std::string_view /*key*/) const override {
+        while (isStuck)
+            ::pause();
+        return std::nullopt;
+    }
+    void setObject(std::string_view /*key*/, std::string_view /*value*/) override {}
+    void removeObjectForKey(std::string_view /*key*/) override {}
+    void synchronize() override {}
+    bool isStuck = false;
+};
+
+TEST_F(CrashCaptureTest, ExceptionThatCannotBeStoredIsRecordedByTheAbortThatFollows) {
+    StuckUserDefaults stuck;
+    const int status = childStatus([&] {
+        quit();
+        installWith(stuck);
+        Telemetrix::startSession();
+        settle();
+        std::ofstream(home.path() / "session") << manager().currentSession();
+        stuck.isStuck = true;
+        withoutCatching([] { throw 42; });
+    });
+    EXPECT_EQ(WTERMSIG(status), SIGABRT);
+    EXPECT_THAT(stackTracesAfterRestart().at(0), StartsWith("SIGABRT (code 0,"));
 }
 
 TEST_F(CrashCaptureTest, CrashOfAnotherThreadIsRecorded) {

@@ -1,6 +1,8 @@
 #include "analytics/public/FatalSignals.h"
 
 #include <fcntl.h>
+#include <poll.h>
+#include <pthread.h>
 #include <sys/uio.h>
 #include <ucontext.h>
 #include <unistd.h>
@@ -25,7 +27,10 @@ constexpr std::size_t kStackSize = 64 * 1024;
 constexpr std::size_t kSessionSize = 64;
 constexpr int kMostFrames = 64;
 
-std::atomic<int> recordFile = -1;
+// Where the record goes, or one of these.
+constexpr int kNoRecord = -1;
+constexpr int kBeingWritten = -2;
+std::atomic<int> recordFile = kNoRecord;
 std::array<struct sigaction, kSignals.size()> before;
 alignas(16) std::array<char, kStackSize> handlerStack;
 
@@ -109,19 +114,53 @@ void writeFrames(int file, Frame frame) {
     }
 }
 
-void copyMemoryMap(int file) {
-    writeText(file, "maps\n");
-    const int maps = ::open("/proc/self/maps", O_RDONLY | O_CLOEXEC);
-    if (maps < 0)
-        return;
-    char part[1024];
-    for (ssize_t size = 1; size > 0;) {
-        size = ::read(maps, part, sizeof part);
-        if (size > 0)
-            writeBytes(file, part, static_cast<std::size_t>(size));
+/// Where code lies in memory, by the map's own lines, but with the names of files alone: their folders may
+/// bear a person's name.
+class MemoryMap {
+ public:
+    void copyTo(int file) {
+        writeText(file, "maps\n");
+        const int maps = ::open("/proc/self/maps", O_RDONLY | O_CLOEXEC);
+        if (maps < 0)
+            return;
+        char part[1024];
+        for (ssize_t size = 1; size > 0;) {
+            size = ::read(maps, part, sizeof part);
+            for (ssize_t i = 0; i < size; ++i)
+                take(file, part[i]);
+        }
+        ::close(maps);
     }
-    ::close(maps);
-}
+
+ private:
+    void take(int file, char next) {
+        if (next == '/') {
+            path_ = path_ == 0 ? length_ : path_;
+            length_ = path_;
+        } else if (next != '\n') {
+            if (length_ < line_.size())
+                line_[length_++] = next;
+        } else {
+            finish(file);
+        }
+    }
+    /// "begin-end permissions offset device inode    file"
+    void finish(int file) {
+        const char* const begin = line_.data();
+        const char* const end = begin + length_;
+        const char* const permissions = std::find(begin, end, ' ');
+        if (end - permissions > 3 && permissions[3] == 'x') {
+            writeBytes(file, line_.data(), length_);
+            writeText(file, "\n");
+        }
+        length_ = 0;
+        path_ = 0;
+    }
+
+    std::array<char, 512> line_ = {};
+    std::size_t length_ = 0;
+    std::size_t path_ = 0;  // where the file begins in the line; 0 before it does
+};
 
 void giveBack(int number) {
     const auto place = std::find(kSignals.begin(), kSignals.end(), number);
@@ -131,20 +170,42 @@ void giveBack(int number) {
     ::sigaction(number, &previous, nullptr);
 }
 
-void recordCrash(int number, siginfo_t* info, void* context) {
-    // Only the first of several threads that crash at a time writes.
-    if (const int file = recordFile.exchange(-1); file >= 0) {
-        writeLine(file, "session", sessionTexts[static_cast<std::size_t>(sessionInUse.load())].data());
-        writeLine(file, "signal", static_cast<std::uint64_t>(number), 10);
-        writeLine(file, "code", static_cast<std::uint64_t>(std::max(info->si_code, 0)), 10);
-        writeLine(file, "address", reinterpret_cast<std::uintptr_t>(info->si_addr), 16);
-        writeFrames(file, interruptedFrame(context));
-        copyMemoryMap(file);
+/// The file to write to, for the first of several threads that crash at a time; nothing for the others.
+int takeRecordFile() {
+    int file = recordFile.load();
+    while (file >= 0 && !recordFile.compare_exchange_weak(file, kBeingWritten)) {
     }
-    // What the processor raised is raised again when the interrupted code goes on; what a process sent
-    // is sent again, to be delivered when this handler returns.
+    return file;
+}
+
+/// A thread that crashes meanwhile would take the process with it, and the half of the record that is
+/// missing.
+void letOtherThreadFinish() {
+    constexpr int kMilliseconds = 10;
+    for (int waits = 100; waits > 0 && recordFile == kBeingWritten; --waits)
+        ::poll(nullptr, 0, kMilliseconds);
+}
+
+void writeRecord(int file, int number, const siginfo_t& info, const void* context) {
+    writeLine(file, "session", sessionTexts[static_cast<std::size_t>(sessionInUse.load())].data());
+    writeLine(file, "signal", static_cast<std::uint64_t>(number), 10);
+    writeLine(file, "code", static_cast<std::uint64_t>(std::max(info.si_code, 0)), 10);
+    writeLine(file, "address", reinterpret_cast<std::uintptr_t>(info.si_addr), 16);
+    writeFrames(file, interruptedFrame(context));
+    MemoryMap().copyTo(file);
+}
+
+void recordCrash(int number, siginfo_t* info, void* context) {
+    if (const int file = takeRecordFile(); file >= 0) {
+        writeRecord(file, number, *info, context);
+        recordFile = kNoRecord;
+    } else {
+        letOtherThreadFinish();
+    }
+    // A fault is raised again when the interrupted code goes on; what a process sent, and what the processor
+    // raises behind the code, is sent again, to be delivered when this handler returns.
     giveBack(number);
-    if (info->si_code <= 0)
+    if (info->si_code <= 0 || number == SIGTRAP || number == SIGSYS)
         ::raise(number);
 }
 
@@ -161,7 +222,10 @@ void FatalSignals::handle() {
     struct sigaction action = {};
     action.sa_sigaction = recordCrash;
     action.sa_flags = SA_SIGINFO | SA_ONSTACK;
+    // A crash within the handler ends the process there and then.
     ::sigemptyset(&action.sa_mask);
+    for (const int number : kSignals)
+        ::sigaddset(&action.sa_mask, number);
     for (std::size_t i = 0; i < kSignals.size(); ++i)
         ::sigaction(kSignals[i], &action, &before[i]);
 }
@@ -171,7 +235,7 @@ void FatalSignals::writeTo(int file) {
 }
 
 void FatalSignals::release() {
-    recordFile = -1;
+    recordFile = kNoRecord;
     for (std::size_t i = 0; i < kSignals.size(); ++i)
         ::sigaction(kSignals[i], &before[i], nullptr);
 }
@@ -190,8 +254,16 @@ std::string FatalSignals::session() {
     return sessionTexts[static_cast<std::size_t>(sessionInUse.load())].data();
 }
 
-void FatalSignals::silence() {
-    recordFile = -1;
+void FatalSignals::endWithin(unsigned seconds) {
+    struct sigaction action = {};
+    action.sa_handler = [](int) { ::raise(SIGABRT); };
+    ::sigemptyset(&action.sa_mask);
+    ::sigaction(SIGALRM, &action, nullptr);
+    sigset_t alarm;
+    ::sigemptyset(&alarm);
+    ::sigaddset(&alarm, SIGALRM);
+    ::pthread_sigmask(SIG_UNBLOCK, &alarm, nullptr);
+    ::alarm(seconds);
 }
 
 }  // namespace trimora::analytics

@@ -22,8 +22,9 @@ class FatalSignals {
     static void setSession(const std::string& session);
     [[nodiscard]] static std::string session();
 
-    /// From here on nothing is written: the crash was told in another way.
-    static void silence();
+    /// The process, which is coming to its end, aborts unless it ends by itself within that time. Nothing
+    /// takes this back.
+    static void endWithin(unsigned seconds);
 };
 
 }  // namespace trimora::analytics

@@ -1,6 +1,9 @@
+#include <algorithm>
 #include <cinttypes>
 #include <cmath>
 #include <mutex>
+#include <optional>
+#include <string_view>
 #include <vector>
 
 #include "analytics/Diagnostics.h"
@@ -62,16 +65,22 @@ std::int64_t timeOn(const std::string& session, ManagedObjectContext& context) {
                                      first->changeStatusTime);
 }
 
+/// Whether the text is that of an event of this name; nothing where it is no event's.
+std::optional<bool> isOfEvent(std::string_view name, const std::string& text) {
+    const auto body = Dictionary::parse(text);
+    if (!body || !body->isObject())
+        return std::nullopt;
+    const Dictionary* const stored = body->find("event");
+    return stored != nullptr && *stored == Dictionary(name);
+}
+
 bool isSessionEnd(const TXEvent& event) {
     if (!event.ssid || !event.body)
         return false;
-    const auto body = Dictionary::parse(*event.body);
-    if (!body || !body->isObject()) {
+    const auto is = isOfEvent(events::kSessionEnd, *event.body);
+    if (!is)
         debugWarning("event body isn't a valid json format " + *event.body);
-        return false;
-    }
-    const Dictionary* const name = body->find("event");
-    return name != nullptr && *name == Dictionary(events::kSessionEnd);
+    return is.value_or(false);
 }
 
 /// The session's "session_end" events among all of its events.
@@ -89,6 +98,19 @@ std::vector<TXEvent> sessionEnds(const std::vector<TXEvent>& all, const std::str
 
 void saveCrash(const std::string& text, const std::string& session) {
     saveEventOfSession(std::string(events::kAppCrash), {{"stacktrace", text}}, session);
+}
+
+bool isCrash(const TXEvent& event) {
+    return isOfEvent(events::kAppCrash, event.body.value_or("")).value_or(false);
+}
+
+/// A crash that waited, unless its session has it already: a process may end between storing it and
+/// forgetting that it waits.
+void saveWaitingCrash(const std::string& text, const std::string& session) {
+    const auto stored = TXAnalyticsCoreDataManager::sharedManager().managedObjectContext().eventsOfSession(
+        session, PropertyValues::fetched);
+    if (!stored || std::none_of(stored->begin(), stored->end(), isCrash))
+        saveCrash(text, session);
 }
 
 }  // namespace
@@ -178,7 +200,7 @@ void TXAnalyticsCollector::subscribeToCrash() {
         CrashCapture::prepareRecord(TXAnalyticsCoreDataManager::sharedManager().dbFileURL().parent_path());
         if (Telemetrix::innerId()) {
             for (const auto& [session, text] : CrashCapture::pendingCrashes())
-                saveCrash(text, session);
+                saveWaitingCrash(text, session);
         }
         CrashCapture::forgetPendingCrashes();
     });
