@@ -1,6 +1,7 @@
 #include "cutengine/MaskPainter.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 #include "cutengine/kernels/Resample.h"
@@ -80,11 +81,28 @@ kernels::BrushStamp MaskPainter::brushMask(float hardness) const {
 
 std::optional<MaskPainter::Shown> MaskPainter::paintPass(const foundation::Task& recordHistoryState) {
     const bool rebuilt = needsContectUpdate_.exchange(false);
-    if (rebuilt)
-        rebuildPlanes();
+    try {
+        if (rebuilt)
+            rebuildPlanes();
+    } catch (const std::bad_alloc&) {
+        needsContectUpdate_ = true;
+        throw;
+    }
     if (bitmapContext_.isEmpty() || colorContext_.isEmpty())
         return std::nullopt;
-    IntRect changed = rebuilt ? bitmapContext_.view().bounds() : IntRect{};
+    isUnshown_ = isUnshown_ || rebuilt;
+    const bool wasUnshown = std::exchange(isUnshown_, true);  // and stays so where the pass is not ended
+    auto shown = paintBuffered(recordHistoryState, wasUnshown);
+    isUnshown_ = false;
+    return shown;
+}
+
+/// `all` says that nothing of the mask as it is has been shown.
+std::optional<MaskPainter::Shown> MaskPainter::paintBuffered(const foundation::Task& recordHistoryState,
+                                                             bool all) {
+    IntRect changed = all ? bitmapContext_.view().bounds() : IntRect{};
+    if (all)
+        snapshotter_.reset();
     for (std::vector<Queued> batch = takeBatch(); !batch.empty(); batch = takeBatch()) {
         if (batch.front().isEndOfStroke()) {
             recordHistoryState();
@@ -98,20 +116,22 @@ std::optional<MaskPainter::Shown> MaskPainter::paintPass(const foundation::Task&
 }
 
 void MaskPainter::rebuildPlanes() {
-    const Bitmap loaded = std::exchange(newContextImage_, {});
     bitmapContext_ = {};
     colorContext_ = {};
     snapshotter_.reset();
     const PlaneSize size = PlaneSize::forPicture(pictureSize_);
-    if (size.width == 0)
+    if (size.width == 0) {
+        newContextImage_ = {};
         return;
+    }
     maskScale_ = size.maskScale;
     bitmapContext_ = filledPlane(size, kNothingCut);
     colorContext_ = filledPlane(size, kTransparent);
-    if (!loaded.isEmpty() && !bitmapContext_.isEmpty()) {
+    if (!newContextImage_.isEmpty() && !bitmapContext_.isEmpty()) {
         foundation::InlineWorkers here;
-        kernels::resample(loaded.view(), bitmapContext_.view(), here, kernels::Filter::triangle);
+        kernels::resample(newContextImage_.view(), bitmapContext_.view(), here, kernels::Filter::triangle);
     }
+    newContextImage_ = {};
 }
 
 /// The leading stamps of the buffer that are painted alike, or one end-of-stroke mark, or nothing.

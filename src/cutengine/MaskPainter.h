@@ -74,7 +74,8 @@ class MaskPainter {
     void setNewContextImage(foundation::Bitmap mask) { newContextImage_ = std::move(mask); }
 
     /// Rebuilds the planes where that is due, paints what is buffered up to the end of a stroke, calls
-    /// `recordHistoryState` there, and returns the mask as it is now where it changed.
+    /// `recordHistoryState` there, and returns the mask as it is now where it changed. Throws std::bad_alloc:
+    /// stamps may then be lost, and the next pass shows the whole mask as it has become.
     [[nodiscard]] std::optional<Shown> paintPass(const foundation::Task& recordHistoryState);
 
     [[nodiscard]] const foundation::Bitmap& bitmapContext() const { return bitmapContext_; }
@@ -87,6 +88,7 @@ class MaskPainter {
         [[nodiscard]] bool isEndOfStroke() const { return stamp.width == -1; }
     };
 
+    [[nodiscard]] std::optional<Shown> paintBuffered(const foundation::Task& recordHistoryState, bool all);
     void rebuildPlanes();
     [[nodiscard]] std::vector<Queued> takeBatch();
     void paintBatch(const std::vector<Queued>& batch, foundation::IntRect& maskChanged);
@@ -102,6 +104,7 @@ class MaskPainter {
     foundation::Bitmap colorContext_;
     foundation::Bitmap newContextImage_;
     kernels::MaskSnapshotter snapshotter_;
+    bool isUnshown_ = false;  ///< whether a pass was broken off before its mask was shown
 };
 
 }  // namespace trimora::cutengine

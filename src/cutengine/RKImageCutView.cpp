@@ -6,6 +6,7 @@
 
 #include "cutengine/imageutil/PictureActions.h"
 #include "foundation/Log.h"
+#include "foundation/OutOfMemory.h"
 
 namespace trimora::cutengine {
 
@@ -31,18 +32,23 @@ RKImageCutView::~RKImageCutView() {
 
 // ── Queues ──────────────────────────────────────────────────────────────────────────────────────
 
+/// Nobody on a queue could be told, so what a task cannot do for want of memory ends there.
+void RKImageCutView::doQueued(const Task& task) {
+    foundation::asFarAsMemoryGoes("not enough memory to go on with the picture", task);
+}
+
 /// Work for the picture of this moment: dropped when another picture has come before its turn.
 void RKImageCutView::onSerialQueue(Task task) {
     serial_->async([this, document = document_.load(), task = std::move(task)] {
         if (document == document_)
-            task();
+            doQueued(task);
     });
 }
 
 void RKImageCutView::onMainQueue(Task task) {
     services_.queues.mainQueue().async([alive = std::weak_ptr(alive_), task = std::move(task)] {
         if (!alive.expired())
-            task();
+            doQueued(task);
     });
 }
 

@@ -204,6 +204,7 @@ class RKImageCutView {
     [[nodiscard]] const Layer& layer() const { return rootLayer_; }
 
  private:
+    static void doQueued(const foundation::Task& task);
     void onSerialQueue(foundation::Task task);
     void onMainQueue(foundation::Task task);
 

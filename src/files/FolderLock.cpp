@@ -13,6 +13,8 @@
 #include <system_error>
 #include <utility>
 
+#include "files/FileDescriptor.h"
+#include "files/FolderEntries.h"
 #include "files/SystemError.h"
 
 namespace trimora::files {
@@ -59,9 +61,12 @@ bool isSideFolderOf(std::string_view name, std::string_view entry) {
 /// The side folders in `base`, whether the folder itself, its lock file or both are there.
 std::set<std::string> sideFolders(const fs::path& base, std::string_view name) {
     std::set<std::string> found;
-    std::error_code failure;
-    for (fs::directory_iterator it(base, failure), end; !failure && it != end; it.increment(failure)) {
-        std::string entry = it->path().filename().string();
+    // Not by the standard library's iterators, which end the program where there is no memory.
+    const FileDescriptor folder = openAt(AT_FDCWD, base.c_str(), O_RDONLY | O_DIRECTORY);
+    const auto entries = folderEntries(folder.number());
+    if (!entries)
+        return found;
+    for (std::string entry : *entries) {
         if (entry.ends_with(kLockSuffix))
             entry.resize(entry.size() - kLockSuffix.size());
         if (isSideFolderOf(name, entry))

@@ -1,6 +1,8 @@
 #include "AllocationFaults.h"
 
+#include <atomic>
 #include <cerrno>
+#include <cstdlib>
 
 namespace trimora::reliability {
 namespace {
@@ -11,29 +13,44 @@ struct State {
     std::int64_t number = 0;
     std::int64_t count = 0;
     std::size_t smallest = 0;
+    void (*strike)() = nullptr;
 };
 thread_local State state;
+std::atomic<std::int64_t> blocks = 0;
 
 bool refused(std::size_t size) {
     if (!state.counting || size < state.smallest)
         return false;
     ++state.count;
-    return state.number > 0 && (state.forEver ? state.count >= state.number : state.count == state.number);
+    const bool isDue =
+        state.number > 0 && (state.forEver ? state.count >= state.number : state.count == state.number);
+    if (!isDue || state.strike == nullptr)
+        return isDue;
+    state.counting = false;  // what strikes may allocate too
+    state.strike();
+    return false;
 }
 
 /// Answers as the system's functions do where there is no memory.
 template <typename Allocate>
 void* allocated(std::size_t size, const Allocate& allocate) {
-    if (!refused(size))
-        return allocate();
-    errno = ENOMEM;
-    return nullptr;
+    if (refused(size)) {
+        errno = ENOMEM;
+        return nullptr;
+    }
+    void* const memory = allocate();
+    blocks += memory != nullptr ? 1 : 0;
+    return memory;
 }
 
 }  // namespace
 
 AllocationFaults::AllocationFaults(std::int64_t number, bool forEver, std::size_t smallest) {
-    state = {true, forEver, number, 0, smallest};
+    state = {true, forEver, number, 0, smallest, nullptr};
+}
+
+AllocationFaults::AllocationFaults(std::int64_t number, void (*strike)()) {
+    state = {true, false, number, 0, 0, strike};
 }
 
 AllocationFaults::~AllocationFaults() {
@@ -42,6 +59,10 @@ AllocationFaults::~AllocationFaults() {
 
 std::int64_t AllocationFaults::count() {
     return state.count;
+}
+
+std::int64_t AllocationFaults::liveBlocks() {
+    return blocks;
 }
 
 }  // namespace trimora::reliability
@@ -53,6 +74,7 @@ void* __libc_malloc(std::size_t size);
 void* __libc_calloc(std::size_t count, std::size_t size);
 void* __libc_realloc(void* memory, std::size_t size);
 void* __libc_memalign(std::size_t alignment, std::size_t size);
+void __libc_free(void* memory);
 
 void* malloc(std::size_t size) {
     return trimora::reliability::allocated(size, [=] { return __libc_malloc(size); });
@@ -61,10 +83,30 @@ void* calloc(std::size_t count, std::size_t size) {
     return trimora::reliability::allocated(count * size, [=] { return __libc_calloc(count, size); });
 }
 void* realloc(void* memory, std::size_t size) {
-    return trimora::reliability::allocated(size, [=] { return __libc_realloc(memory, size); });
+    if (memory == nullptr)
+        return malloc(size);
+    if (size == 0) {
+        free(memory);
+        return nullptr;
+    }
+    if (!trimora::reliability::refused(size))
+        return __libc_realloc(memory, size);  // it stays the one block that it was
+    errno = ENOMEM;
+    return nullptr;
 }
 void* aligned_alloc(std::size_t alignment, std::size_t size) {
     return trimora::reliability::allocated(size, [=] { return __libc_memalign(alignment, size); });
+}
+int posix_memalign(void** memory, std::size_t alignment, std::size_t size) {
+    void* const made = aligned_alloc(alignment, size);
+    if (made == nullptr)
+        return ENOMEM;
+    *memory = made;
+    return 0;
+}
+void free(void* memory) {
+    trimora::reliability::blocks -= memory != nullptr ? 1 : 0;
+    __libc_free(memory);
 }
 
 }  // extern "C"

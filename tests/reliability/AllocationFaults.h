@@ -11,12 +11,17 @@ namespace trimora::reliability {
 class AllocationFaults {
  public:
     AllocationFaults(std::int64_t number, bool forEver, std::size_t smallest = 0);
+    /// Calls `strike` right before the n-th allocation, which is then done like the others.
+    AllocationFaults(std::int64_t number, void (*strike)());
     ~AllocationFaults();
     AllocationFaults(const AllocationFaults&) = delete;
     AllocationFaults& operator=(const AllocationFaults&) = delete;
 
     /// How many allocations the thread has asked for.
     [[nodiscard]] static std::int64_t count();
+
+    /// How many blocks of memory the process holds, all threads together; more or less by a constant.
+    [[nodiscard]] static std::int64_t liveBlocks();
 };
 
 }  // namespace trimora::reliability

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <csignal>
 #include <cstdio>
 #include <new>
 #include <string>
@@ -75,7 +74,7 @@ class AnalyticsMemory : public TelemetrixTest {
     const analytics::Dictionary parameters_ = {{"name", "open"}, {"count", 1}};
 };
 
-TEST_F(AnalyticsMemory, ThatRunsOutCostsARecordAndSeldomTheProgram) {
+TEST_F(AnalyticsMemory, ThatRunsOutCostsARecordAndNeverTheProgram) {
     std::int64_t total = 0;
     const Ended counted = inOwnProcess([&] {
         const AllocationFaults faults(0, false);
@@ -91,27 +90,21 @@ TEST_F(AnalyticsMemory, ThatRunsOutCostsARecordAndSeldomTheProgram) {
     ASSERT_EQ(std::fscanf(file, "%lld", &read), 1);
     std::fclose(file);
     total = read;
-    const int points = testing::byDepth(600, 12'000, 12'000);
+    const int points = testing::byDepth(600, 3'000, 12'000);
     const std::int64_t stride = std::max<std::int64_t>(1, 2 * total / points);
     int tried = 0;
     int silent = 0;
-    int aborted = 0;
     for (const bool forEver : {false, true}) {
         for (std::int64_t number = 1; number <= total; number += stride) {
             const Ended ended = endOf(number, forEver);
             ++tried;
             silent += ended.exited && ended.status == kNotRecording ? 1 : 0;
-            aborted += !ended.exited && ended.status == SIGABRT ? 1 : 0;
-            ASSERT_TRUE((ended.exited && (ended.status == 0 || ended.status == kNotRecording)) ||
-                        ended.status == SIGABRT)
+            EXPECT_TRUE(ended.exited && (ended.status == 0 || ended.status == kNotRecording))
                 << "allocation " << number << (forEver ? " and all after: " : ": ") << ended.text();
         }
     }
-    std::printf("%lld allocations, %d points, %d without recording afterwards, %d ended by abort\n",
-                static_cast<long long>(total), tried, silent, aborted);
-    // The destructor of a JSON value allocates (the library's way against deep recursion), and ends the
-    // process where it cannot.
-    EXPECT_LT(aborted, tried / 4);
+    std::printf("%lld allocations, %d points, %d without recording afterwards\n",
+                static_cast<long long>(total), tried, silent);
     EXPECT_LT(silent, tried / 10);
 }
 
