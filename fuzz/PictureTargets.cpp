@@ -1,17 +1,15 @@
-#pragma once
-
-#include <cstdint>
 #include <cstdlib>
 
+#include "Targets.h"
 #include "codecs/PictureFileDecoder.h"
 #include "codecs/PictureFormat.h"
 #include "foundation/Queues.h"
 
 namespace trimora::fuzz {
+namespace {
 
-/// Reads the bytes as a picture if they are of that format; -1 keeps others out of the corpus. What comes
-/// out must be a picture or a reason.
-inline int readPicture(codecs::PictureFormat format, const std::uint8_t* data, std::size_t size) {
+/// Reads the bytes as a picture if they are of that format. What comes out must be a picture or a reason.
+int readPicture(codecs::PictureFormat format, const std::uint8_t* data, std::size_t size) {
     const codecs::Bytes file(data, size);
     if (codecs::formatOf(file) != format)
         return -1;
@@ -22,6 +20,24 @@ inline int readPicture(codecs::PictureFormat format, const std::uint8_t* data, s
     if (read ? read->representations.empty() : read.error().message.empty())
         std::abort();
     return 0;
+}
+
+}  // namespace
+
+int readPng(const std::uint8_t* data, std::size_t size) {
+    return readPicture(codecs::PictureFormat::png, data, size);
+}
+
+int readJpeg(const std::uint8_t* data, std::size_t size) {
+    return readPicture(codecs::PictureFormat::jpeg, data, size);
+}
+
+int readTiff(const std::uint8_t* data, std::size_t size) {
+    return readPicture(codecs::PictureFormat::tiff, data, size);
+}
+
+int readGif(const std::uint8_t* data, std::size_t size) {
+    return readPicture(codecs::PictureFormat::gif, data, size);
 }
 
 }  // namespace trimora::fuzz
