@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <map>
@@ -32,6 +33,11 @@ class HttpsServer {
     /// The same without connections on which nothing was asked. Those are noted once the server has
     /// noticed that they are over, which may be after the client, and a test, have gone on.
     [[nodiscard]] std::vector<nlohmann::json> takeRequests();
+
+    /// How long the ledger is: more as soon as another request has arrived whole.
+    [[nodiscard]] std::uintmax_t ledgerBytes() const {
+        return std::filesystem::file_size(folder_.path() / "ledger");
+    }
 
     /// How posts to url("script") are answered, one after the other; only before the first of them.
     void setScript(const std::vector<std::string>& kinds) const;
