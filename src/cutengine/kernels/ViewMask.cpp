@@ -1,6 +1,7 @@
 #include "cutengine/kernels/ViewMask.h"
 
-#include <cmath>
+#include <algorithm>
+#include <cstring>
 
 #include "cutengine/kernels/MaskRow.h"
 
@@ -11,17 +12,52 @@ float real(Share weight) {
     return static_cast<float>(weight) / 32768;
 }
 
+Cover coverOfValues(const std::uint8_t* values, int count) {
+    constexpr int kStep = sizeof(std::uint64_t);
+    std::uint64_t any = 0;
+    std::uint64_t all = ~std::uint64_t{0};
+    const auto take = [&](const std::uint8_t* from) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, from, kStep);
+        any |= word;
+        all &= word;
+    };
+    if (count < kStep) {
+        const auto are = [&](int value) {
+            return std::all_of(values, values + count, [value](std::uint8_t v) { return v == value; });
+        };
+        if (are(0))
+            return Cover::none;
+        return are(255) ? Cover::whole : Cover::mixed;
+    }
+    for (int i = 0; i + kStep <= count; i += kStep)
+        take(values + i);
+    take(values + count - kStep);
+    if (any == 0)
+        return Cover::none;
+    return ~all == 0 ? Cover::whole : Cover::mixed;
+}
+
 }  // namespace
+
+BlockCovers ViewMask::covers() const {
+    BlockCovers both;
+    for (std::size_t block = 0; block < both.size(); ++block)
+        both[block] = top_->covers[block] | bottom_->covers[block];
+    return both;
+}
 
 void ViewMask::moveToColumns(int x, int width) {
     blocks_ = width / kViewBlockWidth;
     row_ = -1;
-    firstColumn_ = across_.at(x).index;
-    const auto columns = across_.next(across_.at(x + width - 1).index) - firstColumn_ + 1;
+    firstColumn_ = across_.at(x).index / kMaskPiece * kMaskPiece;
+    columns_ = across_.next(across_.at(x + width - 1).index) - firstColumn_ + 1;
     for (Line& line : lines_) {
         line.row = -1;
-        line.values.resize(static_cast<std::size_t>(columns));
+        line.values.resize(static_cast<std::size_t>(maskPieces(columns_)));
     }
+    for (TileRow& tiles : tileRows_)
+        tiles.row = -1;
     for (int i = 0; i < width; ++i) {
         const SamplePlace place = across_.at(x + i);
         const auto slot = static_cast<std::size_t>(i);
@@ -61,26 +97,46 @@ const ViewMask::Line* ViewMask::lineOf(int row) {
     Line& line = lines_[static_cast<std::size_t>(row % 2)];
     if (line.row != row) {
         line.row = row;
-        copyMaskRow(level_, firstColumn_, row, static_cast<int>(line.values.size()), line.values.data());
-        findCovers(line);
+        const Cover all = coverOfTiles(row / MaskSnapshot::kTileSide);
+        if (all == Cover::mixed) {
+            copyMaskRow(level_, firstColumn_, row, columns_, line.values.data());
+            findCovers(line);
+        } else {
+            std::fill(line.values.begin(), line.values.end(), all == Cover::none ? 0 : 255);
+            line.covers.fill(all);
+        }
     }
     return &line;
 }
 
+/// What a row of tiles leaves of the whole strip. Large parts of a mask are of one value.
+Cover ViewMask::coverOfTiles(int row) {
+    TileRow& tiles = tileRows_[static_cast<std::size_t>(row % 2)];
+    if (tiles.row == row)
+        return tiles.cover;
+    constexpr int kSide = MaskSnapshot::kTileSide;
+    const MaskSnapshot::TilePtr* const first =
+        &level_.tiles[static_cast<std::size_t>(row) * static_cast<std::size_t>(level_.tilesAcross)];
+    const std::uint8_t value = first[firstColumn_ / kSide]->alpha.front();
+    const bool constant =
+        (value == 0 || value == 255) &&
+        std::all_of(first + firstColumn_ / kSide, first + (firstColumn_ + columns_ - 1) / kSide + 1,
+                    [value](const MaskSnapshot::TilePtr& tile) {
+                        return isConstant(tile->alpha.data(), kSide * kSide, value);
+                    });
+    const Cover whole = value == 0 ? Cover::none : Cover::whole;
+    tiles = {row, constant ? whole : Cover::mixed};
+    return tiles.cover;
+}
+
 void ViewMask::findCovers(Line& line) const {
-    const auto coverOfColumns = [&line](int first, int count) {
-        const std::uint8_t* const values = line.values.data() + first;
-        if ((*values != 0 && *values != 255) || !isConstant(values, count, *values))
-            return Cover::mixed;
-        return *values == 0 ? Cover::none : Cover::whole;
-    };
-    const Cover all = coverOfColumns(0, static_cast<int>(line.values.size()));
+    const Cover all = coverOfValues(line.values.data(), columns_);
     line.covers.fill(all);
     for (int block = 0; all == Cover::mixed && block < blocks_; ++block) {
         const auto begin = static_cast<std::size_t>(block * kViewBlockWidth);
         const int first = left_[begin];
         const int last = left_[begin + kViewBlockWidth - 1] + across_.next(0);
-        line.covers[static_cast<std::size_t>(block)] = coverOfColumns(first, last - first + 1);
+        line.covers[static_cast<std::size_t>(block)] = coverOfValues(line.values.data() + first, last - first + 1);
     }
 }
 
