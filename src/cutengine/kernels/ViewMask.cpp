@@ -12,30 +12,20 @@ float real(Share weight) {
     return static_cast<float>(weight) / 32768;
 }
 
-Cover coverOfValues(const std::uint8_t* values, int count) {
+/// Where the values that equal the first one end.
+int endOfRun(const std::uint8_t* values, int begin, int end) {
     constexpr int kStep = sizeof(std::uint64_t);
-    std::uint64_t any = 0;
-    std::uint64_t all = ~std::uint64_t{0};
-    const auto take = [&](const std::uint8_t* from) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, from, kStep);
-        any |= word;
-        all &= word;
-    };
-    if (count < kStep) {
-        const auto are = [&](int value) {
-            return std::all_of(values, values + count, [value](std::uint8_t v) { return v == value; });
-        };
-        if (are(0))
-            return Cover::none;
-        return are(255) ? Cover::whole : Cover::mixed;
+    const std::uint8_t value = values[begin];
+    const std::uint64_t same = value * 0x0101010101010101U;
+    std::uint64_t word = same;
+    for (; begin + kStep <= end; begin += kStep) {
+        std::memcpy(&word, values + begin, kStep);
+        if (word != same)
+            break;
     }
-    for (int i = 0; i + kStep <= count; i += kStep)
-        take(values + i);
-    take(values + count - kStep);
-    if (any == 0)
-        return Cover::none;
-    return ~all == 0 ? Cover::whole : Cover::mixed;
+    while (begin < end && values[begin] == value)
+        ++begin;
+    return begin;
 }
 
 }  // namespace
@@ -130,13 +120,16 @@ Cover ViewMask::coverOfTiles(int row) {
 }
 
 void ViewMask::findCovers(Line& line) const {
-    const Cover all = coverOfValues(line.values.data(), columns_);
-    line.covers.fill(all);
-    for (int block = 0; all == Cover::mixed && block < blocks_; ++block) {
-        const auto begin = static_cast<std::size_t>(block * kViewBlockWidth);
-        const int first = left_[begin];
-        const int last = left_[begin + kViewBlockWidth - 1] + across_.next(0);
-        line.covers[static_cast<std::size_t>(block)] = coverOfValues(line.values.data() + first, last - first + 1);
+    line.covers.fill(Cover::mixed);
+    for (int block = 0; block < blocks_;) {
+        const int first = firstColumnOf(block);
+        const std::uint8_t value = line.values[static_cast<std::size_t>(first)];
+        const bool decided = value == 0 || value == 255;
+        const int end = decided ? endOfRun(line.values.data(), first, columns_) : first + 1;
+        for (; decided && block < blocks_ && lastColumnOf(block) < end; ++block)
+            line.covers[static_cast<std::size_t>(block)] = value == 0 ? Cover::none : Cover::whole;
+        if (block < blocks_ && firstColumnOf(block) < end)
+            ++block;
     }
 }
 

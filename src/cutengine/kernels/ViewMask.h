@@ -56,6 +56,13 @@ class ViewMask {
     const Line* lineOf(int row);
     Cover coverOfTiles(int row);
     void findCovers(Line& line) const;
+    /// Of the line, that the block reads.
+    [[nodiscard]] int firstColumnOf(int block) const {
+        return left_[static_cast<std::size_t>(block) * kViewBlockWidth];
+    }
+    [[nodiscard]] int lastColumnOf(int block) const {
+        return left_[static_cast<std::size_t>(block + 1) * kViewBlockWidth - 1] + across_.next(0);
+    }
 
     const MaskSnapshot::Level& level_;
     PlacedSamples across_;
