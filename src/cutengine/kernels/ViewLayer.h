@@ -55,8 +55,8 @@ class ViewLayer {
     std::optional<ViewMask> mask_;
     float rowCoverage_ = 0;
     std::array<float, kViewStripWidth> columnCoverage_;
-    BlockCovers columnCovers_;  ///< by the columns alone
-    BlockCovers covers_;        ///< in the present row
+    BlockCovers columnCovers_;                                            ///< by the columns alone
+    BlockCovers covers_;                                                  ///< in the present row
     std::array<Sample, kSamplesPerPixel * kViewBlockWidth> colourBlock_;  ///< a block of the colour
     alignas(64) std::array<Sample, kSamplesPerPixel * kViewStripWidth> samples_;
     alignas(64) std::array<Share, kSharesPerPixel * kViewStripWidth> shares_;

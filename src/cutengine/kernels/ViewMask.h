@@ -69,7 +69,7 @@ class ViewMask {
     PlacedSamples down_;
     int firstColumn_ = 0;  ///< of the level, in lines_
     int columns_ = 0;
-    int row_ = -1;         ///< of the level, in top_; the one after it is in bottom_
+    int row_ = -1;  ///< of the level, in top_; the one after it is in bottom_
     float weight_ = 0;
     const Line* top_ = nullptr;
     const Line* bottom_ = nullptr;

@@ -39,9 +39,9 @@ ViewPlane::Reading ViewPlane::readingOf(int width) const {
         return Reading::apart;
     if (shortest != 1 || longest != 1)
         return Reading::picked;
-    const bool onPixels = std::all_of(
-        weights_.begin(), weights_.begin() + static_cast<std::ptrdiff_t>(kSharesPerPixel) * width,
-        [](Share weight) { return weight == 0; });
+    const bool onPixels =
+        std::all_of(weights_.begin(), weights_.begin() + static_cast<std::ptrdiff_t>(kSharesPerPixel) * width,
+                    [](Share weight) { return weight == 0; });
     return onPixels ? Reading::aligned : Reading::run;
 }
 
