@@ -54,7 +54,7 @@ ViewLayer::ViewLayer(const ViewLayerSource& source)
         opaque_ = source.picture->level(0).alphaMode == foundation::AlphaMode::opaque;
     } else {
         opaque_ = source.colour.alpha == 255;
-        std::array<foundation::Pixel, kViewBlockWidth> block;
+        alignas(64) std::array<foundation::Pixel, kViewBlockWidth> block;
         block.fill(source.colour);
         widenSamples(&block.front().blue, block.size(), colourBlock_.data());
     }
