@@ -11,9 +11,9 @@
 ///
 /// Samples stand in groups of kGroupPixels pixels: blue and red of all of them in turn, then green and
 /// alpha. That is how the bytes of pixels fall apart by a shift and a mask, with nothing to be moved
-/// between lanes. Counts are numbers of pixels and multiples of kGroupPixels; pixels begin at even addresses, and
-/// nothing else is aligned.
-/// Every sample is computed by itself, so a row comes out the same however it is divided.
+/// between lanes. Counts are numbers of pixels and multiples of kGroupPixels; pixels begin at even addresses,
+/// and nothing else is aligned. Every sample is computed by itself, so a row comes out the same however it is
+/// divided.
 namespace trimora::cutengine::kernels {
 
 using Sample = std::int16_t;
