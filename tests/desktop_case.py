@@ -74,6 +74,11 @@ class DesktopCase(unittest.TestCase):
         self.desktop.rest()
         return trimora
 
+    def close(self, trimora):
+        trimora.keys("ctrl+w")
+        wait_for("the window to go", lambda: not trimora.is_visible())
+        self.assertIsNone(trimora.process.poll(), "closing ends nothing")
+
     def shot(self, name=None):
         return self.desktop.rest(name)
 

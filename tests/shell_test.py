@@ -3,6 +3,7 @@
 tray, and how it ends.   shell_test.py PROGRAM SAMPLE FOLDER [TEST...]"""
 
 import contextlib
+import json
 import os
 import signal
 import socket
@@ -19,11 +20,6 @@ CONSENT = "May Trimora send usage data?"
 
 
 class LifeOfTheWindow(DesktopCase):
-    def close(self, trimora):
-        trimora.keys("ctrl+w")
-        wait_for("the window to go", lambda: not trimora.is_visible())
-        self.assertIsNone(trimora.process.poll(), "closing ends nothing")
-
     def test_launching_again_with_a_file_brings_the_window_back_with_it(self):
         trimora = self.start()
         trimora.item(EMPTY)
@@ -350,8 +346,7 @@ class Tray(DesktopCase):
         self.assertTrue(self.has_check_mark(menu, "tray-menu"))
         trimora.keys("Escape")
         wait_for("the menu to close", lambda: not self.menus(trimora))
-        trimora.keys("ctrl+w")
-        wait_for("the window to go", lambda: not trimora.is_visible())
+        self.close(trimora)
         menu = self.menu(trimora)
         self.assertFalse(self.has_check_mark(menu, "tray-menu-while-hidden"))
         left, top, width, height = self.desktop.geometry(menu)
@@ -374,6 +369,62 @@ class Tray(DesktopCase):
         """Whether anything is drawn where a menu has its check marks. No screen reader is told of this menu."""
         left, top, _, height = self.desktop.geometry(menu)
         return len(set(self.shot(name).crop(left + 4, top + 6, 18, height - 12).data)) > 1
+
+
+class TrayOnTheBus(DesktopCase):
+    """The tray of desktops that ask programs for their items over the session bus."""
+
+    def setUp(self):
+        super().setUp()
+        self.tray = self.tray_comes()
+
+    def tray_comes(self):
+        tray = self.session.stand_in("tray_host.py")
+        self.addCleanup(self.desktop.end, tray.process)
+        self.assertEqual(tray.heard(), "ready")
+        return tray
+
+    def with_an_item(self, trimora):
+        self.assertEqual(self.tray.heard(), "item")
+        return trimora
+
+    def answer(self, word):
+        self.tray.tell(word)
+        return json.loads(self.tray.heard())
+
+    def test_the_item_says_whose_it_is_and_has_an_icon_and_a_menu(self):
+        self.with_an_item(self.opened())
+        facts = self.answer("facts")
+        self.assertGreater(facts.pop("icons"), 0)
+        self.assertEqual(facts, {"Id": "Trimora", "Title": "Trimora", "Status": "Active", "Menu": "/MenuBar",
+                                 "Category": "ApplicationStatus"})
+
+    def test_its_only_entry_is_checked_while_the_window_is_seen_and_brings_it_back(self):
+        trimora = self.with_an_item(self.painted())
+        self.assertEqual(self.answer("menu"), [["Show", True]])
+        self.close(trimora)
+        self.assertEqual(self.answer("menu"), [["Show", False]])
+        self.tray.tell("choose 0")
+        trimora.item("Picture")
+        self.assertTrue(trimora.is_visible())
+        self.assertTrue(trimora.has("Undo", "enabled"))
+        self.assertEqual(self.answer("menu"), [["Show", True]])
+
+    def test_a_click_on_it_brings_the_window_back(self):
+        trimora = self.with_an_item(self.opened())
+        self.close(trimora)
+        self.tray.tell("activate")
+        wait_for("the window", trimora.is_visible)
+
+    def test_it_comes_again_with_a_panel_that_was_started_anew(self):
+        trimora = self.with_an_item(self.opened())
+        self.close(trimora)
+        self.desktop.end(self.tray.process)
+        self.tray = self.tray_comes()
+        self.with_an_item(trimora)
+        self.assertEqual(self.answer("menu"), [["Show", False]])
+        self.tray.tell("choose 0")
+        wait_for("the window", trimora.is_visible)
 
 
 if __name__ == "__main__":
