@@ -91,6 +91,19 @@ class DesktopCase(unittest.TestCase):
         self.desktop.do("key", "ctrl+a", "type", target)
         self.desktop.do("key", "Return")
 
+    def cancel_then_save(self, trimora, key, name):
+        """Presses a key that asks about unsaved work, and takes both ways that keep the work; where it was saved."""
+        trimora.keys(key)
+        trimora.sheet(UNSAVED)
+        self.shot(name)
+        trimora.answer(UNSAVED, "Cancel")
+        self.assertTrue(trimora.has("Undo", "enabled"))
+        trimora.keys(key)
+        trimora.answer(UNSAVED, "Save")
+        target = os.path.join(self.home, "kept.png")
+        self.save_as(target)
+        return target
+
 
 def main():
     shutil.rmtree(FOLDER, ignore_errors=True)

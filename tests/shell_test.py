@@ -56,15 +56,7 @@ class LifeOfTheWindow(DesktopCase):
 
     def test_quit_asks_and_each_answer_does_what_it_says(self):
         trimora = self.painted()
-        trimora.keys("ctrl+q")
-        trimora.sheet(UNSAVED)
-        self.shot("quit-asks")
-        trimora.answer(UNSAVED, "Cancel")
-        self.assertTrue(trimora.has("Undo", "enabled"))
-        trimora.keys("ctrl+q")
-        trimora.answer(UNSAVED, "Save")
-        target = os.path.join(self.home, "kept.png")
-        self.save_as(target)
+        target = self.cancel_then_save(trimora, "ctrl+q", "quit-asks")
         self.assertEqual(trimora.ended(), 0)
         self.assertEqual(alpha(target, 300, 200), 0)
 
