@@ -14,8 +14,6 @@ import threading
 from desktop import wait_for
 from desktop_case import ALONG, EMPTY, PROGRAM, UNSAVED, DesktopCase, alpha, main
 
-APPLICATION = "org.trimora.Trimora"
-OBJECT = "/org/trimora/Trimora"
 CONSENT = "May Trimora send usage data?"
 
 
@@ -33,8 +31,7 @@ class LifeOfTheWindow(DesktopCase):
         trimora = self.painted()
         before = self.shot()
         self.close(trimora)
-        self.assertIsNotNone(self.session.call(APPLICATION, OBJECT, "org.freedesktop.Application.ActivateAction",
-                                               "show", "[]", "{}"))
+        trimora.choose_in_the_launcher("show")
         wait_for("the window", lambda: trimora.is_visible())
         view = trimora.picture()
         crop = (view.left, view.top, view.width, view.height // 2)
@@ -44,8 +41,7 @@ class LifeOfTheWindow(DesktopCase):
     def test_new_from_the_launcher_begins_afresh_without_asking(self):
         trimora = self.painted()
         self.close(trimora)
-        self.assertIsNotNone(self.session.call(APPLICATION, OBJECT, "org.freedesktop.Application.ActivateAction",
-                                               "new", "[]", "{}"))
+        trimora.choose_in_the_launcher("new")
         wait_for("the window", lambda: trimora.is_visible())
         trimora.item(EMPTY)
 
