@@ -45,6 +45,15 @@ class LifeOfTheWindow(DesktopCase):
         wait_for("the window", lambda: trimora.is_visible())
         trimora.item(EMPTY)
 
+    def test_launching_again_brings_it_back_where_there_is_no_bus(self):
+        trimora = self.start(self.picture, DBUS_SESSION_BUS_ADDRESS="unix:path=" + os.path.join(self.home, "none"))
+        self.desktop.rest()
+        before = self.shot("without-a-bus")
+        self.close(trimora)
+        self.assertEqual(trimora.launch_again(), 0)
+        wait_for("the window", trimora.is_visible)
+        wait_for("the picture as it was", lambda: self.desktop.look().looks_like(before))
+
     def test_quit_with_nothing_drawn_ends_at_once(self):
         trimora = self.opened()
         trimora.keys("ctrl+q")
