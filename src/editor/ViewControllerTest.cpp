@@ -19,10 +19,8 @@
 namespace trimora::editor {
 namespace {
 
-using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using ::testing::Not;
 
 class ViewControllerTest : public EditorScreenTest {
  protected:
