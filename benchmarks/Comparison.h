@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstdint>
 #include <cstdio>
+#include <ctime>
 #include <functional>
 #include <string>
 #include <utility>
@@ -10,12 +12,17 @@
 
 namespace trimora::benchmarks {
 
+/// Which time counts: the one on the wall, for jobs of several threads; or the processor's for this program
+/// alone, which other programs disturb less.
+enum class Timed : std::uint8_t { byWall, byProcessor };
+
 /// One job done by several contestants, timed in turns so that a busy machine slows all alike.
 ///
 /// The first contestant added is ours: the others are printed with the ratio of their median to its.
 class Comparison {
  public:
-    explicit Comparison(std::string job, int rounds = 9) : job_(std::move(job)), rounds_(rounds) {}
+    explicit Comparison(std::string job, int rounds = 9, Timed timed = Timed::byWall)
+        : job_(std::move(job)), rounds_(rounds), timed_(timed) {}
 
     Comparison& add(std::string name, std::function<void()> run) {
         contestants_.push_back({std::move(name), std::move(run), {}});
@@ -45,10 +52,20 @@ class Comparison {
         std::vector<double> milliseconds;
     };
 
-    static double timeOf(const std::function<void()>& run) {
-        const auto start = std::chrono::steady_clock::now();
+    [[nodiscard]] double now() const {
+        if (timed_ == Timed::byWall)
+            return std::chrono::duration<double, std::milli>(
+                       std::chrono::steady_clock::now().time_since_epoch())
+                .count();
+        std::timespec time{};
+        clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &time);
+        return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+    }
+
+    [[nodiscard]] double timeOf(const std::function<void()>& run) const {
+        const double start = now();
         run();
-        return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+        return now() - start;
     }
 
     static double median(Contestant& contestant) {
@@ -60,6 +77,7 @@ class Comparison {
 
     std::string job_;
     int rounds_;
+    Timed timed_;
     std::vector<Contestant> contestants_;
 };
 
