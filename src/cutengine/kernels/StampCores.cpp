@@ -121,7 +121,8 @@ namespace {
 using foundation::IntRect;
 using foundation::MutableBitmapView;
 
-constexpr std::size_t kEnough = 8;  // stamps that cover a pixel by half bring it to fill
+constexpr std::size_t kEnough = 8;   // stamps that cover a pixel by half bring it to fill
+constexpr double kWorthwhile = 0.8;  // how much thinner than a stamp's own core a shared one may be
 
 // How much thinner by radius what covers a pixel by half is, for it to be true of every pixel whose
 // middle lies inside: of a straight edge nothing; of an arc the sliver outside its tangent, 0.121 / its
@@ -157,11 +158,12 @@ bool sameSize(const StampEllipse& a, const StampEllipse& b) {
 // tenth of a pixel, left to the exact step.
 bool isClose(const StampEllipse& a, const StampEllipse& b) {
     constexpr double kSliver = 0.1;
+    constexpr double kPartOfRadius = 1.0 / 8;
     const double radius = std::min(a.rx, a.ry);
-    const double apart = std::min(radius / 8, std::sqrt(8 * radius * kSliver));
     const double x = a.cx - b.cx;
     const double y = a.cy - b.cy;
-    return sameSize(a, b) && x * x + y * y < apart * apart;
+    const double squared = std::min(radius * kPartOfRadius * kPartOfRadius, 8 * kSliver) * radius;
+    return sameSize(a, b) && x * x + y * y < squared;
 }
 
 std::int32_t rowAt(double y) {
@@ -216,37 +218,48 @@ void StampCores::clear() {
 
 void StampCores::add(const StampEllipse& stamp) {
     stamps_.push_back(stamp);
-    const StampEllipse core = scaled(stamp, solid_);
-    const bool holdsPixels = core.rx > 0.5 && core.ry > 0.5;
-    if (holdsPixels && (covered_.count() == 0 || !isClose(core, lastCovered_))) {
-        covered_.add(core, core);
-        lastCovered_ = core;
+    if (stamps_.size() >= kEnough) {
+        if (shared_.count() > 0 && isClose(stamp, lastShared_))
+            return;
+        if (addShared())
+            return;
     }
-    if (stamps_.size() >= kEnough && (shared_.count() == 0 || !isClose(stamp, lastShared_)))
-        addShared();
+    if (covered_.count() == 0 || !isClose(stamp, lastCovered_))
+        addCovered(stamp);
 }
 
-void StampCores::addShared() {
+void StampCores::addCovered(const StampEllipse& stamp) {
+    const StampEllipse core = scaled(stamp, solid_);
+    lastCovered_ = stamp;
+    if (core.rx > 0.5 && core.ry > 0.5)
+        covered_.add(core, core);
+}
+
+// Of what the last few stamps have in common; false where they are no line or too small.
+bool StampCores::addShared() {
     constexpr double kLeastArc = 2;
     constexpr double kHalfAndABit = 0.51;
     const std::span<const StampEllipse> stamps = std::span(stamps_).last(kEnough);
     const StampEllipse& last = stamps.back();
     if (!std::all_of(stamps.begin(), stamps.end(), [&](const auto& each) { return sameSize(each, last); }))
-        return;
+        return false;
     const double radius = std::min(last.rx, last.ry);
     const double arc = radius * radius / std::max(last.rx, last.ry);
     if (arc < kLeastArc)
-        return;
+        return false;
     const double off = distanceOffLine(stamps);
     const double part = solid_ < 1 ? 1 - (1 - solid_) * kHalfAndABit - off / radius
                                    : 1 - (halfCoverMargin(arc) + off) / radius;
-    if (!(part > 0))
-        return;
+    if (!(part > solid_ * kWorthwhile))
+        return false;
     shared_.add(scaled(stamps.front(), part), scaled(last, part));
     lastShared_ = last;
+    return true;
 }
 
-void StampCores::fill(MutableBitmapView plane, const IntRect& bounds, std::uint32_t fill) const {
+void StampCores::fill(MutableBitmapView plane, const IntRect& bounds, std::uint32_t fill) {
+    if (!stamps_.empty())
+        addCovered(stamps_.back());
     covered_.fill(plane, bounds, fill);
     shared_.fill(plane, bounds, fill);
 }

@@ -48,18 +48,20 @@ class CoreList {
     std::size_t count_ = 0;
 };
 
-/// The cores of the stamps of one call, found while they are added in order.
+/// The cores of the stamps of one call, found while they are added in order: shared ones wherever stamps lie
+/// on a line, those of single stamps at its ends and where there is none.
 class StampCores {
  public:
     explicit StampCores(double solid);
 
     void clear();
     void add(const StampEllipse& stamp);
-    void fill(foundation::MutableBitmapView plane, const foundation::IntRect& bounds,
-              std::uint32_t fill) const;
+    /// Fills the cores of all stamps added. Nothing can be added after it but once it was cleared.
+    void fill(foundation::MutableBitmapView plane, const foundation::IntRect& bounds, std::uint32_t fill);
 
  private:
-    void addShared();
+    void addCovered(const StampEllipse& stamp);
+    bool addShared();
 
     double solid_;
     std::vector<StampEllipse> stamps_;

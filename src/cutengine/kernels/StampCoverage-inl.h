@@ -42,34 +42,47 @@ HWY_INLINE V segmentArea(D d, V chordSquared) {
     return hn::Mul(hn::Mul(z, hn::Sqrt(z)), p);
 }
 
-// HalfRow by the vector.
-template <class V>
-struct HalfRows {
-    V low, high;
-    V widthAtHigh, widthAtLow;
-};
-
+// The disc's area in a rectangle that lies in one quadrant: u from `near` to `far`, v from `low` to
+// `high`, each 0 or more, v 1 at most.
 template <class D, class V = hn::Vec<D>>
-HWY_INLINE HalfRows<V> allOf(D d, const HalfRow& half) {
-    return {hn::Set(d, half.low), hn::Set(d, half.high), hn::Set(d, half.widthAtHigh),
-            hn::Set(d, half.widthAtLow)};
+HWY_INLINE V areaInQuadrant(D d, V near, V far, V low, V high) {
+    const auto across = [&](V v) HWY_ATTR {
+        const V squared = hn::Sub(hn::Set(d, 1.0), hn::Mul(v, v));
+        return hn::Sqrt(hn::Max(hn::Zero(d), squared));
+    };
+    const V arcBegin = hn::Min(hn::Max(across(high), near), far);
+    const V arcEnd = hn::Min(hn::Max(across(low), near), far);
+    const V beginHeight = hn::Min(hn::Max(across(arcBegin), low), high);
+    const V endHeight = hn::Min(hn::Max(across(arcEnd), low), high);
+    const V wide = hn::Sub(arcEnd, arcBegin);
+    const V down = hn::Sub(beginHeight, endHeight);
+    const V flat = hn::Mul(hn::Sub(arcBegin, near), hn::Sub(high, low));
+    const V meanHeight =
+        hn::Mul(hn::Set(d, 0.5), hn::Add(hn::Sub(beginHeight, low), hn::Sub(endHeight, low)));
+    const V chordSquared = hn::Add(hn::Mul(wide, wide), hn::Mul(down, down));
+    return hn::Add(hn::Add(flat, hn::Mul(wide, meanHeight)), segmentArea(d, chordSquared));
 }
 
-// F of the header comment, for one half and a vector of u.
+// The disc's area in a rectangle anywhere: mirrored into one quadrant, or cut by the axes and its parts
+// mirrored.
 template <class D, class V = hn::Vec<D>>
-HWY_INLINE V areaLeftOf(D d, V u, const HalfRows<V>& half) {
-    const V reach = hn::Min(hn::Abs(u), half.widthAtLow);
-    const V arcEnd = hn::Max(reach, half.widthAtHigh);
-    const V endHeight = hn::Sqrt(hn::Max(hn::Zero(d), hn::Sub(hn::Set(d, 1.0), hn::Mul(arcEnd, arcEnd))));
-    const V height = hn::Min(hn::Max(endHeight, half.low), half.high);
-    const V across = hn::Sub(arcEnd, half.widthAtHigh);
-    const V down = hn::Sub(half.high, height);
-    const V tall = hn::Sub(half.high, half.low);
-    const V flat = hn::Mul(hn::Min(reach, half.widthAtHigh), tall);
-    const V meanHeight = hn::Mul(hn::Set(d, 0.5), hn::Add(tall, hn::Sub(height, half.low)));
-    const V chordSquared = hn::Add(hn::Mul(across, across), hn::Mul(down, down));
-    const V area = hn::Add(hn::Add(flat, hn::Mul(across, meanHeight)), segmentArea(d, chordSquared));
-    return hn::CopySign(area, u);
+HWY_INLINE V areaInRectangle(D d, V left, V right, V upper, V lower) {
+    const V zero = hn::Zero(d);
+    const V one = hn::Set(d, 1.0);
+    const V near = hn::Max(hn::Max(left, hn::Neg(right)), zero);
+    const V far = hn::Max(right, hn::Neg(left));
+    const V low = hn::Min(hn::Max(hn::Max(upper, hn::Neg(lower)), zero), one);
+    const V high = hn::Min(hn::Max(lower, hn::Neg(upper)), one);
+    const V beside = hn::Max(hn::Min(right, hn::Neg(left)), zero);
+    const V below = hn::Min(hn::Max(hn::Min(lower, hn::Neg(upper)), zero), one);
+    const bool hasBeside = !hn::AllTrue(d, hn::Eq(beside, zero));
+    V area = areaInQuadrant(d, near, far, low, high);
+    if (hasBeside)
+        area = hn::Add(area, areaInQuadrant(d, zero, beside, low, high));
+    if (hn::AllTrue(d, hn::Eq(below, zero)))
+        return area;
+    area = hn::Add(area, areaInQuadrant(d, near, far, zero, below));
+    return hasBeside ? hn::Add(area, areaInQuadrant(d, zero, beside, zero, below)) : area;
 }
 
 // 255ths of a pixel, rounded.
@@ -80,56 +93,43 @@ HWY_INLINE auto roundedCover(D d, V shares) {
     return hn::Min(hn::Max(rounded, hn::Zero(d32)), hn::Set(d32, 255));
 }
 
-// The share of each of `count` (at most kBlock) pixels inside the ellipse, times `scale`.
-HWY_INLINE void discShares(const StampEllipse& ellipse, const DiscRow& row, int x, int count, double scale,
-                           double* HWY_RESTRICT shares) {
-    const hn::ScalableTag<double> d;
-    const int lanes = static_cast<int>(hn::Lanes(d));
-    HWY_ALIGN double left[kBlock + 2 * kMostLanes];
-    const auto centre = hn::Set(d, ellipse.cx);
-    const auto perRadius = hn::Set(d, 1 / ellipse.rx);
-    for (int i = 0; i <= count; i += lanes) {
-        const auto u = hn::Mul(hn::Sub(countingFrom(d, static_cast<double>(x + i)), centre), perRadius);
-        auto area = areaLeftOf(d, u, allOf(d, row.halves[0]));
-        if (row.count == 2)
-            area = hn::Add(area, areaLeftOf(d, u, allOf(d, row.halves[1])));
-        hn::Store(area, d, left + i);
-    }
-    const auto factor = hn::Set(d, scale * ellipse.rx * ellipse.ry);
-    for (int i = 0; i < count; i += lanes)
-        hn::Store(hn::Mul(hn::Sub(hn::LoadU(d, left + i + 1), hn::Load(d, left + i)), factor), d, shares + i);
+// The share of each pixel of a vector, from (x, y) on, inside the ellipse, times `scale`.
+template <class D, class V = hn::Vec<D>>
+HWY_INLINE V discShares(D d, const StampEllipse& ellipse, int y, int x, double scale) {
+    const V cx = hn::Set(d, ellipse.cx);
+    const V perRx = hn::Set(d, 1 / ellipse.rx);
+    const V left = hn::Mul(hn::Sub(countingFrom(d, static_cast<double>(x)), cx), perRx);
+    const V right = hn::Mul(hn::Sub(countingFrom(d, static_cast<double>(x + 1)), cx), perRx);
+    const double perRy = 1 / ellipse.ry;
+    const V upper = hn::Set(d, (y - ellipse.cy) * perRy);
+    const V lower = hn::Set(d, (y + 1 - ellipse.cy) * perRy);
+    return hn::Mul(areaInRectangle(d, left, right, upper, lower),
+                   hn::Set(d, scale * (ellipse.rx * ellipse.ry)));
 }
 
-// The coverage of `count` (at most kBlock) pixels by the even mixture of `layers` discs, which a hard
-// stamp (solid 1, one layer) is too. `covers` has room for kMostLanes more.
+// The coverage of `count` pixels by the even mixture of `layers` discs, which a hard stamp (solid 1, one
+// layer) is too. `covers` has room for kMostLanes more.
 HWY_INLINE void layeredCover(const StampEllipse& ellipse, double solid, int layers, int y, int x, int count,
                              std::int32_t* HWY_RESTRICT covers) {
     const hn::ScalableTag<double> d;
     const hn::Rebind<std::int32_t, decltype(d)> d32;
-    const int lanes = static_cast<int>(hn::Lanes(d));
-    HWY_ALIGN double shares[kBlock + kMostLanes];
-    HWY_ALIGN double sums[kBlock + kMostLanes];
-    std::fill(sums, sums + kBlock + kMostLanes, 0.0);
-    for (int layer = 0; layer < layers; ++layer) {
-        const double part = solid + (1 - solid) * (layer + 0.5) / layers;
-        const StampEllipse disc{ellipse.cx, ellipse.cy, ellipse.rx * part, ellipse.ry * part};
-        const DiscRow row = discRow(disc, y);
-        if (row.count == 0)
-            continue;
-        discShares(disc, row, x, count, 255.0 / layers, shares);
-        for (int i = 0; i < count; i += lanes)
-            hn::Store(hn::Add(hn::Load(d, sums + i), hn::Load(d, shares + i)), d, sums + i);
+    for (int i = 0; i < count; i += static_cast<int>(hn::Lanes(d))) {
+        auto sum = hn::Zero(d);
+        for (int layer = 0; layer < layers; ++layer) {
+            const double part = solid + (1 - solid) * (layer + 0.5) / layers;
+            const StampEllipse disc{ellipse.cx, ellipse.cy, ellipse.rx * part, ellipse.ry * part};
+            sum = hn::Add(sum, discShares(d, disc, y, x + i, 255.0 / layers));
+        }
+        hn::StoreU(roundedCover(d, sum), d32, covers + i);
     }
-    for (int i = 0; i < count; i += lanes)
-        hn::StoreU(roundedCover(d, hn::Load(d, sums + i)), d32, covers + i);
 }
 
-// The ramp max(0, distance) averaged over a box one cell wide.
+// The square of how far a box one cell wide reaches over the corner of a profile, `distance` from its
+// middle; half of it is what the corner adds to the mean, or takes away.
 template <class D, class V = hn::Vec<D>>
-HWY_INLINE V smoothRamp(D d, V distance) {
-    const V half = hn::Set(d, 0.5F);
-    const V part = hn::Min(hn::Max(hn::Add(distance, half), hn::Zero(d)), hn::Set(d, 1.0F));
-    return hn::Add(hn::Mul(hn::Mul(part, part), half), hn::Max(hn::Zero(d), hn::Sub(distance, half)));
+HWY_INLINE V overCorner(D d, V distance) {
+    const V reach = hn::Max(hn::Sub(hn::Set(d, 0.5F), hn::Abs(distance)), hn::Zero(d));
+    return hn::Mul(reach, reach);
 }
 
 // The profile averaged over one cell, whose middle lies (dx, dy) from the centre, times the ring.
@@ -137,13 +137,17 @@ template <class D, class V = hn::Vec<D>>
 HWY_INLINE V cellCoverage(D d, V dx, float dy, const CellStamp& stamp) {
     constexpr float kTipSquared = 0.75F * 0.75F;  // how far from the centre the tip is felt
     constexpr float kTipExcess = 0.06F;
+    const V ring = hn::Set(d, stamp.ring);
     const V squared = hn::Add(hn::Mul(dx, dx), hn::Set(d, dy * dy));
-    const V nearTip =
-        hn::Max(hn::Zero(d), hn::Sub(hn::Set(d, 1.0F), hn::Mul(squared, hn::Set(d, 1 / kTipSquared))));
-    const V spread =
-        hn::Add(hn::Set(d, 1.0F / 12), hn::Mul(hn::Set(d, kTipExcess), hn::Mul(nearTip, nearTip)));
+    V spread = hn::Set(d, 1.0F / 12);
+    if (stamp.hasTip) {
+        const V nearTip =
+            hn::Max(hn::Zero(d), hn::Sub(hn::Set(d, 1.0F), hn::Mul(squared, hn::Set(d, 1 / kTipSquared))));
+        spread = hn::Add(spread, hn::Mul(hn::Set(d, kTipExcess), hn::Mul(nearTip, nearTip)));
+    }
     const V inside = hn::Sub(hn::Set(d, stamp.radius), hn::Sqrt(hn::Add(squared, spread)));
-    return hn::Sub(smoothRamp(d, inside), smoothRamp(d, hn::Sub(inside, hn::Set(d, stamp.ring))));
+    const V corners = hn::Sub(overCorner(d, inside), overCorner(d, hn::Sub(inside, ring)));
+    return hn::Add(hn::Min(hn::Max(inside, hn::Zero(d)), ring), hn::Mul(corners, hn::Set(d, 0.5F)));
 }
 
 // The sum over a pixel's cells, for a vector of pixels; dx and dy lead to the pixels' middles.
@@ -172,8 +176,8 @@ HWY_INLINE V cellsCover(D d32, const SoftStamp& stamp, int y, int x) {
     const auto dx = hn::Add(hn::ConvertTo(d, pixels), hn::Set(d, stamp.offset));
     const auto dy = static_cast<float>(y + 0.5 - stamp.ellipse.cy);
     const auto sum = hn::Mul(pixelCoverage(d, dx, dy, stamp.cell), hn::Set(d, stamp.scale));
-    const auto rounded = hn::ConvertTo(d32, hn::Add(sum, hn::Set(d, 0.5F)));
-    return hn::Min(hn::Max(rounded, hn::Zero(d32)), hn::Set(d32, 255));
+    // Never below 0, nor above 255 by more than the last bits of a float.
+    return hn::ConvertTo(d32, hn::Add(sum, hn::Set(d, 0.5F)));
 }
 
 // The same for a soft stamp of either kind.

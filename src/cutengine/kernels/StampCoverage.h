@@ -9,17 +9,14 @@
 ///
 /// ## Hard coverage
 /// The area of a pixel inside the ellipse, exactly. With u and v the coordinates divided by the radii,
-/// the ellipse is the unit disc, and for a row of pixels in the half v >= 0, between v = lo and v = hi,
-///
-///     F(u) = integral from 0 to u of (clamp(h(t), lo, hi) - lo) dt,    h(t) = sqrt(1 - t^2)
-///
-/// is the disc's area in the row left of u; a pixel's area is rx ry (F(right) - F(left)). Up to
-/// a = h(hi) the integrand is hi - lo; from b = h(lo) on it is 0; between them runs the arc, whose
-/// integral is a trapezoid under the chord and the segment between chord and arc. A segment of chord
-/// L = 2 s holds asin(s) - s sqrt(1 - s^2) = s^3 P(s^2); P is a polynomial of degree 11, fitted at
-/// Chebyshev nodes to a relative error of 3e-11 on s^2 <= 1/2, which is a quarter of the circle. A row
-/// that the centre line crosses is two halves. The area is right to 1e-9 pixels, so the coverage is
-/// the 255th nearest to the true one.
+/// the ellipse is the unit disc and the pixel a rectangle; one that lies across an axis is cut there,
+/// and each part is mirrored to u, v >= 0. There, in u from `near` to `far` and v from `low` to `high`,
+/// the disc is as tall as the rectangle up to a = sqrt(1 - high^2), and gone from b = sqrt(1 - low^2)
+/// on. Between them runs the arc, under which lie a trapezoid below its chord and the segment between
+/// chord and arc. A segment of chord L = 2 s holds asin(s) - s sqrt(1 - s^2) = s^3 P(s^2); P is a
+/// polynomial of degree 11, fitted at Chebyshev nodes to a relative error of 3e-11 on s^2 <= 1/2, which
+/// is a quarter of the circle. The area is right to 1e-9 pixels, so the coverage is the 255th nearest to
+/// the true one.
 ///
 /// ## Soft coverage
 /// The stamp's radial profile averaged over the pixel, to within 1/255. The pixel is cut into n x n

@@ -11,43 +11,6 @@
 /// for a row of it. Inner part of StampCoverage.h, without SIMD.
 namespace trimora::cutengine::kernels {
 
-// The part of a row in one half of the unit disc: v from `low` to `high`, both in 0..1, and the
-// half-widths of the disc at the two.
-struct HalfRow {
-    double low, high;
-    double widthAtHigh, widthAtLow;
-};
-
-// A row of pixels across an ellipse: no half where they do not meet, two where the centre line
-// crosses the row.
-struct DiscRow {
-    std::array<HalfRow, 2> halves;
-    int count = 0;
-
-    void add(double low, double high) {
-        if (low >= 1 || high <= low)
-            return;
-        const double capped = std::min(high, 1.0);
-        const HalfRow half{low, capped, std::sqrt(1 - capped * capped), std::sqrt(1 - low * low)};
-        halves[static_cast<std::size_t>(count++)] = half;
-    }
-};
-
-inline DiscRow discRow(const StampEllipse& ellipse, int y) {
-    const double upper = (y - ellipse.cy) / ellipse.ry;
-    const double lower = (y + 1 - ellipse.cy) / ellipse.ry;
-    DiscRow row;
-    if (upper >= 0) {
-        row.add(upper, lower);
-    } else if (lower <= 0) {
-        row.add(-lower, -upper);
-    } else {
-        row.add(0, lower);
-        row.add(0, -upper);
-    }
-    return row;
-}
-
 // How the coverage of a stamp is found.
 enum class CoverageKind : std::uint8_t { hard, cells, layers };
 
@@ -92,7 +55,8 @@ constexpr std::array<double, 12> kSegment = {
 struct CellStamp {
     float radius = 0;
     float ring = 0;
-    int cells = 1;  // a side of the pixel
+    int cells = 1;        // a side of the pixel
+    bool hasTip = false;  // whether the profile begins to fade at the centre, or next to it
 };
 
 // A soft stamp with what is the same for all of its pixels.
@@ -112,7 +76,9 @@ struct SoftStamp {
         if (method.kind != CoverageKind::cells)
             return;
         const double radius = ellipse.rx * method.steps;
-        cell = {static_cast<float>(radius), static_cast<float>(radius * (1 - solid)), method.steps};
+        constexpr double kFlat = 2;
+        cell = {static_cast<float>(radius), static_cast<float>(radius * (1 - solid)), method.steps,
+                radius * solid < kFlat};
         const double whole = std::floor(ellipse.cx);
         centre = static_cast<std::int32_t>(whole);
         offset = static_cast<float>(0.5 - (ellipse.cx - whole));

@@ -62,41 +62,6 @@ inline std::uint64_t mixed(std::uint64_t old, std::uint64_t fill, std::uint32_t 
 HWY_BEFORE_NAMESPACE();
 namespace trimora::cutengine::kernels::HWY_NAMESPACE {
 
-#if HWY_TARGET == HWY_SCALAR
-
-template <class D, class V = hn::Vec<D>>
-HWY_INLINE V blendedPixels(D d, V old, V fill, V cover) {
-    return hn::Set(d, joined(mixed(spread(hn::GetLane(old)), spread(hn::GetLane(fill)), hn::GetLane(cover))));
-}
-
-#else
-
-// A vector of 16-bit sums old * (255 - c) + fill * c, divided by 255 and rounded to the nearest. Exact
-// for every sum up to 255 * 255.
-template <class V>
-HWY_INLINE V dividedBy255(V sum) {
-    const hn::DFromV<V> d;
-    const V biased = hn::Add(sum, hn::Set(d, 128));
-    return hn::ShiftRight<8>(hn::Add(biased, hn::ShiftRight<8>(biased)));
-}
-
-// Blends whole vectors of pixels: cover holds 0..255 in each 32-bit lane.
-template <class D, class V = hn::Vec<D>>
-HWY_INLINE V blendedPixels(D d, V old, V fill, V cover) {
-    const hn::Repartition<std::uint16_t, D> d16;
-    const auto low = hn::Set(d16, 0x00FF);
-    const auto share = hn::BitCast(d16, hn::Or(cover, hn::ShiftLeft<16>(cover)));
-    const auto rest = hn::Sub(low, share);
-    const auto old16 = hn::BitCast(d16, old);
-    const auto fill16 = hn::BitCast(d16, fill);
-    const auto even = hn::Add(hn::Mul(hn::And(old16, low), rest), hn::Mul(hn::And(fill16, low), share));
-    const auto odd =
-        hn::Add(hn::Mul(hn::ShiftRight<8>(old16), rest), hn::Mul(hn::ShiftRight<8>(fill16), share));
-    return hn::BitCast(d, hn::Or(dividedBy255(even), hn::ShiftLeft<8>(dividedBy255(odd))));
-}
-
-#endif
-
 // Which stamps of a batch touch a row, and how far each reaches there.
 struct RowReach {
     HWY_ALIGN StampBatch::Values<float> squared;  // 0 or less for a stamp that does not meet the row
@@ -194,29 +159,15 @@ class PixelVector {
 // The coverage of one pixel by a vector of hard stamps, from the batch's i-th on.
 template <class D>
 HWY_INLINE auto hardCover(D d, const StampBatch& batch, std::size_t i, int x, int y) {
-    using V = hn::Vec<D>;
-    const V zero = hn::Zero(d);
-    const V one = hn::Set(d, 1.0);
-    const V perRx = hn::LoadU(d, &batch.perRx[i]);
-    const V perRy = hn::LoadU(d, &batch.perRy[i]);
-    const V cx = hn::LoadU(d, &batch.cx[i]);
-    const V cy = hn::LoadU(d, &batch.cy[i]);
-    const V left = hn::Mul(hn::Sub(hn::Set(d, static_cast<double>(x)), cx), perRx);
-    const V right = hn::Mul(hn::Sub(hn::Set(d, static_cast<double>(x + 1)), cx), perRx);
-    const V upper = hn::Mul(hn::Sub(hn::Set(d, static_cast<double>(y)), cy), perRy);
-    const V lower = hn::Mul(hn::Sub(hn::Set(d, static_cast<double>(y + 1)), cy), perRy);
-    const auto areaBetween = [&](V low, V high) HWY_ATTR {
-        const V from = hn::Min(low, one);
-        const V to = hn::Min(high, one);
-        const auto width = [&](V v) HWY_ATTR { return hn::Sqrt(hn::Sub(one, hn::Mul(v, v))); };
-        const HalfRows<V> half{from, to, width(to), width(from)};
-        return hn::Sub(areaLeftOf(d, right, half), areaLeftOf(d, left, half));
+    const auto perRx = hn::LoadU(d, &batch.perRx[i]);
+    const auto perRy = hn::LoadU(d, &batch.perRy[i]);
+    const auto cx = hn::LoadU(d, &batch.cx[i]);
+    const auto cy = hn::LoadU(d, &batch.cy[i]);
+    const auto scaled = [&](int place, auto centre, auto perRadius) HWY_ATTR {
+        return hn::Mul(hn::Sub(hn::Set(d, static_cast<double>(place)), centre), perRadius);
     };
-    // A row that the centre line crosses has a second half.
-    V area = areaBetween(hn::Max(hn::Max(upper, hn::Neg(lower)), zero), hn::Max(lower, hn::Neg(upper)));
-    const V second = hn::Min(lower, hn::Neg(upper));
-    if (!hn::AllFalse(d, hn::Gt(second, zero)))
-        area = hn::Add(area, areaBetween(zero, hn::Max(second, zero)));
+    const auto area = areaInRectangle(d, scaled(x, cx, perRx), scaled(x + 1, cx, perRx), scaled(y, cy, perRy),
+                                      scaled(y + 1, cy, perRy));
     return roundedCover(d, hn::Mul(area, hn::LoadU(d, &batch.scale[i])));
 }
 
@@ -225,15 +176,13 @@ HWY_INLINE std::uint32_t hardPixel(const StampBatch& batch, Range<std::size_t> s
                                    std::uint32_t old, std::uint32_t fill) {
     const hn::ScalableTag<double> d;
     const hn::Rebind<std::int32_t, decltype(d)> d32;
-    HWY_ALIGN std::int32_t covers[kMostLanes];
+    StampBatch::Values<std::int32_t> covers;
+    for (std::size_t i = stamps.begin; i < stamps.end; i += hn::Lanes(d))
+        hn::StoreU(hardCover(d, batch, i, x, y), d32, &covers[i]);
     const std::uint64_t end = spread(fill);
     std::uint64_t pixel = spread(old);
-    for (std::size_t i = stamps.begin; i < stamps.end && pixel != end; i += hn::Lanes(d)) {
-        hn::Store(hardCover(d, batch, i, x, y), d32, covers);
-        const std::size_t count = std::min(hn::Lanes(d), stamps.end - i);
-        for (std::size_t k = 0; k < count; ++k)
-            pixel = mixed(pixel, end, static_cast<std::uint32_t>(covers[k]));
-    }
+    for (std::size_t i = stamps.begin; i < stamps.end; ++i)
+        pixel = mixed(pixel, end, static_cast<std::uint32_t>(covers[i]));
     return joined(pixel);
 }
 
@@ -255,21 +204,95 @@ HWY_INLINE void paintHardRow(const PlaneRow& row, const StampBatch& batch, const
     }
 }
 
+#if HWY_TARGET == HWY_SCALAR
+
+// A vector of pixels while stamps are mixed into it.
+template <class D>
+class MixedPixels {
+ public:
+    MixedPixels(D d, hn::Vec<D> pixels, std::uint32_t fill)
+        : pixel_(spread(hn::GetLane(pixels))), fill_(spread(fill)) {
+        (void)d;
+    }
+    template <class V>
+    void mix(V cover) {
+        pixel_ = mixed(pixel_, fill_, static_cast<std::uint32_t>(hn::GetLane(cover)));
+    }
+    [[nodiscard]] hn::Vec<D> pixels(D d) const { return hn::Set(d, joined(pixel_)); }
+
+ private:
+    std::uint64_t pixel_;
+    std::uint64_t fill_;
+};
+
+#else
+
+// Every second component of a vector of pixels, 16 bits each, while stamps are mixed into them. A sum
+// old (255 - c) + fill c, at most 255 x 255, is divided by 255 and rounded exactly.
+template <class D16>
+struct MixedComponents {
+    hn::Vec<D16> values, fill;
+
+    HWY_INLINE void mix(D16 d, hn::Vec<D16> cover, hn::Vec<D16> rest) {
+        const auto added = hn::Add(hn::Mul(fill, cover), hn::Set(d, 128));
+        const auto biased = hn::Add(hn::Mul(values, rest), added);
+        values = hn::ShiftRight<8>(hn::Add(biased, hn::ShiftRight<8>(biased)));
+    }
+};
+
+// A vector of pixels while stamps are mixed into it. In a mask blue and red are the same everywhere, in
+// pixels and fill: they are left alone where that is so.
+template <class D>
+class MixedPixels {
+ public:
+    HWY_INLINE MixedPixels(D d, hn::Vec<D> pixels, std::uint32_t fill)
+        : even_{evenOf(d, pixels), evenOf(d, hn::Set(d, fill))},
+          odd_{oddOf(d, pixels), oddOf(d, hn::Set(d, fill))},
+          hasEven_(!hn::AllTrue(D16(), hn::Eq(even_.values, even_.fill))) {}
+
+    template <class V>
+    HWY_INLINE void mix(V cover) {
+        const D16 d;
+        const auto both = hn::BitCast(d, hn::Or(cover, hn::ShiftLeft<16>(cover)));
+        const auto rest = hn::Sub(hn::Set(d, 255), both);
+        odd_.mix(d, both, rest);
+        if (hasEven_)
+            even_.mix(d, both, rest);
+    }
+    [[nodiscard]] HWY_INLINE hn::Vec<D> pixels(D d) const {
+        return hn::BitCast(d, hn::Or(even_.values, hn::ShiftLeft<8>(odd_.values)));
+    }
+
+ private:
+    using D16 = hn::Repartition<std::uint16_t, D>;
+    static HWY_INLINE hn::Vec<D16> evenOf(D, hn::Vec<D> pixels) {
+        return hn::And(hn::BitCast(D16(), pixels), hn::Set(D16(), 0x00FF));
+    }
+    static HWY_INLINE hn::Vec<D16> oddOf(D, hn::Vec<D> pixels) {
+        return hn::ShiftRight<8>(hn::BitCast(D16(), pixels));
+    }
+
+    MixedComponents<D16> even_, odd_;
+    bool hasEven_;
+};
+
+#endif
+
 HWY_INLINE void paintSoftRow(const PlaneRow& row, const StampBatch& batch, const RowReach& reach,
                              std::uint32_t fill) {
     const hn::ScalableTag<std::uint32_t> d;
     const hn::RebindToSigned<decltype(d)> d32;
     const int lanes = static_cast<int>(hn::Lanes(d));
-    const auto end = hn::Set(d, fill);
     for (int x = reach.pixels.begin; x < reach.pixels.end; x += lanes) {
         PixelVector<decltype(d)> at(d, row, x);
-        auto pixels = at.load(d);
-        if (hn::AllTrue(d, hn::Eq(pixels, end)))
+        const auto old = at.load(d);
+        if (hn::AllTrue(d, hn::Eq(old, hn::Set(d, fill))))
             continue;
+        MixedPixels<decltype(d)> pixels(d, old, fill);
         const Range<std::size_t> stamps = touching(batch, reach, x, x + lanes);
         for (std::size_t i = stamps.begin; i < stamps.end; ++i)
-            pixels = blendedPixels(d, pixels, end, hn::BitCast(d, softCover(d32, batch.soft[i], row.y, x)));
-        at.store(d, pixels);
+            pixels.mix(softCover(d32, batch.soft[i], row.y, x));
+        at.store(d, pixels.pixels(d));
     }
 }
 
@@ -308,17 +331,18 @@ void StampBatch::add(const StampEllipse& stamp, double solid) {
         originY = std::floor(stamp.cy);
     }
     const std::size_t i = count_++;
+    const bool asLast = i > 0 && stamp.rx == last_.rx && stamp.ry == last_.ry;
     last_ = stamp;
     cx[i] = stamp.cx;
     cy[i] = stamp.cy;
-    perRx[i] = 1 / stamp.rx;
-    perRy[i] = 1 / stamp.ry;
+    perRx[i] = asLast ? perRx[i - 1] : 1 / stamp.rx;
+    perRy[i] = asLast ? perRy[i - 1] : 1 / stamp.ry;
     scale[i] = 255 * stamp.rx * stamp.ry;
     if (solid < 1)
         soft.emplace_back(stamp, solid);
     x[i] = static_cast<float>(stamp.cx - originX);
     y[i] = static_cast<float>(stamp.cy - originY);
-    steepness[i] = static_cast<float>(stamp.rx / stamp.ry);
+    steepness[i] = static_cast<float>(stamp.rx * perRy[i]);
     reach[i] = static_cast<float>(stamp.rx * stamp.rx * (1 + kBit));
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <limits>
 
 #include "cutengine/kernels/StampCores.h"
 #include "cutengine/kernels/StampRows.h"
@@ -27,21 +28,42 @@ StampEllipse ellipseOf(const Rect& stamp, int planeHeight) {
     return {stamp.x + rx, planeHeight - (stamp.y + ry), rx, ry};
 }
 
-// Every pixel that the ellipse touches, within the plane; empty also for what is no ellipse at all.
-IntRect boundsOf(const StampEllipse& ellipse, const MutableBitmapView& plane) {
-    const auto clip = [](double value, int most) {
-        return static_cast<int>(std::clamp(value, 0.0, static_cast<double>(most)));
-    };
-    const bool valid = ellipse.rx > 0 && ellipse.ry > 0 && std::isfinite(ellipse.cx + ellipse.rx) &&
-                       std::isfinite(ellipse.cy + ellipse.ry);
-    if (!valid)
-        return {};
-    const int left = clip(std::floor(ellipse.cx - ellipse.rx), plane.width);
-    const int top = clip(std::floor(ellipse.cy - ellipse.ry), plane.height);
-    const int right = clip(std::ceil(ellipse.cx + ellipse.rx), plane.width);
-    const int bottom = clip(std::ceil(ellipse.cy + ellipse.ry), plane.height);
-    return {left, top, right - left, bottom - top};
+// Whether the stamp is an ellipse at all and meets the plane.
+bool meets(const StampEllipse& stamp, const MutableBitmapView& plane) {
+    return stamp.rx > 0 && stamp.ry > 0 && std::isfinite(stamp.rx) && std::isfinite(stamp.ry) &&
+           stamp.cx + stamp.rx > 0 && stamp.cy + stamp.ry > 0 && stamp.cx - stamp.rx < plane.width &&
+           stamp.cy - stamp.ry < plane.height && std::isfinite(stamp.cx) && std::isfinite(stamp.cy);
 }
+
+// What some stamps reach over.
+class Extent {
+ public:
+    void add(const StampEllipse& stamp) {
+        left_ = std::min(left_, stamp.cx - stamp.rx);
+        top_ = std::min(top_, stamp.cy - stamp.ry);
+        right_ = std::max(right_, stamp.cx + stamp.rx);
+        bottom_ = std::max(bottom_, stamp.cy + stamp.ry);
+    }
+
+    // Every pixel of the plane that they touch.
+    [[nodiscard]] IntRect within(const MutableBitmapView& plane) const {
+        const auto clip = [](double value, int most) {
+            return static_cast<int>(std::clamp(value, 0.0, static_cast<double>(most)));
+        };
+        const int left = clip(std::floor(left_), plane.width);
+        const int top = clip(std::floor(top_), plane.height);
+        const int right = clip(std::ceil(right_), plane.width);
+        const int bottom = clip(std::ceil(bottom_), plane.height);
+        return right > left && bottom > top ? IntRect{left, top, right - left, bottom - top} : IntRect{};
+    }
+
+ private:
+    static constexpr double kFar = std::numeric_limits<double>::max();
+    double left_ = kFar;
+    double top_ = kFar;
+    double right_ = -kFar;
+    double bottom_ = -kFar;
+};
 
 // One group of a call's stamps.
 class StampGroup {
@@ -51,52 +73,46 @@ class StampGroup {
 
     void add(const Rect& stamp) {
         const StampEllipse ellipse = ellipseOf(stamp, plane_.height);
-        const IntRect bounds = boundsOf(ellipse, plane_);
-        if (bounds.isEmpty())
+        if (!meets(ellipse, plane_))
             return;
-        stamps_.push_back({ellipse, bounds});
-        bounds_ = united(bounds_, bounds);
+        stamps_.push_back(ellipse);
+        extent_.add(ellipse);
         cores_.add(ellipse);
     }
 
     // Paints what was added, forgets it, and returns where that may have changed the plane.
     IntRect paint() {
-        cores_.fill(plane_, bounds_, paint_.fill);
-        for (const Placed& stamp : stamps_) {
-            if (!batch_.takes(stamp.ellipse))
+        const IntRect bounds = extent_.within(plane_);
+        cores_.fill(plane_, bounds, paint_.fill);
+        for (const StampEllipse& stamp : stamps_) {
+            if (!batch_.takes(stamp))
                 paintBatchNow();
-            batch_.add(stamp.ellipse, paint_.solid);
-            batchBounds_ = united(batchBounds_, stamp.bounds);
+            batch_.add(stamp, paint_.solid);
+            batchExtent_.add(stamp);
         }
         paintBatchNow();
-        const IntRect painted = bounds_;
         stamps_.clear();
         cores_.clear();
-        bounds_ = {};
-        return painted;
+        extent_ = {};
+        return bounds;
     }
 
     [[nodiscard]] bool isFull() const { return stamps_.size() >= kGroup; }
 
  private:
-    struct Placed {
-        StampEllipse ellipse;
-        IntRect bounds;
-    };
-
     void paintBatchNow() {
-        paintBatch(plane_, batch_, batchBounds_, paint_);
+        paintBatch(plane_, batch_, batchExtent_.within(plane_), paint_);
         batch_.clear();
-        batchBounds_ = {};
+        batchExtent_ = {};
     }
 
     MutableBitmapView plane_;
     StampPaint paint_;
-    std::vector<Placed> stamps_;
+    std::vector<StampEllipse> stamps_;
     StampCores cores_;
-    IntRect bounds_;
+    Extent extent_;
     StampBatch batch_;
-    IntRect batchBounds_;
+    Extent batchExtent_;
 };
 
 }  // namespace
