@@ -90,9 +90,6 @@ struct MatchPart {
     }
 };
 
-/// A whole match, length and distance.
-[[nodiscard]] BitString matchBits(const BlockCode& code, std::uint32_t length, std::uint32_t distance);
-
 /// Begins a block with these codes.
 void putBlockHeader(BitWriter& to, const BlockCode& code, bool last);
 

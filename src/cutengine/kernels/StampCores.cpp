@@ -158,7 +158,7 @@ bool sameSize(const StampEllipse& a, const StampEllipse& b) {
 // tenth of a pixel, left to the exact step.
 bool isClose(const StampEllipse& a, const StampEllipse& b) {
     constexpr double kSliver = 0.1;
-    constexpr double kPartOfRadius = 1.0 / 8;
+    constexpr double kPartOfRadius = 1.0 / 5;
     const double radius = std::min(a.rx, a.ry);
     const double x = a.cx - b.cx;
     const double y = a.cy - b.cy;

@@ -52,8 +52,10 @@ HWY_INLINE V areaInQuadrant(D d, V near, V far, V low, V high) {
     };
     const V arcBegin = hn::Min(hn::Max(across(high), near), far);
     const V arcEnd = hn::Min(hn::Max(across(low), near), far);
-    const V beginHeight = hn::Min(hn::Max(across(arcBegin), low), high);
-    const V endHeight = hn::Min(hn::Max(across(arcEnd), low), high);
+    // Where the arc begins or ends between near and far, the disc there is taller or lower than the rectangle
+    // at near or far: so no root has to wait for another.
+    const V beginHeight = hn::Min(hn::Max(across(near), low), high);
+    const V endHeight = hn::Min(hn::Max(across(far), low), high);
     const V wide = hn::Sub(arcEnd, arcBegin);
     const V down = hn::Sub(beginHeight, endHeight);
     const V flat = hn::Mul(hn::Sub(arcBegin, near), hn::Sub(high, low));
