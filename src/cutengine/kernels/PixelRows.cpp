@@ -4,6 +4,7 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "cutengine/kernels/PixelRows.cpp"
+#include "hwy/cache_control.h"
 #include "hwy/foreach_target.h"  // compiles this file again for every target
 #include "hwy/highway.h"
 
@@ -26,6 +27,8 @@ HWY_INLINE hn::Vec<D> loadedPixels(D d, const std::uint8_t* from) {
 
 int differingImpl(const std::uint8_t* row, const std::uint8_t* other, int width, std::int32_t* places) {
     constexpr int kPixel = 4;
+    constexpr int kLine = 16;                // pixels in a line of the cache
+    constexpr std::ptrdiff_t kAhead = 8192;  // about a row: callers go down row by row
     const hn::ScalableTag<std::uint32_t> d;
     const hn::ScalableTag<std::int32_t> d32;
     const int lanes = static_cast<int>(hn::Lanes(d));
@@ -34,6 +37,8 @@ int differingImpl(const std::uint8_t* row, const std::uint8_t* other, int width,
     int count = 0;
     int x = 0;
     for (; x + 4 * lanes <= width; x += 4 * lanes) {
+        for (int i = 0; i < 4 * lanes; i += kLine)
+            hwy::Prefetch(row + kPixel * (x + i) + kAhead);
         // Four vectors at a time: nearly always all of them are the same.
         auto differs = hn::Zero(d);
         for (int i = 0; i < 4 * lanes; i += lanes)
