@@ -126,7 +126,7 @@ void compareWriting(const std::string& job, const Bitmap& plane) {
     const auto add = [&](Comparison& table, const std::string& name, const std::function<Bytes()>& write) {
         table.add(named(name, write()), [keep, write] { *keep = write(); });
     };
-    Comparison table(job);
+    Comparison table(job, 9, Timed::byProcessor);
     add(table, "Trimora", [&] { return std::move(encodeMask(plane.view())).value(); });
     add(table, "libpng 6", [&] { return byLibpng(plane, 6, 0); });
     add(table, "libpng 1, no filter", [&] { return byLibpng(plane, 1, PNG_FILTER_NONE); });
@@ -159,7 +159,7 @@ void compareReading(const std::string& job, const Bitmap& plane) {
     const Bytes ours = std::move(encodeMask(plane.view())).value();
     const Bytes theirs = byLibpng(plane, 6, 0);
     const auto keep = std::make_shared<Bytes>();
-    Comparison table(job);
+    Comparison table(job, 9, Timed::byProcessor);
     table.add("Trimora, its own file", [&] { (void)decodeMask(ours, kSide); });
     table.add("Trimora, libpng's file", [&] { (void)decodeMask(theirs, kSide); });
     table.add("libpng", [&, keep] { *keep = readByLibpng(theirs); });
@@ -172,7 +172,7 @@ void compareReading(const std::string& job, const Bitmap& plane) {
 void compareSnapshots(const Bitmap& plane) {
     const auto snapshotter = std::make_shared<MaskSnapshotter>();
     (void)snapshotter->take(plane.view(), {});
-    Comparison table("snapshot for the screen");
+    Comparison table("snapshot for the screen", 9, Timed::byProcessor);
     table.add("Trimora, 30 x 30 changed", [=, &plane] {
         (void)snapshotter->take(plane.view(), {700, 700, 30, 30});
     });

@@ -35,7 +35,7 @@ constexpr const char* kNew = "new";  // the launcher's action
 /// What a later start of the program wants of this one.
 void serve(trimora::Wiring& program, const LaunchRequest& request) {
     trimora::app::AppDelegate& delegate = program.shell().appDelegate();
-    trimora::platform::activationToken::keep(request.activationToken);
+    trimora::platform::activation_token::keep(request.activationToken);
     if (request.action == kNew)
         delegate.new_pressed();
     delegate.applicationShouldHandleReopen_hasVisibleWindows(program.shell().window().isShown());
@@ -107,7 +107,7 @@ int demonstrate(const CommandLine& line) {
 
 int runProgram(const CommandLine& line) {
     using Screen = trimora::Toolkit::Screen;
-    const std::string activationToken = trimora::platform::activationToken::ofThisStart();
+    const std::string activationToken = trimora::platform::activation_token::ofThisStart();
     const trimora::Toolkit toolkit(line.mode == CommandLine::Mode::demo ? Screen::offscreen
                                                                         : Screen::desktop);
     if (line.mode == CommandLine::Mode::gallery)
@@ -117,7 +117,8 @@ int runProgram(const CommandLine& line) {
 
 }  // namespace
 
-int main(int argc, char** argv) {
+// What is thrown and gets past everything ends the program here, where it is recorded as a crash.
+int main(int argc, char** argv) {  // NOLINT(bugprone-exception-escape)
     trimora::logToTerminal();
     const trimora::Words words(argv + 1, argv + argc);
     if (const trimora::Subcommand* const subcommand = trimora::subcommandOf(words))

@@ -2,7 +2,7 @@
 
 #include <QByteArray>
 
-namespace trimora::platform::activationToken {
+namespace trimora::platform::activation_token {
 namespace {
 
 constexpr const char* kToken = "XDG_ACTIVATION_TOKEN";
@@ -26,4 +26,4 @@ std::string take() {
     return token;
 }
 
-}  // namespace trimora::platform::activationToken
+}  // namespace trimora::platform::activation_token

@@ -8,7 +8,7 @@
 ///
 /// It is kept in the environment: there it stands when the program is started, and there the toolkit
 /// looks for it when a window is activated.
-namespace trimora::platform::activationToken {
+namespace trimora::platform::activation_token {
 
 /// The token that the program was started with; empty where there was none. To be asked before the
 /// QApplication is made, which uses it up.
@@ -20,4 +20,4 @@ void keep(const std::string& token);
 /// The token that is kept, which is then gone; empty where there is none.
 [[nodiscard]] std::string take();
 
-}  // namespace trimora::platform::activationToken
+}  // namespace trimora::platform::activation_token

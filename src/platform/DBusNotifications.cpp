@@ -112,7 +112,7 @@ void DBusNotifications::hearAction(uint id, const QString& key) {
 
 void DBusNotifications::hearToken(uint id, const QString& token) {
     if (find(id) != nullptr)
-        activationToken::keep(token.toStdString());
+        activation_token::keep(token.toStdString());
 }
 
 void DBusNotifications::hearClosed(uint id, uint /*reason*/) {

@@ -134,8 +134,8 @@ TEST_F(DBusNotificationsTest, TheTokenOfAClickIsKeptForWhatIsShownNext) {
     hearAll();
     server_->emitSignal("ActivationToken", {kId, "token-1"});
     hearAll();
-    EXPECT_EQ(activationToken::take(), "token-1");
-    EXPECT_EQ(activationToken::take(), "");
+    EXPECT_EQ(activation_token::take(), "token-1");
+    EXPECT_EQ(activation_token::take(), "");
 }
 
 TEST_F(DBusNotificationsTest, WithoutAServerTheFallbackShowsItAndItsAnswersCountToo) {

@@ -36,7 +36,7 @@ DesktopWorkspace::DesktopWorkspace(QDBusConnection bus, Opener opener)
 void DesktopWorkspace::revealFile(const std::filesystem::path& file) {
     QDBusMessage call =
         QDBusMessage::createMethodCall(kFileManager, kPath, kFileManager, QStringLiteral("ShowItems"));
-    call << QStringList{fileUri(file)} << QString::fromStdString(activationToken::take());
+    call << QStringList{fileUri(file)} << QString::fromStdString(activation_token::take());
     const QUrl folder(fileUri(file.parent_path()));
     callOnBus(bus_, call, kPatience, qApp, [folder, opener = opener_](const QDBusMessage& answer) {
         if (answer.type() != QDBusMessage::ReplyMessage)

@@ -27,7 +27,7 @@ class DesktopWorkspaceTest : public ::testing::Test {
 TEST_F(DesktopWorkspaceTest, TheFileManagerShowsTheFileWithTheTokenOfTheClick) {
     ServiceForTests manager(bus_.connect(), kFileManager, kPath,
                             [](const QDBusMessage& call) { return call.createReply(); });
-    activationToken::keep("token-2");
+    activation_token::keep("token-2");
     workspace_.revealFile("/a folder/cut.png");
     workspace_.revealFile("/b/cut.png");
     pumpUntil([&] { return manager.calls("ShowItems").size() == 2; });

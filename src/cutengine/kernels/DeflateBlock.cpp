@@ -69,12 +69,6 @@ MatchPart MatchPart::ofDistance(std::uint32_t distance) {
     return {symbol, offset & ((1U << bits) - 1), bits};
 }
 
-BitString matchBits(const BlockCode& code, std::uint32_t length, std::uint32_t distance) {
-    const BitString first = MatchPart::ofLength(length).in(code.literals);
-    const BitString second = MatchPart::ofDistance(distance).in(code.distances);
-    return {first.bits | second.bits << first.count, first.count + second.count};
-}
-
 void putBlockHeader(BitWriter& to, const BlockCode& code, bool last) {
     constexpr std::array<std::uint8_t, 19> kOrder = {16, 17, 18, 0, 8,  7, 9,  6, 10, 5,
                                                      11, 4,  12, 3, 13, 2, 14, 1, 15};

@@ -76,14 +76,19 @@ struct MatchPart {
     [[nodiscard]] static MatchPart ofLength(std::uint32_t length);
     [[nodiscard]] static MatchPart ofDistance(std::uint32_t distance);
 
+    /// How many bits are added to a length's symbol.
+    [[nodiscard]] static int extraBitsOf(std::size_t symbol) {
+        constexpr std::size_t kFirstWithExtra = 265;
+        return symbol < kFirstWithExtra || symbol == kLiteralSymbols - 1
+                   ? 0
+                   : static_cast<int>((symbol - kFirstWithExtra) / 4) + 1;
+    }
+
     [[nodiscard]] BitString in(const HuffmanCode& code) const {
         const int count = code.lengths[symbol];
         return {code.bits[symbol] | static_cast<std::uint64_t>(extra) << count, count + extraBits};
     }
 };
-
-/// A whole match, length and distance.
-[[nodiscard]] BitString matchBits(const BlockCode& code, std::uint32_t length, std::uint32_t distance);
 
 /// Begins a block with these codes.
 void putBlockHeader(BitWriter& to, const BlockCode& code, bool last);

@@ -89,8 +89,7 @@ class PictureChecksum {
         add(static_cast<std::uint64_t>(height));
     }
     void add(int x, int y, std::uint32_t pixel) {
-        add(static_cast<std::uint64_t>(y) << 32 | static_cast<std::uint64_t>(x));
-        add(pixel);
+        add(static_cast<std::uint64_t>(y) << 48 ^ static_cast<std::uint64_t>(x) << 32 ^ pixel);
     }
     [[nodiscard]] std::uint64_t value() const { return state_ ^ state_ >> 32; }
 
@@ -99,8 +98,10 @@ class PictureChecksum {
     std::uint64_t state_ = 0x5472696D6F7261;
 };
 
-const std::uint32_t* wordsOf(const std::uint8_t* row) {
-    return reinterpret_cast<const std::uint32_t*>(row);
+std::uint32_t pixelAt(const std::uint8_t* row, std::int32_t x) {
+    std::uint32_t pixel = 0;
+    std::memcpy(&pixel, row + kBytesPerPixel * static_cast<std::size_t>(x), kBytesPerPixel);
+    return pixel;
 }
 
 std::array<std::uint8_t, kHeaderSize> headerData(BitmapView plane) {
@@ -119,16 +120,16 @@ std::vector<std::uint8_t> compressed(BitmapView plane, PictureChecksum& checksum
     const auto width = static_cast<std::size_t>(plane.width);
     RunDeflate stream(static_cast<std::uint64_t>(plane.height) * (1 + kBytesPerPixel * width));
     std::vector<std::int32_t> places(width + kPlacesSlack);
-    const std::vector<std::uint32_t> nothing(width, 0);
-    const std::uint32_t* above = nothing.data();
+    const std::vector<std::uint8_t> nothing(kBytesPerPixel * width, 0);
+    const std::uint8_t* above = nothing.data();
     for (int y = 0; y < plane.height; ++y) {
-        const std::uint32_t* const row = wordsOf(plane.row(y));
+        const std::uint8_t* const row = plane.row(y);
         stream.byte(kFilterUp);
         int done = 0;
         for (int k = 0, count = differingPixels(row, above, plane.width, places.data()); k < count; ++k) {
             const int x = places[static_cast<std::size_t>(k)];
-            const std::uint32_t pixel = toFile(row[x]);
-            const std::uint32_t changed = difference(pixel, toFile(above[x]));
+            const std::uint32_t pixel = toFile(pixelAt(row, x));
+            const std::uint32_t changed = difference(pixel, toFile(pixelAt(above, x)));
             if (changed == 0)
                 continue;
             stream.zeros(kBytesPerPixel * static_cast<std::uint64_t>(x - done));
@@ -180,6 +181,26 @@ std::vector<std::uint8_t> joinedData(const std::vector<PngChunk>& chunks) {
     return joined;
 }
 
+bool hasChecksum(const std::vector<PngChunk>& chunks) {
+    return std::any_of(chunks.begin(), chunks.end(),
+                       [](const PngChunk& chunk) { return chunk.type == kChecksumChunk; });
+}
+
+// Inflates a zlib stream to exactly the bytes that are asked for. A stream whose picture is checked later
+// is spared its own checksum, which would read every byte once more.
+bool inflated(libdeflate_decompressor* decompressor, std::span<const std::uint8_t> data, bool checkedLater,
+              std::span<std::uint8_t> bytes) {
+    constexpr std::size_t kHead = 2;
+    constexpr std::size_t kChecksum = 4;
+    constexpr std::uint64_t kOurHead = 0x7801;  // as RunDeflate begins
+    if (!checkedLater || data.size() < kHead + kChecksum || bigEndian(data.first(kHead)) != kOurHead)
+        return libdeflate_zlib_decompress(decompressor, data.data(), data.size(), bytes.data(), bytes.size(),
+                                          nullptr) == LIBDEFLATE_SUCCESS;
+    const auto body = data.subspan(kHead, data.size() - kHead - kChecksum);
+    return libdeflate_deflate_decompress(decompressor, body.data(), body.size(), bytes.data(), bytes.size(),
+                                         nullptr) == LIBDEFLATE_SUCCESS;
+}
+
 // The rows as differences from the ones above, a filter byte before each; none for a file that was not
 // written so.
 std::optional<FileRows> inflatedDifferences(const Header& header, const std::vector<PngChunk>& chunks) {
@@ -192,8 +213,7 @@ std::optional<FileRows> inflatedDifferences(const Header& header, const std::vec
         return std::nullopt;
     const std::vector<std::uint8_t> data = joinedData(chunks);
     const std::size_t size = rows.bytesPerRow * static_cast<std::size_t>(header.height);
-    if (libdeflate_zlib_decompress(decompressor.get(), data.data(), data.size(), rows.buffer.data(), size,
-                                   nullptr) != LIBDEFLATE_SUCCESS)
+    if (!inflated(decompressor.get(), data, hasChecksum(chunks), {rows.buffer.data(), size}))
         return std::nullopt;
     for (int y = 0; y < header.height; ++y) {
         if (*rows.row(y) != kFilterUp)
@@ -232,23 +252,24 @@ class PlaneBuilder {
         : plane_(plane),
           checksum_(header.width, header.height),
           places_(static_cast<std::size_t>(header.width) + kPlacesSlack),
-          nothing_(static_cast<std::size_t>(header.width), 0) {}
+          nothing_(kBytesPerPixel * static_cast<std::size_t>(header.width), 0) {}
 
     void addDifferences(const FileRows& rows) {
-        std::vector<std::uint32_t> current = nothing_;
-        std::vector<std::uint32_t> changes = nothing_;
+        std::vector<std::uint32_t> current(static_cast<std::size_t>(plane_.width), 0);
         for (int y = 0; y < plane_.height; ++y) {
-            std::memcpy(changes.data(), rows.row(y) + 1, changes.size() * kBytesPerPixel);
-            addRow(y, differing(changes.data(), nothing_.data()),
-                   [&](std::size_t x) { return current[x] = sum(current[x], changes[x]); });
+            const std::uint8_t* const changes = rows.row(y) + 1;
+            addRow(y, differing(changes, nothing_.data()), [&](std::int32_t x) {
+                std::uint32_t& pixel = current[static_cast<std::size_t>(x)];
+                return pixel = sum(pixel, pixelAt(changes, x));
+            });
         }
     }
 
     void addPixels(const FileRows& rows) {
-        const std::uint32_t* above = nothing_.data();
+        const std::uint8_t* above = nothing_.data();
         for (int y = 0; y < plane_.height; ++y) {
-            const std::uint32_t* const row = wordsOf(rows.row(y));
-            addRow(y, differing(row, above), [&](std::size_t x) { return row[x]; });
+            const std::uint8_t* const row = rows.row(y);
+            addRow(y, differing(row, above), [&](std::int32_t x) { return pixelAt(row, x); });
             above = row;
         }
     }
@@ -256,18 +277,18 @@ class PlaneBuilder {
     [[nodiscard]] std::uint64_t checksum() const { return checksum_.value(); }
 
  private:
-    std::span<const std::int32_t> differing(const std::uint32_t* row, const std::uint32_t* other) {
+    std::span<const std::int32_t> differing(const std::uint8_t* row, const std::uint8_t* other) {
         return {places_.data(),
                 static_cast<std::size_t>(differingPixels(row, other, plane_.width, places_.data()))};
     }
 
-    template <typename PixelAt>
-    void addRow(int y, std::span<const std::int32_t> places, const PixelAt& pixelAt) {
+    template <typename FilePixel>
+    void addRow(int y, std::span<const std::int32_t> places, const FilePixel& filePixel) {
         auto* const row = reinterpret_cast<std::uint32_t*>(plane_.row(y));
-        const void* const above = y == 0 ? nothing_.data() : static_cast<const void*>(plane_.row(y - 1));
-        std::memcpy(row, above, nothing_.size() * kBytesPerPixel);
+        const std::uint8_t* const above = y == 0 ? nothing_.data() : plane_.row(y - 1);
+        std::memcpy(row, above, nothing_.size());
         for (const std::int32_t x : places) {
-            const std::uint32_t pixel = pixelAt(static_cast<std::size_t>(x));
+            const std::uint32_t pixel = filePixel(x);
             checksum_.add(x, y, pixel);
             row[x] = toPlane(pixel);
         }
@@ -276,7 +297,7 @@ class PlaneBuilder {
     MutableBitmapView plane_;
     PictureChecksum checksum_;
     std::vector<std::int32_t> places_;
-    std::vector<std::uint32_t> nothing_;
+    std::vector<std::uint8_t> nothing_;
 };
 
 // Whether the picture is the one that the file's checksum was made of; yes where it has none.

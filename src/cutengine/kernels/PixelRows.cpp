@@ -1,7 +1,10 @@
 #include "cutengine/kernels/PixelRows.h"
 
+#include <cstring>
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "cutengine/kernels/PixelRows.cpp"
+#include "hwy/cache_control.h"
 #include "hwy/foreach_target.h"  // compiles this file again for every target
 #include "hwy/highway.h"
 
@@ -10,21 +13,40 @@ namespace trimora::cutengine::kernels::HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-int differingImpl(const std::uint32_t* row, const std::uint32_t* other, int width, std::int32_t* places) {
+// A vector of pixels from any byte on.
+template <class D>
+HWY_INLINE hn::Vec<D> loadedPixels(D d, const std::uint8_t* from) {
+#if HWY_TARGET == HWY_SCALAR
+    std::uint32_t pixel = 0;
+    std::memcpy(&pixel, from, sizeof pixel);
+    return hn::Set(d, pixel);
+#else
+    return hn::BitCast(d, hn::LoadU(hn::Repartition<std::uint8_t, D>(), from));
+#endif
+}
+
+int differingImpl(const std::uint8_t* row, const std::uint8_t* other, int width, std::int32_t* places) {
+    constexpr int kPixel = 4;
+    constexpr int kLine = 16;                // pixels in a line of the cache
+    constexpr std::ptrdiff_t kAhead = 8192;  // about a row: callers go down row by row
     const hn::ScalableTag<std::uint32_t> d;
     const hn::ScalableTag<std::int32_t> d32;
     const int lanes = static_cast<int>(hn::Lanes(d));
+    const auto pixels = [&](const std::uint8_t* from, int x)
+                            HWY_ATTR { return loadedPixels(d, from + kPixel * x); };
     int count = 0;
     int x = 0;
     for (; x + 4 * lanes <= width; x += 4 * lanes) {
+        for (int i = 0; i < 4 * lanes; i += kLine)
+            hwy::Prefetch(row + kPixel * (x + i) + kAhead);
         // Four vectors at a time: nearly always all of them are the same.
         auto differs = hn::Zero(d);
         for (int i = 0; i < 4 * lanes; i += lanes)
-            differs = hn::Or(differs, hn::Xor(hn::LoadU(d, row + x + i), hn::LoadU(d, other + x + i)));
+            differs = hn::Or(differs, hn::Xor(pixels(row, x + i), pixels(other, x + i)));
         if (hn::AllTrue(d, hn::Eq(differs, hn::Zero(d))))
             continue;
         for (int i = 0; i < 4 * lanes; i += lanes) {
-            const auto same = hn::Eq(hn::LoadU(d, row + x + i), hn::LoadU(d, other + x + i));
+            const auto same = hn::Eq(pixels(row, x + i), pixels(other, x + i));
             const auto place = hn::Add(hn::Iota(d32, 0), hn::Set(d32, x + i));
             count += static_cast<int>(
                 hn::CompressStore(place, hn::RebindMask(d32, hn::Not(same)), d32, places + count));
@@ -32,7 +54,7 @@ int differingImpl(const std::uint32_t* row, const std::uint32_t* other, int widt
     }
     for (; x < width; ++x) {
         places[count] = x;
-        count += row[x] != other[x] ? 1 : 0;
+        count += std::memcmp(row + kPixel * x, other + kPixel * x, kPixel) != 0 ? 1 : 0;
     }
     return count;
 }
@@ -45,7 +67,7 @@ namespace trimora::cutengine::kernels {
 
 HWY_EXPORT(differingImpl);
 
-int differingPixels(const std::uint32_t* row, const std::uint32_t* other, int width, std::int32_t* places) {
+int differingPixels(const std::uint8_t* row, const std::uint8_t* other, int width, std::int32_t* places) {
     return HWY_DYNAMIC_DISPATCH(differingImpl)(row, other, width, places);
 }
 

@@ -4,9 +4,9 @@
 
 namespace trimora::cutengine::kernels {
 
-/// Writes the places, rising from 0, where two rows of `width` pixels differ to `places`, which has
-/// room for kPlacesSlack more than `width`; returns how many there are.
+/// Writes the places, rising from 0, where two rows of `width` 4-byte pixels differ to `places`, which has
+/// room for kPlacesSlack more than `width`; returns how many there are. The rows may begin at any byte.
 inline constexpr int kPlacesSlack = 64;
-int differingPixels(const std::uint32_t* row, const std::uint32_t* other, int width, std::int32_t* places);
+int differingPixels(const std::uint8_t* row, const std::uint8_t* other, int width, std::int32_t* places);
 
 }  // namespace trimora::cutengine::kernels

@@ -6,7 +6,7 @@
 #include <functional>
 #include <span>
 
-#include "cutengine/kernels/StampRows.h"
+#include "cutengine/kernels/StampCoverage.h"
 #include "cutengine/kernels/StrokePainter.h"
 
 /// The definition of painting, for the tests: every stamp over every pixel of the plane, one after

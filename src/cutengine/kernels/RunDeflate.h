@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -21,7 +22,10 @@ class RunDeflate {
     explicit RunDeflate(std::uint64_t total);
 
     void byte(std::uint8_t value);
-    void zeros(std::uint64_t count);
+    void zeros(std::uint64_t count) {
+        if (count > 0)
+            someZeros(count);
+    }
     /// Four bytes, not all zero, the lowest of `value` first.
     void pixel(std::uint32_t value);
 
@@ -29,27 +33,32 @@ class RunDeflate {
     [[nodiscard]] std::vector<std::uint8_t> finish();
 
  private:
-    // One literal byte, or a match of any length from 3 on.
-    enum class Kind : std::uint8_t { literal, zeroRun, pixelRun };
+    // What a symbol is: a byte; the length of a match one byte or one pixel back; or the last byte of a
+    // pixel whose others are those of the pixel before.
+    enum class Way : std::uint8_t { literal, byteBefore, pixelBefore, lastByte };
     struct Token {
-        Kind kind;
-        std::uint32_t value;  // the byte, or the match's length
+        std::uint16_t symbol = 0;
+        std::uint8_t extra = 0;  // what the length adds to the symbol's least
+        Way way = Way::literal;
+        std::uint32_t times = 1;  // of the longest match alone
     };
 
     void push(Token token);
-    void literal(std::uint8_t value) { push({Kind::literal, value}); }
+    void someZeros(std::uint64_t count);
+    void literal(std::uint8_t value) { push({value, 0, Way::literal, 1}); }
+    void match(Way way, std::uint32_t length);
+    void run(Way way, std::uint32_t length);
     void flushRuns();
     void flushZeros();
     void addToChecksum(std::uint8_t value);
     [[nodiscard]] std::uint32_t checksum() const;
 
     void writeBlock(bool last);
-    void writeMatch(const BlockCode& code, Kind kind, std::uint32_t length);
 
     std::uint64_t total_;
     std::uint64_t written_ = 0;
     std::uint64_t sum_ = 1;          // of the bytes, modulo kModulus
-    std::uint64_t weightedSum_ = 0;  // of the sums after every byte
+    std::uint64_t weightedSum_ = 0;  // of the sums after every byte, partly modulo kModulus
 
     std::uint64_t pendingZeros_ = 0;
     std::uint64_t pendingPixels_ = 0;  // further ones like lastPixel_
@@ -57,6 +66,7 @@ class RunDeflate {
     bool afterPixel_ = false;
 
     std::vector<Token> tokens_;
+    std::array<std::uint32_t, kLiteralSymbols> frequencies_{};  // of their symbols
     BitWriter stream_;
 };
 

@@ -8,7 +8,7 @@
 
 #include "cutengine/kernels/BrushStamp.h"
 #include "cutengine/kernels/PlainPainter.h"
-#include "cutengine/kernels/StampRows.h"
+#include "cutengine/kernels/StampCoverage.h"
 #include "testing/Seed.h"
 
 namespace trimora::cutengine::kernels {

@@ -3,99 +3,17 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <vector>
 
-/// The rows of brush stamps: how much of each pixel a stamp covers, and what that leaves in the plane.
-///
-/// Inner part of StrokePainter.h, apart from it because this file is compiled once for every kind of
-/// SIMD unit; the best that the processor has is chosen at run time. All kinds give the same bytes:
-/// no operation is fused and every one of them is exactly rounded.
-///
-/// ## Hard coverage
-/// The area of a pixel inside the ellipse, exactly. With u and v the coordinates divided by the radii,
-/// the ellipse is the unit disc, and for a row of pixels in the half v >= 0, between v = lo and v = hi,
-///
-///     F(u) = integral from 0 to u of (clamp(h(t), lo, hi) - lo) dt,    h(t) = sqrt(1 - t^2)
-///
-/// is the disc's area in the row left of u; a pixel's area is rx ry (F(right) - F(left)). Up to
-/// a = h(hi) the integrand is hi - lo; from b = h(lo) on it is 0; between them runs the arc, whose
-/// integral is a trapezoid under the chord and the segment between chord and arc. A segment of chord
-/// L = 2 s holds asin(s) - s sqrt(1 - s^2) = s^3 P(s^2); P is a polynomial of degree 11, fitted at
-/// Chebyshev nodes to a relative error of 3e-11 on s^2 <= 1/2, which is a quarter of the circle. A row
-/// that the centre line crosses is two halves. The area is right to 1e-9 pixels, so the coverage is
-/// the 255th nearest to the true one.
-///
-/// ## Soft coverage
-/// The stamp's radial profile averaged over the pixel, to within 1/255. The pixel is cut into n x n
-/// cells so small that the fading ring is at least five cells wide. Over a cell, the distance from the
-/// centre has the mean sqrt(d^2 + k), d being that of the cell's middle and k = 1/12, somewhat more
-/// next to the centre where the profile has its tip; and it spreads like a box one cell wide (a square
-/// has the same variance, 1/12, seen from all sides), over which the profile's two straight pieces
-/// integrate in closed form. A ring too narrow for that (8 x 8 cells would not do), or one that is no
-/// circle, is the mean of hard ellipses: a profile is an even mixture of discs of all radii from where
-/// it begins to fade to where it ends.
+#include "cutengine/kernels/StampCoverage.h"
+#include "cutengine/kernels/StampMethod.h"
+#include "foundation/Bitmap.h"
+#include "foundation/Geometry.h"
+
+/// Painting stamps into the plane pixel by pixel: inner part of StrokePainter.h, apart from it because
+/// the source is compiled once for every kind of SIMD unit; the best that the processor has is chosen
+/// at run time. All kinds give the same bytes.
 namespace trimora::cutengine::kernels {
-
-/// One stamp in the plane: pixels, y-down, the origin at the plane's top left corner.
-struct StampEllipse {
-    double cx = 0;
-    double cy = 0;
-    double rx = 0;  ///< above 0
-    double ry = 0;  ///< above 0
-};
-
-/// Stamps as the row painter reads them: what it looks at for every stamp stands side by side.
-class StampList {
- public:
-    void clear();
-
-    /// Appends a stamp that may touch the plane's rows from `top` up to and without `bottom`.
-    void add(const StampEllipse& ellipse, int top, int bottom);
-
-    [[nodiscard]] std::size_t count() const { return count_; }
-    [[nodiscard]] StampEllipse ellipse(std::size_t index) const {
-        return {cx[index], cy[index], rx[index], ry[index]};
-    }
-
-    /// Longer than count() by the widest vector, for whole vectors to be read.
-    std::vector<double> cx, cy, rx, ry;
-    std::vector<std::int32_t> tops, bottoms;
-
- private:
-    std::size_t count_ = 0;
-};
-
-/// One row of the plane while a list of stamps is painted.
-struct PlaneRow {
-    std::uint32_t* pixels = nullptr;
-    int width = 0;
-    int y = 0;
-};
-
-/// Pixels of a row, `left` up to and without `right`.
-struct Span {
-    int left = 0;
-    int right = 0;
-    [[nodiscard]] int length() const { return right - left; }
-    [[nodiscard]] bool isEmpty() const { return left >= right; }
-};
-
-/// Spans of a row that are known to hold the fill: apart from each other, from left to right. Where
-/// there are more than fit, short ones are forgotten.
-class FilledSpans {
- public:
-    static constexpr std::size_t kMost = 8;
-
-    void clear() { count_ = 0; }
-    void add(Span span);
-
-    [[nodiscard]] std::span<const Span> spans() const { return {spans_.data(), count_}; }
-
- private:
-    std::array<Span, kMost + 1> spans_;
-    std::size_t count_ = 0;
-};
 
 /// What the stamps of one call have in common.
 struct StampPaint {
@@ -103,17 +21,42 @@ struct StampPaint {
     double solid = 1;        ///< the share of the radius within which coverage is full; 1 for hard stamps
 };
 
-/// Sets the pixels of the span to `fill`.
-void fillSpan(const PlaneRow& row, Span span, std::uint32_t fill);
+/// A few stamps of one stroke, in order, as the row painter reads them: each thing that it looks at
+/// stands side by side for whole vectors, with room for one more of the widest.
+class StampBatch {
+ public:
+    static constexpr std::size_t kMost = 128;
+    static constexpr std::size_t kRoom = kMost + 64;
+    template <typename T>
+    using Values = std::array<T, kRoom>;
 
-/// Paints one row of every stamp of the list, in order, pixel by pixel and rounding after each, but
-/// for pixels that are known to hold `fill` already: no stamp of this paint changes those.
-void paintStampRows(const PlaneRow& row, const StampList& stamps, const FilledSpans& known,
-                    const StampPaint& paint);
+    [[nodiscard]] std::size_t count() const { return count_; }
 
-/// The coverage of `count` pixels of row `y` from `x` on, in 255ths: the definition of what
-/// paintStampRows() paints with.
-void stampCoverage(const StampEllipse& ellipse, double solid, int x, int y, int count,
-                   std::uint8_t* coverage);
+    /// Whether the stamp may be added: there is room, and it lies close to the one before. All stamps
+    /// of a batch are hard, or all are soft.
+    [[nodiscard]] bool takes(const StampEllipse& stamp) const;
+    void add(const StampEllipse& stamp, double solid);
+    void clear();
+
+    // For exact coverage. Zero beyond the last stamp.
+    alignas(64) Values<double> cx{}, cy{}, perRx{}, perRy{};
+    alignas(64) Values<double> scale{};  ///< rx ry, in 255ths
+    std::vector<SoftStamp> soft;         ///< empty for hard stamps
+
+    // For a quick look at who touches what: float is enough there.
+    double originX = 0, originY = 0;
+    alignas(64) Values<float> x{}, y{};     ///< of the centre, from the origin
+    alignas(64) Values<float> steepness{};  ///< rx / ry
+    alignas(64) Values<float> reach{};      ///< rx^2 and a bit
+
+ private:
+    std::size_t count_ = 0;
+    StampEllipse last_;
+};
+
+/// Paints every stamp of the batch, in order, rounding after each; `bounds` holds every pixel of the
+/// plane that they touch. A pixel that holds `fill` already is not looked at: no stamp changes it.
+void paintBatch(foundation::MutableBitmapView plane, const StampBatch& batch,
+                const foundation::IntRect& bounds, const StampPaint& paint);
 
 }  // namespace trimora::cutengine::kernels
