@@ -2,25 +2,38 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <utility>
 
 namespace trimora::reliability {
+namespace {
+
+std::chrono::nanoseconds processorTimeOfThisThread() {
+    std::timespec spent{};
+    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &spent);
+    return std::chrono::seconds(spent.tv_sec) + std::chrono::nanoseconds(spent.tv_nsec);
+}
+
+}  // namespace
 
 void Heartbeat::beat() {
-    const Nanoseconds waited = longestWaitForAProcessor();
-    const auto now = std::chrono::steady_clock::now();
-    longest_ = std::max<Nanoseconds>(longest_, now - std::exchange(last_, now) - waited);
+    const Nanoseconds waited = waitsForAProcessor();
+    const Nanoseconds now = processorTimeOfThisThread();
+    const Nanoseconds worked = now - std::exchange(spent_, now);
+    const auto instant = std::chrono::steady_clock::now();
+    const Nanoseconds passed = instant - std::exchange(last_, instant);
+    longest_ = std::max({longest_, passed - waited, std::min(worked, passed)});
 }
 
 std::chrono::milliseconds Heartbeat::longestSilence() {
     return std::chrono::duration_cast<std::chrono::milliseconds>(std::exchange(longest_, Nanoseconds(0)));
 }
 
-/// Since the last call.
-Heartbeat::Nanoseconds Heartbeat::longestWaitForAProcessor() {
-    Nanoseconds longest{0};
+/// Of all threads, since the last call.
+Heartbeat::Nanoseconds Heartbeat::waitsForAProcessor() {
+    Nanoseconds all{0};
     std::error_code gone;
     for (const auto& task : std::filesystem::directory_iterator("/proc/self/task", gone)) {
         std::ifstream numbers(task.path() / "schedstat");
@@ -30,9 +43,9 @@ Heartbeat::Nanoseconds Heartbeat::longestWaitForAProcessor() {
             continue;
         const Nanoseconds sum(waited);
         const auto [known, isNew] = waited_.try_emplace(task.path().filename().string(), sum);
-        longest = std::max(longest, sum - std::exchange(known->second, sum));
+        all += sum - std::exchange(known->second, sum);
     }
-    return longest;
+    return all;
 }
 
 }  // namespace trimora::reliability

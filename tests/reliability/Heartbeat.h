@@ -6,16 +6,16 @@
 
 namespace trimora::reliability {
 
-/// How long somebody was silent at most.
+/// How long a thread was silent at most.
 ///
-/// The time in which a thread of this process was ready to run and got no processor is not counted, the
-/// longest such time of any one thread: the machine may be busy with other things, and what is asked for is
-/// whether somebody keeps others waiting. Where the system does not tell that time, all of it counts.
+/// The machine may be busy with other things, and what is asked for is whether the program keeps somebody
+/// waiting. So the times in which a thread of this process was ready to run and got no processor are not
+/// counted, as far as the system tells them; what the silent thread spent on a processor always is.
 class Heartbeat {
  public:
     Heartbeat() { beat(); }
 
-    /// Costs some system calls for each thread.
+    /// Costs some system calls for each thread. Always from one and the same thread.
     void beat();
 
     /// The longest silence between two beats since the last call.
@@ -24,9 +24,10 @@ class Heartbeat {
  private:
     using Nanoseconds = std::chrono::nanoseconds;
 
-    [[nodiscard]] Nanoseconds longestWaitForAProcessor();
+    [[nodiscard]] Nanoseconds waitsForAProcessor();
 
     std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
+    Nanoseconds spent_{0};  // by this thread on a processor, since it began
     Nanoseconds longest_{0};
     std::map<std::string, Nanoseconds> waited_;  // by thread, since it began
 };
