@@ -403,7 +403,7 @@ class Saving(DesktopCase):
     def test_a_failed_save_says_why_and_nothing_is_lost(self):
         trimora = self.painted()
         trimora.keys("ctrl+s")
-        self.save_as("/sys/cut.png")
+        self.save_as("/proc/cut.png")
         self.wait_for_message(trimora, "cut.png could not be saved")
         self.shot("save-failed")
         self.assertTrue(trimora.has("Undo", "enabled"))

@@ -142,6 +142,22 @@ Error unreadable(const Source& source, int code) {
             (reason != nullptr ? reason : "it holds no picture")};
 }
 
+/// A file that was read up to its first frame's pixels.
+struct Frame {
+    Gif gif;
+    int transparentIndex = NO_TRANSPARENT_COLOR;
+};
+
+Result<Frame> firstFrame(Source& source) {
+    int code = 0;
+    Frame frame{Gif(DGifOpen(&source, &Source::read, &code))};
+    if (!frame.gif)
+        return unreadable(source, code);
+    if (!findFrame(frame.gif.get(), frame.transparentIndex))
+        return unreadable(source, frame.gif->Error);
+    return frame;
+}
+
 struct ScreenSize {
     int width;
     int height;
@@ -157,17 +173,14 @@ ScreenSize screenOf(const GifFileType* gif) {
 
 Result<DecodedPicture> GifDecoder::decode(Bytes file) const {
     Source source{file};
-    int code = 0;
-    const Gif gif(DGifOpen(&source, &Source::read, &code));
-    if (!gif)
-        return unreadable(source, code);
-    int transparentIndex = NO_TRANSPARENT_COLOR;
-    if (!findFrame(gif.get(), transparentIndex))
-        return unreadable(source, gif->Error);
+    const Result<Frame> found = firstFrame(source);
+    if (!found)
+        return found.error();
+    GifFileType* const gif = found->gif.get();
     const GifImageDesc& frame = gif->Image;
     if (frame.Width <= 0 || frame.Height <= 0)
         return Error{"the picture has no pixels"};
-    const auto [width, height] = screenOf(gif.get());
+    const auto [width, height] = screenOf(gif);
     for (const auto& [w, h] : {std::pair(width, height), std::pair(frame.Width, frame.Height)}) {
         if (std::optional<Error> refusal =
                 budget().refusal(static_cast<std::uint64_t>(w), static_cast<std::uint64_t>(h)))
@@ -176,7 +189,7 @@ Result<DecodedPicture> GifDecoder::decode(Bytes file) const {
     Result<Bitmap> screen = Bitmap::createFilled(width, height, {}, AlphaMode::straight);
     if (!screen)
         return screen.error();
-    const int rows = drawFrame(gif.get(), palette(gif.get(), transparentIndex), screen->view());
+    const int rows = drawFrame(gif, palette(gif, found->transparentIndex), screen->view());
     if (rows == 0)
         return unreadable(source, gif->Error);
 
@@ -193,14 +206,10 @@ Result<DecodedPicture> GifDecoder::decode(Bytes file) const {
 
 Result<PictureFacts> GifDecoder::facts(Bytes file) const {
     Source source{file};
-    int code = 0;
-    const Gif gif(DGifOpen(&source, &Source::read, &code));
-    if (!gif)
-        return unreadable(source, code);
-    int transparentIndex = NO_TRANSPARENT_COLOR;
-    if (!findFrame(gif.get(), transparentIndex))
-        return unreadable(source, gif->Error);
-    const ScreenSize screen = screenOf(gif.get());
+    const Result<Frame> found = firstFrame(source);
+    if (!found)
+        return found.error();
+    const ScreenSize screen = screenOf(found->gif.get());
     PictureFacts facts;
     facts.format = PictureFormat::gif;
     facts.width = static_cast<std::uint64_t>(std::max(screen.width, 0));

@@ -122,9 +122,12 @@ bool TemporaryFile::rename(const char* name, Existing existing) const {
         return true;
     if (errno != EINVAL && errno != ENOSYS)
         return false;
-    // Some network file systems know no such renaming; a second name is never given over another file.
-    return ::linkat(folder_, name_.c_str(), folder_, name, 0) == 0 &&
-           ::unlinkat(folder_, name_.c_str(), 0) == 0;
+    // Some network file systems know no such renaming; a second name is never given over another file. The
+    // first name may stay where it cannot be taken away: the file stands, and a later write removes it.
+    if (::linkat(folder_, name_.c_str(), folder_, name, 0) != 0)
+        return false;
+    (void)::unlinkat(folder_, name_.c_str(), 0);
+    return true;
 }
 
 Result<void> TemporaryFile::publish(const char* name, Existing existing) {

@@ -9,7 +9,7 @@
 namespace trimora::reliability {
 
 /// Whether the address sanitizer watches: most memory is then its own, and copies of the process are slow.
-#ifdef __SANITIZE_ADDRESS__
+#ifdef TRIMORA_SANITIZED
 inline constexpr bool kSanitized = true;
 #else
 inline constexpr bool kSanitized = false;

@@ -16,15 +16,6 @@
 #include "analytics/public/CrashRecord.h"
 #include "analytics/public/TXAnalyticsCollector.h"
 
-// AddressSanitizer and ThreadSanitizer have handlers and stacks of their own.
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-#define TRIMORA_SANITIZED 1
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-#define TRIMORA_SANITIZED 1
-#endif
-#endif
-
 #ifdef TRIMORA_COVERAGE
 extern "C" void __gcov_dump();  // gcc's header of it is for C alone
 #endif
@@ -60,7 +51,7 @@ class FileUserDefaults final : public UserDefaults {
     std::filesystem::path file_;
 };
 
-constexpr int kFatalSignals[] = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTRAP, SIGSYS};
+[[maybe_unused]] constexpr int kFatalSignals[] = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTRAP, SIGSYS};
 
 /// In a build that measures coverage: what the process ran is written down when the library is done with
 /// the signal, and the process dies of it all the same.
@@ -142,7 +133,7 @@ class CrashCaptureTest : public TelemetrixTest {
 };
 
 /// Deeper than any stack, in a way that no compiler turns into a loop.
-int overflowStack(volatile int* depth) {
+[[maybe_unused]] int overflowStack(volatile int* depth) {
     volatile char room[4096];
     room[0] = static_cast<char>(*depth);
     *depth = *depth + 1;
@@ -183,6 +174,7 @@ TEST_F(CrashCaptureTest, TerminateHandlerFromBeforeHasTheLastWord) {
     EXPECT_THAT(stackTracesAfterRestart(), SizeIs(1));
 }
 
+// The sanitizers have handlers and stacks of their own.
 #ifndef TRIMORA_SANITIZED
 
 TEST_F(CrashCaptureTest, SignalHandlerFromBeforeHasTheLastWord) {

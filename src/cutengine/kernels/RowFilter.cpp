@@ -47,9 +47,9 @@ int guess(RowFilter filter, int left, int above, int aboveLeft) {
     for (std::size_t piece = 0; piece == 0 || piece + kCostPiece <= size; piece += kCostStep) {
         for (std::size_t i = piece; i < std::min(piece + kCostPiece, size); ++i) {
             for (std::size_t filter = 0; filter < kRowFilters; ++filter) {
-                const auto difference =
-                    static_cast<std::uint8_t>(row[i] - guess(static_cast<RowFilter>(filter), row[i - kPixel],
-                                                             above[i], above[i - kPixel]));
+                const auto difference = static_cast<std::uint8_t>(
+                    row[i] -
+                    guess(static_cast<RowFilter>(filter), (row - kPixel)[i], above[i], (above - kPixel)[i]));
                 costs[filter] += std::min<std::uint32_t>(difference, 256U - difference);
             }
         }
@@ -150,8 +150,8 @@ void filterWith(RowFilter filter, const Guess& guessOf, const std::uint8_t* row,
     for (; i + lanes <= size; i += lanes)
         hn::StoreU(hn::Sub(hn::LoadU(d, row + i), guessOf(neighboursAt(d, row, above, i))), d, to + i);
     for (; i < size; ++i)
-        to[i] =
-            static_cast<std::uint8_t>(row[i] - guess(filter, row[i - kPixel], above[i], above[i - kPixel]));
+        to[i] = static_cast<std::uint8_t>(row[i] -
+                                          guess(filter, (row - kPixel)[i], above[i], (above - kPixel)[i]));
 }
 
 void filterImpl(RowFilter filter, const std::uint8_t* row, const std::uint8_t* above, std::size_t size,
