@@ -13,8 +13,8 @@ namespace trimora::platform {
 /// Panels as dialogs of the desktop, in front of the window that is active when they are asked for. The
 /// program goes on behind them.
 ///
-/// Nobody is asked the same twice at a time: an alert whose words are on the screen already comes to the front
-/// there, and the second one who asked hears what Escape would have answered.
+/// Nobody is asked the same twice at a time: an alert whose words are on the screen already comes to the
+/// front there, and the second one who asked hears what Escape would have answered.
 class QtPanels final : public ports::Panels {
  public:
     void chooseFileToOpen(const std::filesystem::path& folder, FilesAnswer answer) override;

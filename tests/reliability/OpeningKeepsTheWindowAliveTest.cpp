@@ -143,8 +143,7 @@ TEST_F(OpeningKeepsTheWindowAlive, OfHugeFilesThatAreNone) {
 TEST_F(OpeningKeepsTheWindowAlive, OfALargePicture) {
     constexpr int kWidth = 8000;
     constexpr int kHeight = 5000;
-    put("large.jpg",
-        codecs::samples::jpeg(codecs::samples::quarters(kWidth, kHeight).view()));
+    put("large.jpg", codecs::samples::jpeg(codecs::samples::quarters(kWidth, kHeight).view()));
     expectPicture("large.jpg", {kWidth, kHeight});
     open("cat.png");
     rest();
