@@ -48,6 +48,7 @@ void composeWithOpenCv(cv::Mat& result, const cv::Mat& picture, const cv::Mat& m
     if (behind.empty()) {
         picture.copyTo(result);
         cv::insertChannel(stretched, result, 3);
+        result.setTo(cv::Scalar::all(0), stretched == 0);  // no colour where nothing shows
         return;
     }
     cv::Mat shown;

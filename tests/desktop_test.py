@@ -374,16 +374,7 @@ class Saving(DesktopCase):
 
     def test_new_asks_and_each_answer_does_what_it_says(self):
         trimora = self.painted()
-        trimora.keys("ctrl+n")
-        trimora.sheet(UNSAVED)
-        self.shot("new-asks")
-        trimora.answer(UNSAVED, "Cancel")
-        self.assertTrue(trimora.has("Undo", "enabled"))
-
-        trimora.keys("ctrl+n")
-        trimora.answer(UNSAVED, "Save")
-        target = os.path.join(self.home, "kept.png")
-        self.save_as(target)
+        target = self.cancel_then_save(trimora, "ctrl+n", "new-asks")
         wait_for("the saved file", lambda: os.path.exists(target))
         trimora.item(EMPTY)
         self.assertEqual(alpha(target, 300, 200), 0, "the cut was saved, not the empty view")

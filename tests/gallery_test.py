@@ -130,8 +130,9 @@ class GalleryTest(unittest.TestCase):
         return [float(report.split()[1]) for report in self.reports(slider) if report.startswith("value ")]
 
     def field(self, slider=SLIDER):
-        """What the slider's field shows since it was last changed in this test."""
-        return [report[len("field "):] for report in self.reports(slider) if report.startswith("field ")][-1]
+        """What the slider's field shows since it was last changed in this test; none where it was not yet."""
+        fields = [report[len("field "):] for report in self.reports(slider) if report.startswith("field ")]
+        return fields[-1] if fields else None
 
     def wait_for_field(self, text, slider=SLIDER):
         wait_for(f"the field to show '{text}' after {self.reports(slider)}", lambda: self.field(slider) == text)

@@ -36,6 +36,11 @@ class Trimora:
         """Starts the program a second time; what it answers with."""
         return self.desktop.start([self.program, *arguments], env=self.env).wait(60)
 
+    def choose_in_the_launcher(self, action):
+        """Has the desktop's launcher tell the program one of its actions."""
+        assert self.session.call("org.trimora.Trimora", "/org/trimora/Trimora",
+                                 "org.freedesktop.Application.ActivateAction", action, "[]", "{}") is not None, action
+
     def said(self):
         with open(self.errors) as file:
             return file.read()

@@ -17,9 +17,10 @@ namespace {
 constexpr const char* kUsage =
     "Shows what is in the event store. Nothing is changed.\n"
     "\n"
-    "  trimora-telemetry [--store FILE]                    sessions, their status and number of events\n"
+    "  trimora-telemetry [--store FILE] [sessions]         sessions, their status and number of events\n"
     "  trimora-telemetry [--store FILE] events SESSION     the events of a session\n"
     "  trimora-telemetry [--store FILE] request SESSION    what is posted for a session, byte for byte\n"
+    "  trimora-telemetry --help\n"
     "\n"
     "FILE is telemetrix.db in the program's data folder unless it is given.\n";
 

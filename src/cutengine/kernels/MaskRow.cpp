@@ -5,10 +5,12 @@
 
 namespace trimora::cutengine::kernels {
 
+static_assert(MaskSnapshot::kTileSide % kMaskPiece == 0);
+
 void copyMaskRow(const MaskSnapshot::Level& level, int x, int y, int count, std::uint8_t* line) {
     constexpr int kSide = MaskSnapshot::kTileSide;
     constexpr int kRowsAhead = 2;  // callers go down row by row
-    const int end = x + count;
+    const int end = x + maskPieces(count);
     while (x < end) {
         const int inTile = x % kSide;
         const int here = std::min(end - x, kSide - inTile);
@@ -18,7 +20,8 @@ void copyMaskRow(const MaskSnapshot::Level& level, int x, int y, int count, std:
         const std::uint8_t* const values = level.tiles[tile]->alpha.data() + offset;
         if (y % kSide + kRowsAhead < kSide)
             __builtin_prefetch(values + kRowsAhead * kSide);
-        std::memcpy(line, values, static_cast<std::size_t>(here));
+        for (int i = 0; i < here; i += kMaskPiece)
+            std::memcpy(line + i, values + i, kMaskPiece);
         line += here;
         x += here;
     }

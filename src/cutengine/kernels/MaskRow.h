@@ -4,7 +4,16 @@
 
 namespace trimora::cutengine::kernels {
 
-/// Copies `count` values of row `y`, from column `x` on, out of the tiles into one line.
+/// Lines of mask values are copied in pieces of this many.
+inline constexpr int kMaskPiece = 16;
+
+/// `count` in whole pieces.
+[[nodiscard]] inline constexpr int maskPieces(int count) {
+    return (count + kMaskPiece - 1) / kMaskPiece * kMaskPiece;
+}
+
+/// Copies `count` values of row `y`, from column `x` on, out of the tiles into one line. `x` is a multiple of
+/// kMaskPiece, and the line has room for maskPieces(count).
 void copyMaskRow(const MaskSnapshot::Level& level, int x, int y, int count, std::uint8_t* line);
 
 /// Whether `count` values, at least one, are all the same as `value`.

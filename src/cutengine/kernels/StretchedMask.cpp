@@ -18,8 +18,8 @@ StretchedMask::StretchedMask(const MaskSnapshot::Level& level, const Stretch& ac
       across_(across),
       down_(down),
       width_(width),
-      top_(static_cast<std::size_t>(level.width)),
-      bottom_(static_cast<std::size_t>(level.width)) {}
+      top_(static_cast<std::size_t>(maskPieces(level.width))),
+      bottom_(top_.size()) {}
 
 void StretchedMask::moveTo(int y) {
     const Stretch::Place place = down_.at(y);
@@ -52,7 +52,7 @@ void StretchedMask::addRun(int begin, int end, std::uint8_t value) {
 
 int StretchedMask::endOfRun(int column, std::uint8_t value) const {
     const auto differs = [value](std::uint8_t v) { return v != value; };
-    const auto top = std::find_if(top_.begin() + column, top_.end(), differs);
+    const auto top = std::find_if(top_.begin() + column, top_.begin() + level_.width, differs);
     const auto bottom =
         std::find_if(bottom_.begin() + column, bottom_.begin() + (top - top_.begin()), differs);
     return static_cast<int>(bottom - bottom_.begin());

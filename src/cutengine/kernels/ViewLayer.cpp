@@ -6,10 +6,8 @@
 namespace trimora::cutengine::kernels {
 namespace {
 
-constexpr std::size_t kComponents = 4;
-
-std::size_t samplesIn(int blocks) {
-    return static_cast<std::size_t>(blocks) * kViewBlockWidth * kComponents;
+std::size_t pixelsIn(int blocks) {
+    return static_cast<std::size_t>(blocks) * kViewBlockWidth;
 }
 
 /// The larger pitch counts: where a picture is not scaled alike both ways, neither is blurred.
@@ -43,12 +41,6 @@ Cover coverOfShares(const float* shares, int count) {
     return all(0) ? Cover::none : Cover::mixed;
 }
 
-/// How much of what is below a pixel of this alpha hides where it shows by `share`.
-Share hiddenShare(Sample alpha, Share share) {
-    const int opacity = (alpha * kFullShare + kFullSample / 2) / kFullSample;
-    return static_cast<Share>((opacity * share + (1 << 14)) >> 15);
-}
-
 }  // namespace
 
 ViewLayer::ViewLayer(const ViewLayerSource& source)
@@ -62,18 +54,21 @@ ViewLayer::ViewLayer(const ViewLayerSource& source)
         opaque_ = source.picture->level(0).alphaMode == foundation::AlphaMode::opaque;
     } else {
         opaque_ = source.colour.alpha == 255;
+        alignas(64) std::array<foundation::Pixel, kViewBlockWidth> block;
+        block.fill(source.colour);
+        widenSamples(&block.front().blue, block.size(), colourBlock_.data());
     }
 }
 
 void ViewLayer::moveToColumns(int x, int width) {
-    blocks_ = width / kViewBlockWidth;
     rowCoverage_ = 0;
     covers_.fill(Cover::none);
     if (!drawable_)
         return;
     for (int i = 0; i < width; ++i)
         columnCoverage_[static_cast<std::size_t>(i)] = source_.across.coverageOf(x + i);
-    for (int block = 0; block < blocks_; ++block)
+    columnCovers_.fill(Cover::none);
+    for (int block = 0; block < width / kViewBlockWidth; ++block)
         columnCovers_[static_cast<std::size_t>(block)] =
             coverOfShares(columnCoverage_.data() + block * kViewBlockWidth, kViewBlockWidth);
     if (plane_)
@@ -94,18 +89,23 @@ void ViewLayer::moveToRow(int y) {
         if (mask_)
             coversChange = mask_->moveToRow(y) || coversChange;
     }
-    for (int block = 0; coversChange && block < blocks_; ++block)
-        covers_[static_cast<std::size_t>(block)] = findCover(block);
+    if (coversChange)
+        findCovers();
 }
 
-Cover ViewLayer::findCover(int block) const {
-    const Cover border = columnCovers_[static_cast<std::size_t>(block)];
-    if (rowCoverage_ == 0 || border == Cover::none)
-        return Cover::none;
-    const Cover masked = mask_ ? mask_->coverOf(block) : Cover::whole;
-    if (masked == Cover::none)
-        return Cover::none;
-    return border == Cover::whole && rowCoverage_ == 1 ? masked : Cover::mixed;
+void ViewLayer::findCovers() {
+    if (rowCoverage_ == 0) {
+        covers_.fill(Cover::none);
+        return;
+    }
+    covers_.fill(Cover::whole);
+    if (mask_)
+        covers_ = mask_->covers();
+    const Cover row = rowCoverage_ == 1 ? Cover::whole : Cover::mixed;
+    for (std::size_t block = 0; block < covers_.size(); ++block) {
+        const bool nothing = covers_[block] == Cover::none || columnCovers_[block] == Cover::none;
+        covers_[block] = nothing ? Cover::none : covers_[block] | columnCovers_[block] | row;
+    }
 }
 
 void ViewLayer::sample(int begin, int end, Sample* to) {
@@ -113,10 +113,8 @@ void ViewLayer::sample(int begin, int end, Sample* to) {
         plane_->sample(begin * kViewBlockWidth, end * kViewBlockWidth, to);
         return;
     }
-    const std::array<std::uint8_t, kComponents> components{source_.colour.blue, source_.colour.green,
-                                                           source_.colour.red, source_.colour.alpha};
-    for (std::size_t i = 0; i < samplesIn(end - begin); ++i)
-        to[i] = static_cast<Sample>(components[i % kComponents] * kSamplesPerLevel);
+    for (int block = begin; block < end; ++block)
+        to = std::copy(colourBlock_.begin(), colourBlock_.end(), to);
 }
 
 void ViewLayer::draw(int begin, int end, std::uint8_t* to) {
@@ -124,22 +122,17 @@ void ViewLayer::draw(int begin, int end, std::uint8_t* to) {
         plane_->draw(begin * kViewBlockWidth, end * kViewBlockWidth, to);
         return;
     }
-    for (int i = 0; i < (end - begin) * kViewBlockWidth; ++i)
-        std::memcpy(to + static_cast<std::size_t>(i) * kComponents, &source_.colour, kComponents);
+    for (std::size_t i = 0; i < pixelsIn(end - begin); ++i)
+        std::memcpy(to + i * sizeof(source_.colour), &source_.colour, sizeof(source_.colour));
 }
 
 void ViewLayer::drawOver(int begin, int end, Sample* base) {
-    const std::size_t count = samplesIn(end - begin);
     sample(begin, end, samples_.data());
     findShares(begin, end, shares_.data());
-    if (opaque_) {
-        coverSamples(base, samples_.data(), shares_.data(), count);
-        return;
-    }
-    for (std::size_t i = 0; i < count; i += kComponents)
-        std::fill_n(hidden_.begin() + static_cast<std::ptrdiff_t>(i), kComponents,
-                    hiddenShare(samples_[i + kComponents - 1], shares_[i]));
-    blendSamples(base, samples_.data(), shares_.data(), hidden_.data(), count);
+    if (opaque_)
+        coverSamples(base, samples_.data(), shares_.data(), pixelsIn(end - begin));
+    else
+        blendSamples(base, samples_.data(), shares_.data(), pixelsIn(end - begin));
 }
 
 void ViewLayer::findShares(int begin, int end, Share* shares) {
@@ -147,9 +140,9 @@ void ViewLayer::findShares(int begin, int end, Share* shares) {
         mask_->findShares(begin, end, columnCoverage_.data(), rowCoverage_, shares);
         return;
     }
-    for (int i = begin * kViewBlockWidth; i < end * kViewBlockWidth; ++i, shares += kComponents) {
+    for (int i = begin * kViewBlockWidth; i < end * kViewBlockWidth; ++i, shares += kSharesPerPixel) {
         const float shown = columnCoverage_[static_cast<std::size_t>(i)] * rowCoverage_;
-        std::fill_n(shares, kComponents, static_cast<Share>(shown * kFullShare + 0.5F));
+        std::fill_n(shares, kSharesPerPixel, static_cast<Share>(shown * kFullShare + 0.5F));
     }
 }
 

@@ -43,7 +43,7 @@ class ViewLayer {
     void drawOver(int begin, int end, Sample* base);
 
  private:
-    [[nodiscard]] Cover findCover(int block) const;
+    void findCovers();
 
     /// How much each sample shows, border and mask together.
     void findShares(int begin, int end, Share* shares);
@@ -54,13 +54,12 @@ class ViewLayer {
     std::optional<ViewPlane> plane_;
     std::optional<ViewMask> mask_;
     float rowCoverage_ = 0;
-    int blocks_ = 0;
     std::array<float, kViewStripWidth> columnCoverage_;
-    std::array<Cover, kViewStripWidth / kViewBlockWidth> columnCovers_;  ///< by the columns alone
-    std::array<Cover, kViewStripWidth / kViewBlockWidth> covers_{};      ///< in the present row
-    alignas(64) std::array<Sample, 4 * kViewStripWidth> samples_;
-    alignas(64) std::array<Share, 4 * kViewStripWidth> shares_;
-    alignas(64) std::array<Share, 4 * kViewStripWidth> hidden_;
+    BlockCovers columnCovers_;                                            ///< by the columns alone
+    BlockCovers covers_;                                                  ///< in the present row
+    std::array<Sample, kSamplesPerPixel * kViewBlockWidth> colourBlock_;  ///< a block of the colour
+    alignas(64) std::array<Sample, kSamplesPerPixel * kViewStripWidth> samples_;
+    alignas(64) std::array<Share, kSharesPerPixel * kViewStripWidth> shares_;
 };
 
 }  // namespace trimora::cutengine::kernels

@@ -1,6 +1,7 @@
 #include "cutengine/kernels/ViewMask.h"
 
-#include <cmath>
+#include <algorithm>
+#include <cstring>
 
 #include "cutengine/kernels/MaskRow.h"
 
@@ -11,17 +12,42 @@ float real(Share weight) {
     return static_cast<float>(weight) / 32768;
 }
 
+/// Where the values that equal the first one end.
+int endOfRun(const std::uint8_t* values, int begin, int end) {
+    constexpr int kStep = sizeof(std::uint64_t);
+    const std::uint8_t value = values[begin];
+    const std::uint64_t same = value * 0x0101010101010101U;
+    std::uint64_t word = same;
+    for (; begin + kStep <= end; begin += kStep) {
+        std::memcpy(&word, values + begin, kStep);
+        if (word != same)
+            break;
+    }
+    while (begin < end && values[begin] == value)
+        ++begin;
+    return begin;
+}
+
 }  // namespace
+
+BlockCovers ViewMask::covers() const {
+    BlockCovers both;
+    for (std::size_t block = 0; block < both.size(); ++block)
+        both[block] = top_->covers[block] | bottom_->covers[block];
+    return both;
+}
 
 void ViewMask::moveToColumns(int x, int width) {
     blocks_ = width / kViewBlockWidth;
     row_ = -1;
-    firstColumn_ = across_.at(x).index;
-    const auto columns = across_.next(across_.at(x + width - 1).index) - firstColumn_ + 1;
+    firstColumn_ = across_.at(x).index / kMaskPiece * kMaskPiece;
+    columns_ = across_.next(across_.at(x + width - 1).index) - firstColumn_ + 1;
     for (Line& line : lines_) {
         line.row = -1;
-        line.values.resize(static_cast<std::size_t>(columns));
+        line.values.resize(static_cast<std::size_t>(maskPieces(columns_)));
     }
+    for (TileRow& tiles : tileRows_)
+        tiles.row = -1;
     for (int i = 0; i < width; ++i) {
         const SamplePlace place = across_.at(x + i);
         const auto slot = static_cast<std::size_t>(i);
@@ -61,26 +87,49 @@ const ViewMask::Line* ViewMask::lineOf(int row) {
     Line& line = lines_[static_cast<std::size_t>(row % 2)];
     if (line.row != row) {
         line.row = row;
-        copyMaskRow(level_, firstColumn_, row, static_cast<int>(line.values.size()), line.values.data());
-        findCovers(line);
+        const Cover all = coverOfTiles(row / MaskSnapshot::kTileSide);
+        if (all == Cover::mixed) {
+            copyMaskRow(level_, firstColumn_, row, columns_, line.values.data());
+            findCovers(line);
+        } else {
+            std::fill(line.values.begin(), line.values.end(), all == Cover::none ? 0 : 255);
+            line.covers.fill(all);
+        }
     }
     return &line;
 }
 
+/// What a row of tiles leaves of the whole strip. Large parts of a mask are of one value.
+Cover ViewMask::coverOfTiles(int row) {
+    TileRow& tiles = tileRows_[static_cast<std::size_t>(row % 2)];
+    if (tiles.row == row)
+        return tiles.cover;
+    constexpr int kSide = MaskSnapshot::kTileSide;
+    const MaskSnapshot::TilePtr* const first =
+        &level_.tiles[static_cast<std::size_t>(row) * static_cast<std::size_t>(level_.tilesAcross)];
+    const std::uint8_t value = first[firstColumn_ / kSide]->alpha.front();
+    const bool constant =
+        (value == 0 || value == 255) &&
+        std::all_of(first + firstColumn_ / kSide, first + (firstColumn_ + columns_ - 1) / kSide + 1,
+                    [value](const MaskSnapshot::TilePtr& tile) {
+                        return isConstant(tile->alpha.data(), kSide * kSide, value);
+                    });
+    const Cover whole = value == 0 ? Cover::none : Cover::whole;
+    tiles = {row, constant ? whole : Cover::mixed};
+    return tiles.cover;
+}
+
 void ViewMask::findCovers(Line& line) const {
-    const auto coverOfColumns = [&line](int first, int count) {
-        const std::uint8_t* const values = line.values.data() + first;
-        if ((*values != 0 && *values != 255) || !isConstant(values, count, *values))
-            return Cover::mixed;
-        return *values == 0 ? Cover::none : Cover::whole;
-    };
-    const Cover all = coverOfColumns(0, static_cast<int>(line.values.size()));
-    line.covers.fill(all);
-    for (int block = 0; all == Cover::mixed && block < blocks_; ++block) {
-        const auto begin = static_cast<std::size_t>(block * kViewBlockWidth);
-        const int first = left_[begin];
-        const int last = left_[begin + kViewBlockWidth - 1] + across_.next(0);
-        line.covers[static_cast<std::size_t>(block)] = coverOfColumns(first, last - first + 1);
+    line.covers.fill(Cover::mixed);
+    for (int block = 0; block < blocks_;) {
+        const int first = firstColumnOf(block);
+        const std::uint8_t value = line.values[static_cast<std::size_t>(first)];
+        const bool decided = value == 0 || value == 255;
+        const int end = decided ? endOfRun(line.values.data(), first, columns_) : first + 1;
+        for (; decided && block < blocks_ && lastColumnOf(block) < end; ++block)
+            line.covers[static_cast<std::size_t>(block)] = value == 0 ? Cover::none : Cover::whole;
+        if (block < blocks_ && firstColumnOf(block) < end)
+            ++block;
     }
 }
 

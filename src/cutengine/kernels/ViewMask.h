@@ -9,8 +9,16 @@
 
 namespace trimora::cutengine::kernels {
 
-/// How much of a layer shows over some pixels.
-enum class Cover : std::uint8_t { none, mixed, whole };
+/// How much of a layer shows over some pixels: a bit for some that show, and one for some that do not.
+enum class Cover : std::uint8_t { none = 1, whole = 2, mixed = 3 };
+
+/// What shows over two lots of pixels together.
+[[nodiscard]] constexpr Cover operator|(Cover a, Cover b) {
+    return static_cast<Cover>(static_cast<std::uint8_t>(a) | static_cast<std::uint8_t>(b));
+}
+
+/// One for each block of a strip.
+using BlockCovers = std::array<Cover, kViewStripWidth / kViewBlockWidth>;
 
 /// A mask laid on the screen, sampled row by row over one strip of columns. The level is borrowed.
 class ViewMask {
@@ -21,14 +29,11 @@ class ViewMask {
     /// As ViewPlane::moveToColumns().
     void moveToColumns(int x, int width);
 
-    /// Whether the answers of coverOf() may be others than in the row before.
+    /// Whether the answers of covers() may be others than in the row before.
     bool moveToRow(int y);
 
-    /// What the mask leaves of a block of the row. Mixed where in doubt.
-    [[nodiscard]] Cover coverOf(int block) const {
-        const Cover cover = top_->covers[static_cast<std::size_t>(block)];
-        return cover == bottom_->covers[static_cast<std::size_t>(block)] ? cover : Cover::mixed;
-    }
+    /// What the mask leaves of each block of the row. Mixed where in doubt.
+    [[nodiscard]] BlockCovers covers() const;
 
     /// What shows of each sample of blocks `begin` to `end` of the row: the mask, interpolated, times
     /// `columnCoverage` of the pixel (counted from the strip's left edge) and `rowCoverage`, 0 to 1.
@@ -39,21 +44,37 @@ class ViewMask {
     struct Line {
         int row = -1;
         std::vector<std::uint8_t> values;
-        std::array<Cover, kViewStripWidth / kViewBlockWidth> covers{};
+        BlockCovers covers{};
+    };
+
+    /// What the tiles of one row of tiles that the strip reads leave of it.
+    struct TileRow {
+        int row = -1;
+        Cover cover = Cover::mixed;
     };
 
     const Line* lineOf(int row);
+    Cover coverOfTiles(int row);
     void findCovers(Line& line) const;
+    /// Of the line, that the block reads.
+    [[nodiscard]] int firstColumnOf(int block) const {
+        return left_[static_cast<std::size_t>(block) * kViewBlockWidth];
+    }
+    [[nodiscard]] int lastColumnOf(int block) const {
+        return left_[static_cast<std::size_t>(block + 1) * kViewBlockWidth - 1] + across_.next(0);
+    }
 
     const MaskSnapshot::Level& level_;
     PlacedSamples across_;
     PlacedSamples down_;
-    int firstColumn_ = 0;  ///< of the level, that the strip reads
-    int row_ = -1;         ///< of the level, in top_; the one after it is in bottom_
+    int firstColumn_ = 0;  ///< of the level, in lines_
+    int columns_ = 0;
+    int row_ = -1;  ///< of the level, in top_; the one after it is in bottom_
     float weight_ = 0;
     const Line* top_ = nullptr;
     const Line* bottom_ = nullptr;
     std::array<Line, 2> lines_;  ///< of an even row and an odd one
+    std::array<TileRow, 2> tileRows_;
     int blocks_ = 0;
     std::array<int, kViewStripWidth> left_;  ///< columns of the lines
     std::array<float, kViewStripWidth> weights_;

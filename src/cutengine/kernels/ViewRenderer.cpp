@@ -172,7 +172,7 @@ class BandRenderer {
         drawPattern(begin, end);
         load(begin, end);
         forEachRun(background_, begin, end, [this, begin](int from, int to, Cover cover) {
-            Sample* const samples = samples_.data() + samplesIn(from - begin);
+            Sample* const samples = samples_.data() + kSamplesPerPixel * pixelsIn(from - begin);
             if (cover == Cover::whole && background_.isOpaque())
                 background_.sample(from, to, samples);
             else if (cover != Cover::none)
@@ -185,14 +185,13 @@ class BandRenderer {
     void drawPattern(int begin, int end) {
         pattern_.copy(x_ + begin * kViewBlockWidth, y_, (end - begin) * kViewBlockWidth, pixelsAt(begin));
     }
-    void load(int begin, int end) { widenSamples(pixelsAt(begin), samplesIn(end - begin), samples_.data()); }
+    void load(int begin, int end) { widenSamples(pixelsAt(begin), pixelsIn(end - begin), samples_.data()); }
     void finish(int begin, int end) {
-        narrowSamples(samples_.data(), samplesIn(end - begin), pixelsAt(begin));
+        narrowSamples(samples_.data(), pixelsIn(end - begin), pixelsAt(begin));
     }
-    std::uint8_t* pixelsAt(int block) { return row_ + samplesIn(block); }
+    std::uint8_t* pixelsAt(int block) { return row_ + kPixelBytes * pixelsIn(block); }
 
-    /// Samples, and bytes, in a number of blocks.
-    static std::size_t samplesIn(int blocks) { return bytesIn(blocks * kViewBlockWidth); }
+    static std::size_t pixelsIn(int blocks) { return static_cast<std::size_t>(blocks) * kViewBlockWidth; }
 
     const Pattern& pattern_;
     MutableBitmapView target_;
@@ -201,9 +200,9 @@ class BandRenderer {
     int x_ = 0;
     int y_ = 0;
     int blocks_ = 0;
-    alignas(64) std::array<Sample, 4 * kViewStripWidth> samples_;
+    alignas(64) std::array<Sample, kSamplesPerPixel * kViewStripWidth> samples_;
     std::uint8_t* row_ = nullptr;  ///< where the strip's present row is finished: in the target or line_
-    alignas(64) std::array<std::uint8_t, 4 * kViewStripWidth> line_;
+    alignas(64) std::array<std::uint8_t, kPixelBytes * kViewStripWidth> line_;
 };
 
 }  // namespace

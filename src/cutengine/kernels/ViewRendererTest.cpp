@@ -223,11 +223,34 @@ TEST(ViewRenderer, RandomScenesAreNearTheRealNumbersAtEveryZoomOnEveryInstructio
     }
 }
 
+TEST(ViewRenderer, EveryInstructionSetGivesTheSameBytes) {
+    auto random = testing::seededGenerator();
+    for (const double zoom : {0.2, 0.51, 0.77, 1.0, 3.7}) {
+        const Stage stage = randomStage(random, zoom, 150, 60);
+        const Bitmap expected = rendered(stage.scene, 150, 60);
+        onEveryInstructionSet(
+            [&] { EXPECT_TRUE(samePixels(rendered(stage.scene, 150, 60).view(), expected.view())) << zoom; });
+    }
+}
+
+TEST(ViewRenderer, PicturesScaledUnlikeAcrossAndDownAreNearTheRealNumbers) {
+    auto random = testing::seededGenerator();
+    for (const double across : {0.11, 0.35, 0.6, 2.5}) {
+        Stage stage = randomStage(random, 1, 150, 60);
+        stage.scene.pictureToView = {across, 0, 0, 1, 3.3, -2.7};
+        stage.scene.backgroundToView = stage.scene.pictureToView;
+        onEveryInstructionSet([&] {
+            SCOPED_TRACE(across);
+            expectNear(rendered(stage.scene, 150, 60), stage.scene);
+        });
+    }
+}
+
 TEST(ViewRenderer, ViewsWiderThanOneStripAreNearTheRealNumbers) {
     auto random = testing::seededGenerator();
     for (const double zoom : {1.0, 3.7, 9.1}) {
-        const Stage stage = randomStage(random, zoom, 1300, 20);
-        expectNear(rendered(stage.scene, 1300, 20), stage.scene);
+        const Stage stage = randomStage(random, zoom, 2300, 20);
+        expectNear(rendered(stage.scene, 2300, 20), stage.scene);
     }
 }
 
@@ -252,7 +275,7 @@ TEST(ViewRenderer, PartsDrawnByThemselvesEqualTheWholeAndTouchNothingElse) {
     auto random = testing::seededGenerator();
     InlineWorkers workers;
     for (const double zoom : {0.25, 0.6, 1.0, 3.7}) {
-        constexpr int kWidth = 700;
+        constexpr int kWidth = 1300;
         constexpr int kHeight = 60;
         const Stage stage = randomStage(random, zoom * 3, kWidth, kHeight);
         const Bitmap whole = rendered(stage.scene, kWidth, kHeight);
