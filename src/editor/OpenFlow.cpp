@@ -26,9 +26,14 @@ path OpenFlow::folder() const {
 }
 
 void OpenFlow::openPicture(std::function<void()> chosen) {
+    if (std::exchange(panelIsOpen_, true))
+        return;
     services_.panels.chooseFileToOpen(
         folder(), [this, chosen = std::move(chosen), alive = std::weak_ptr(panel_)](std::vector<path> files) {
-            if (files.empty() || alive.expired())
+            if (alive.expired())
+                return;
+            panelIsOpen_ = false;
+            if (files.empty())
                 return;
             if (chosen)
                 chosen();

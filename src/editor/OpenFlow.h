@@ -53,7 +53,8 @@ class OpenFlow {
     /// Called where no file of an opening was readable, after the person was told.
     void onRefusal(Refused refused) { refused_ = std::move(refused); }
 
-    /// Asks for a file, in the folder of the one before, and opens it; `chosen` is called in between.
+    /// Asks for a file, in the folder of the one before, and opens it; `chosen` is called in between. While
+    /// that is being asked already nothing happens.
     void openPicture(std::function<void()> chosen = {});
 
     /// Opens the first readable one. An empty list changes nothing.
@@ -85,6 +86,7 @@ class OpenFlow {
     std::filesystem::path folder_;
     // Held by the flow alone; work under way looks whether the one of its own beginning still lives.
     std::shared_ptr<int> opening_;
+    bool panelIsOpen_ = false;
     std::shared_ptr<int> panel_ = std::make_shared<int>();
 };
 

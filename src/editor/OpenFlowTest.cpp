@@ -119,6 +119,15 @@ TEST_F(OpenFlowTest, ACancelledPanelChangesNothing) {
     EXPECT_TRUE(messages_.lines.empty());
 }
 
+TEST_F(OpenFlowTest, OnePanelIsOpenAtATime) {
+    flow_->openPicture();
+    flow_->openPicture();
+    ASSERT_EQ(panels_.questions.size(), 1U);
+    panels_.questions[0].answer(std::nullopt);
+    flow_->openPicture();
+    EXPECT_EQ(panels_.questions.size(), 2U);
+}
+
 TEST_F(OpenFlowTest, AFlowThatIsGoneShowsNothingAnyMore) {
     flow_->open({"/p/cat.png"});
     flow_->openPicture();

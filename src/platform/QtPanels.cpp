@@ -50,12 +50,21 @@ void QtPanels::chooseFileToSave(const std::filesystem::path& folder, const std::
 }
 
 void QtPanels::runAlert(const ports::Alert& alert, AlertAnswer answer) {
+    const QString message = QString::fromStdString(alert.message);
+    if (alert_ != nullptr && alert_->isVisible() && alert_->text() == message) {
+        alert_->activateWindow();
+        QMetaObject::invokeMethod(
+            qApp, [cancel = alert.cancelAnswer, answer = std::move(answer)] { answer(cancel); },
+            Qt::QueuedConnection);
+        return;
+    }
     auto* const box = new QMessageBox(windowToAskIn());
+    alert_ = box;
     box->setAttribute(Qt::WA_DeleteOnClose);
     // A sheet, with no bar of the window manager's over the toolbar it hangs from; the style paints it.
     box->setWindowFlag(Qt::FramelessWindowHint);
     box->setAttribute(Qt::WA_TranslucentBackground);
-    box->setText(QString::fromStdString(alert.message));
+    box->setText(message);
     std::vector<QAbstractButton*> buttons;
     // One role for all of them: the box would sort different ones into the desktop's own order.
     for (const std::string& title : alert.buttons)

@@ -1,15 +1,20 @@
 #pragma once
 
+#include <QPointer>
 #include <QString>
 
 #include "ports/Panels.h"
 
 class QFileDialog;
+class QMessageBox;
 
 namespace trimora::platform {
 
 /// Panels as dialogs of the desktop, in front of the window that is active when they are asked for. The
 /// program goes on behind them.
+///
+/// Nobody is asked the same twice at a time: an alert whose words are on the screen already comes to the
+/// front there, and the second one who asked hears what Escape would have answered.
 class QtPanels final : public ports::Panels {
  public:
     void chooseFileToOpen(const std::filesystem::path& folder, FilesAnswer answer) override;
@@ -20,6 +25,8 @@ class QtPanels final : public ports::Panels {
  private:
     static QFileDialog* makeDialog(const QString& title, const std::filesystem::path& folder);
     static void run(QFileDialog* dialog, Answer answer);
+
+    QPointer<QMessageBox> alert_;  // the one that came last
 };
 
 }  // namespace trimora::platform

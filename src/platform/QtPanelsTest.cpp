@@ -168,5 +168,14 @@ TEST_F(QtAlertTest, EscapeCancelsAndReturnTakesTheFirst) {
     EXPECT_THAT(answers_, ::testing::ElementsAre(1001, 1000));
 }
 
+TEST_F(QtAlertTest, TheSameQuestionIsNotAskedTwiceAtATime) {
+    QMessageBox* const box = ask();
+    EXPECT_EQ(ask(), box);
+    QCoreApplication::processEvents();
+    EXPECT_THAT(answers_, ::testing::ElementsAre(1001));
+    QTest::keyClick(box, Qt::Key_Return);
+    EXPECT_THAT(answers_, ::testing::ElementsAre(1001, 1000));
+}
+
 }  // namespace
 }  // namespace trimora::platform

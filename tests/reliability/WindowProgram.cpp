@@ -1,0 +1,101 @@
+#include "WindowProgram.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QMainWindow>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <utility>
+
+#include "app/MessageLine.h"
+
+namespace trimora::reliability {
+
+using std::filesystem::path;
+
+namespace {
+
+/// As the program's own panels do it.
+QWidget* windowToAskIn() {
+    if (QWidget* const active = QApplication::activeWindow())
+        return active;
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+        if (qobject_cast<QMainWindow*>(window) != nullptr)
+            return window;
+    }
+    return nullptr;
+}
+
+void openPanel(const QString& title, const path& file, ports::Panels::Answer answer) {
+    auto* const dialog = new QDialog(windowToAskIn());
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setWindowTitle(title);
+    auto* const column = new QVBoxLayout(dialog);
+    for (const auto& [words, end] : {std::pair{"Take", &QDialog::accept}, {"Cancel", &QDialog::reject}}) {
+        auto* const button = new QPushButton(QString::fromLatin1(words), dialog);
+        column->addWidget(button);
+        QObject::connect(button, &QPushButton::clicked, dialog, end);
+    }
+    QObject::connect(dialog, &QDialog::finished, dialog, [file, answer = std::move(answer)](int button) {
+        answer(button == QDialog::Accepted ? std::optional(file) : std::nullopt);
+    });
+    dialog->open();
+}
+
+}  // namespace
+
+void OneFilePanels::chooseFileToOpen(const path& /*folder*/, FilesAnswer answer) {
+    openPanel(QStringLiteral("Open picture"), toOpen_(),
+              [answer = std::move(answer)](const std::optional<path>& file) {
+                  answer(file ? std::vector{*file} : std::vector<path>());
+              });
+}
+
+void OneFilePanels::chooseFileToSave(const path& /*folder*/, const std::string& /*name*/, Answer answer) {
+    openPanel(QStringLiteral("Save picture"), toSave_(), std::move(answer));
+}
+
+void OneFilePanels::runAlert(const ports::Alert& alert, AlertAnswer answer) {
+    real_.runAlert(alert, std::move(answer));
+}
+
+WindowProgram::WindowProgram(Homes homes, ports::Panels& panels)
+    : wiring_(std::make_unique<Wiring>(host(std::move(homes), panels))) {
+    using Kind = app::MessageLine::Kind;
+    wiring_->shell().messages().onLine([this](Kind kind, const std::string& line) {
+        if (kind == Kind::trouble)
+            troubles_.push_back(line);
+    });
+    wiring_->show();
+    wiring_->shell().appDelegate().applicationDidFinishLaunching();
+    time_.turn();
+}
+
+WindowProgram::~WindowProgram() {
+    time_.turn();
+}
+
+Host WindowProgram::host(Homes homes, ports::Panels& panels) {
+    return {.queues = time_.queues(),
+            .clock = time_.clock(),
+            .scheduler = time_.clock(),
+            .codecWorkers = codecWorkers_,
+            .panels = panels,
+            .settings = settings_,
+            .userNotifications = notifications_,
+            .workspace = workspace_,
+            .homes = std::move(homes),
+            .recording = TelemetrixWiring::Begin::atOnce,
+            .earlierYes = TelemetrixWiring::EarlierYes::recordsOnly,
+            .randomMicroseconds = [] { return 0; },
+            .quit = [this] { hasQuit_ = true; }};
+}
+
+void WindowProgram::rest() {
+    constexpr double kRest = 1;  // seconds; more than any motion takes
+    constexpr int kRests = 3;    // a motion may begin the next
+    for (int i = 0; i < kRests; ++i)
+        time_.advance(kRest);
+}
+
+}  // namespace trimora::reliability
