@@ -4,6 +4,7 @@
 #include <QEvent>
 #include <QLabel>
 #include <QPointer>
+#include <algorithm>
 #include <utility>
 
 #include "editor/WarningRestoreImageController.h"
@@ -24,18 +25,18 @@ Answer next(std::deque<Answer>& queue, Answer none) {
     return none;
 }
 
-std::vector<path> absolutePaths(const std::vector<std::string>& files) {
-    std::vector<path> paths;
-    for (const std::string& file : files)
-        paths.push_back(std::filesystem::absolute(file));
-    return paths;
-}
-
 std::optional<path> chosen(const std::string& file) {
     return file.empty() ? std::nullopt : std::optional(std::filesystem::absolute(file));
 }
 
 }  // namespace
+
+std::vector<path> absolutePaths(const std::vector<std::string>& files) {
+    std::vector<path> paths(files.size());
+    std::transform(files.begin(), files.end(), paths.begin(),
+                   [](const std::string& file) { return std::filesystem::absolute(file); });
+    return paths;
+}
 
 ScriptPanels::ScriptPanels(foundation::SerialQueue& mainQueue, std::function<void(const std::string&)> said)
     : mainQueue_(mainQueue), said_(std::move(said)) {

@@ -2,14 +2,19 @@
 
 #include <QObject>
 #include <deque>
+#include <filesystem>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "foundation/Queues.h"
 #include "ports/Panels.h"
 #include "script/Steps.h"
 
 namespace trimora {
+
+/// The files that a script names, seen from the folder that the program was started in.
+[[nodiscard]] std::vector<std::filesystem::path> absolutePaths(const std::vector<std::string>& files);
 
 /// The panels of a scripted run: answered from what the script has queued, each kind for itself, in order.
 ///

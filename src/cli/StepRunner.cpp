@@ -31,13 +31,6 @@ using script::Point;
 
 namespace {
 
-std::vector<std::filesystem::path> absolutePaths(const std::vector<std::string>& files) {
-    std::vector<std::filesystem::path> paths;
-    for (const std::string& file : files)
-        paths.push_back(std::filesystem::absolute(file));
-    return paths;
-}
-
 MouseButton buttonOf(script::Button button) {
     return button == script::Button::left ? MouseButton::left : MouseButton::right;
 }

@@ -14,7 +14,7 @@ class TiffDecoder final : public FormatDecoder {
     using FormatDecoder::FormatDecoder;
 
     [[nodiscard]] foundation::Result<cutengine::DecodedPicture> decode(Bytes bytes) const override;
-    [[nodiscard]] foundation::Result<PictureFacts> facts(Bytes file) const override;
+    [[nodiscard]] foundation::Result<PictureFacts> facts(Bytes bytes) const override;
 };
 
 }  // namespace trimora::codecs

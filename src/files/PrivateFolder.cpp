@@ -129,7 +129,8 @@ Result<void> PrivateFolder::removeAllFiles() const {
     Result<void> outcome;
     for (const std::string& name : *names) {
         const std::optional<mode_t> type = typeOf(folder_.number(), name.c_str());
-        if (type != S_IFREG && type != S_IFLNK)
+        const bool isRemovable = type == S_IFREG || type == S_IFLNK;
+        if (!isRemovable)
             continue;
         if (Result<void> removed = remove(name); !removed && outcome)
             outcome = removed;
