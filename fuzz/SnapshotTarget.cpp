@@ -1,5 +1,4 @@
 #include <cstdlib>
-#include <cstring>
 
 #include "Targets.h"
 #include "cutengine/kernels/MaskCodec.h"
@@ -7,19 +6,7 @@
 namespace trimora::fuzz {
 namespace {
 
-using foundation::BitmapView;
-
 constexpr int kMostPixelsASide = 512;
-
-bool areEqual(BitmapView one, BitmapView other) {
-    if (one.width != other.width || one.height != other.height)
-        return false;
-    for (int y = 0; y < one.height; ++y) {
-        if (std::memcmp(one.row(y), other.row(y), static_cast<std::size_t>(one.width) * 4) != 0)
-            return false;
-    }
-    return true;
-}
 
 }  // namespace
 
@@ -37,7 +24,7 @@ int readSnapshot(const std::uint8_t* data, std::size_t size) {
     if (!written)
         std::abort();
     const auto again = decodeMask(*written, kMostPixelsASide);
-    if (!again || !areEqual(mask->view(), again->view()))
+    if (!again || !foundation::samePixels(mask->view(), again->view()))
         std::abort();
     return 0;
 }

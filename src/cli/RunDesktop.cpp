@@ -1,5 +1,7 @@
 #include "cli/RunDesktop.h"
 
+#include <utility>
+
 #include "foundation/Log.h"
 
 namespace trimora {
@@ -29,6 +31,22 @@ void RunWorkspace::revealFile(const std::filesystem::path& file) {
 
 void RunWorkspace::openUrl(const std::string& url) {
     foundation::log::info("would open %s", url.c_str());
+}
+
+Host RunDesktop::host(Homes homes, ports::Panels& panels) {
+    return {.queues = time_.queues(),
+            .clock = time_.clock(),
+            .scheduler = time_.clock(),
+            .codecWorkers = codecWorkers_,
+            .panels = panels,
+            .settings = settings_,
+            .userNotifications = notifications_,
+            .workspace = workspace_,
+            .homes = std::move(homes),
+            .recording = TelemetrixWiring::Begin::atOnce,
+            .earlierYes = TelemetrixWiring::EarlierYes::recordsOnly,
+            .randomMicroseconds = [] { return 0; },
+            .quit = [this] { hasQuit_ = true; }};
 }
 
 }  // namespace trimora

@@ -5,6 +5,9 @@
 #include <string>
 #include <vector>
 
+#include "cli/RunTime.h"
+#include "foundation/ThreadQueues.h"
+#include "main/Host.h"
 #include "ports/Settings.h"
 #include "ports/UserNotifications.h"
 #include "ports/Workspace.h"
@@ -41,6 +44,29 @@ class RunWorkspace final : public ports::Workspace {
  public:
     void revealFile(const std::filesystem::path& file) override;
     void openUrl(const std::string& url) override;
+};
+
+/// All that a program of its own time and queues runs on. Outlives the Wiring that has its host. Main thread
+/// only.
+class RunDesktop {
+ public:
+    explicit RunDesktop(RunTime::Pace pace) : time_(pace) {}
+
+    /// What the program records stays here, and it begins with that at once.
+    [[nodiscard]] Host host(Homes homes, ports::Panels& panels);
+
+    [[nodiscard]] RunTime& time() { return time_; }
+    [[nodiscard]] const RunNotifications& notifications() const { return notifications_; }
+    /// Whether the program was told to end.
+    [[nodiscard]] bool hasQuit() const { return hasQuit_; }
+
+ private:
+    bool hasQuit_ = false;
+    RunSettings settings_;
+    RunNotifications notifications_;
+    RunWorkspace workspace_;
+    foundation::ThreadWorkers codecWorkers_;
+    RunTime time_;
 };
 
 }  // namespace trimora

@@ -21,9 +21,9 @@ constexpr std::chrono::milliseconds kNetworkPause{2};
 
 ScriptedProgram::ScriptedProgram(const Options& options, Homes homes, Trouble trouble)
     : options_(options),
-      time_(options.pace),
-      panels_(time_.queues().mainQueue(), [this](const std::string& text) { messages_.push_back(text); }),
-      wiring_(std::make_unique<Wiring>(host(std::move(homes)))) {
+      desktop_(options.pace),
+      panels_(time().queues().mainQueue(), [this](const std::string& text) { messages_.push_back(text); }),
+      wiring_(std::make_unique<Wiring>(desktop_.host(std::move(homes), panels_))) {
     // What the store holds of earlier runs is no news; of this one nothing is stored yet.
     std::ignore = events_.news();
     shell().messages().onLine(
@@ -39,22 +39,6 @@ ScriptedProgram::~ScriptedProgram() {
     settle();
 }
 
-Host ScriptedProgram::host(Homes homes) {
-    return {.queues = time_.queues(),
-            .clock = time_.clock(),
-            .scheduler = time_.clock(),
-            .codecWorkers = codecWorkers_,
-            .panels = panels_,
-            .settings = settings_,
-            .userNotifications = notifications_,
-            .workspace = workspace_,
-            .homes = std::move(homes),
-            .recording = TelemetrixWiring::Begin::atOnce,
-            .earlierYes = TelemetrixWiring::EarlierYes::recordsOnly,
-            .randomMicroseconds = [] { return 0; },
-            .quit = [this] { hasQuit_ = true; }};
-}
-
 void ScriptedProgram::showWindow() {
     app::MainWindow& window = shell().window();
     // The size of the view is the script's, whatever the screen would have room for.
@@ -65,7 +49,7 @@ void ScriptedProgram::showWindow() {
     window.setUpdatesEnabled(options_.isShown);
     wiring_->show();
     shell().appDelegate().applicationDidFinishLaunching();
-    time_.turn();
+    time().turn();
 }
 
 bool ScriptedProgram::isMoving() {
@@ -81,20 +65,20 @@ bool ScriptedProgram::isMoving() {
 }
 
 void ScriptedProgram::settle() {
-    time_.turn();
+    time().turn();
     while (wiring_->telemetrix().isPosting()) {
         std::this_thread::sleep_for(kNetworkPause);
-        time_.turn();
+        time().turn();
     }
     while (isMoving())
-        time_.advance(kFrame);
+        time().advance(kFrame);
 }
 
 bool ScriptedProgram::resizeView(int width, int height) {
     const QWidget& view = *editor().outlets().viCut;
     app::MainWindow& window = shell().window();
     window.resize(window.size() + QSize(width, height) - view.size());
-    time_.turn();
+    time().turn();
     return view.size() == QSize(width, height);
 }
 

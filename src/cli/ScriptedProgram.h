@@ -33,7 +33,7 @@ class ScriptedProgram {
     ScriptedProgram& operator=(const ScriptedProgram&) = delete;
 
     [[nodiscard]] Wiring& wiring() { return *wiring_; }
-    [[nodiscard]] RunTime& time() { return time_; }
+    [[nodiscard]] RunTime& time() { return desktop_.time(); }
     [[nodiscard]] ScriptPanels& panels() { return panels_; }
     [[nodiscard]] editor::ViewController& editor() { return wiring_->editor(); }
     [[nodiscard]] app::MainInterface& shell() { return wiring_->shell(); }
@@ -42,7 +42,7 @@ class ScriptedProgram {
     /// Every text that the person was shown, in order.
     [[nodiscard]] const std::vector<std::string>& messages() const { return messages_; }
     [[nodiscard]] const std::vector<ports::UserNotification>& notifications() const {
-        return notifications_.posted();
+        return desktop_.notifications().posted();
     }
 
     /// The record of use since the program began.
@@ -54,27 +54,21 @@ class ScriptedProgram {
     void settle();
 
     /// Moves the clock.
-    void advance(double seconds) { time_.advance(seconds); }
+    void advance(double seconds) { time().advance(seconds); }
 
     /// Gives the cut view a size by giving the window another one; false where the screen does not let it.
     [[nodiscard]] bool resizeView(int width, int height);
 
     /// Whether the program was told to end.
-    [[nodiscard]] bool hasQuit() const { return hasQuit_; }
+    [[nodiscard]] bool hasQuit() const { return desktop_.hasQuit(); }
 
  private:
-    [[nodiscard]] Host host(Homes homes);
     [[nodiscard]] bool isMoving();
     void showWindow();
 
     const Options options_;
-    bool hasQuit_ = false;
     std::vector<std::string> messages_;
-    RunSettings settings_;
-    RunNotifications notifications_;
-    RunWorkspace workspace_;
-    foundation::ThreadWorkers codecWorkers_;
-    RunTime time_;
+    RunDesktop desktop_;
     ScriptPanels panels_;
     std::unique_ptr<Wiring> wiring_;
     EventLog events_;

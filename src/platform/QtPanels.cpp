@@ -13,11 +13,7 @@
 
 namespace trimora::platform {
 
-namespace {
-
-/// The window that the person is in, or, while they are in another program and drag something over from
-/// there, the program's own: a question that belongs to no window would not keep anybody from going on.
-QWidget* windowToAskIn() {
+QWidget* QtPanels::windowToAskIn() {
     if (QWidget* const active = QApplication::activeWindow())
         return active;
     const QWidgetList windows = QApplication::topLevelWidgets();
@@ -26,8 +22,6 @@ QWidget* windowToAskIn() {
     });
     return found != windows.end() ? *found : nullptr;
 }
-
-}  // namespace
 
 void QtPanels::chooseFileToOpen(const std::filesystem::path& folder, FilesAnswer answer) {
     QFileDialog* const dialog = makeDialog(QStringLiteral("Open picture"), folder);

@@ -7,6 +7,7 @@
 
 class QFileDialog;
 class QMessageBox;
+class QWidget;
 
 namespace trimora::platform {
 
@@ -21,6 +22,10 @@ class QtPanels final : public ports::Panels {
     void chooseFileToSave(const std::filesystem::path& folder, const std::string& name,
                           Answer answer) override;
     void runAlert(const ports::Alert& alert, AlertAnswer answer) override;
+
+    /// The window that the person is in, or, while they are in another program and drag something over from
+    /// there, the program's own: a question that belongs to no window would not keep anybody from going on.
+    [[nodiscard]] static QWidget* windowToAskIn();
 
  private:
     static QFileDialog* makeDialog(const QString& title, const std::filesystem::path& folder);

@@ -5,7 +5,6 @@
 #include <unistd.h>
 
 #include <cstdio>
-#include <cstring>
 #include <random>
 #include <string>
 #include <vector>
@@ -47,14 +46,7 @@ Bitmap numberedMask(int number) {
 }
 
 bool same(const Bitmap& one, const Bitmap& other) {
-    if (one.width() != other.width() || one.height() != other.height())
-        return false;
-    for (int y = 0; y < one.height(); ++y) {
-        if (std::memcmp(one.view().row(y), other.view().row(y), static_cast<std::size_t>(one.width()) * 4) !=
-            0)
-            return false;
-    }
-    return true;
+    return foundation::samePixels(one.view(), other.view());
 }
 
 /// A store and what it was given.

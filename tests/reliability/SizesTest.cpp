@@ -3,7 +3,6 @@
 
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <string>
 #include <vector>
 
@@ -22,16 +21,7 @@ namespace {
 using cutengine::CutViewTest;
 using foundation::Bitmap;
 using foundation::BitmapView;
-
-bool same(BitmapView one, BitmapView other) {
-    if (one.width != other.width || one.height != other.height)
-        return false;
-    for (int y = 0; y < one.height; ++y) {
-        if (std::memcmp(one.row(y), other.row(y), static_cast<std::size_t>(one.width) * 4) != 0)
-            return false;
-    }
-    return true;
-}
+using foundation::samePixels;
 
 /// Whether a premultiplied picture is this straight one, up to the rounding of colours.
 bool looksLike(BitmapView premultiplied, BitmapView straight) {
@@ -56,7 +46,7 @@ class Sizes : public CutViewTest {
         ASSERT_TRUE(savePng(bandedPicture(width, height).view(), file));
         auto read = decoder_.decode(file);
         ASSERT_TRUE(read) << read.error().message;
-        ASSERT_TRUE(same(read->representations[0].view(), bandedPicture(width, height).view()));
+        ASSERT_TRUE(samePixels(read->representations[0].view(), bandedPicture(width, height).view()));
         view.setImage(cutengine::Picture::create(std::move(read->representations)));
         queues.settle();
         stroke({{200, 150}});

@@ -1,8 +1,6 @@
 #include "WindowProgram.h"
 
-#include <QApplication>
 #include <QDialog>
-#include <QMainWindow>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <utility>
@@ -15,19 +13,8 @@ using std::filesystem::path;
 
 namespace {
 
-/// As the program's own panels do it.
-QWidget* windowToAskIn() {
-    if (QWidget* const active = QApplication::activeWindow())
-        return active;
-    for (QWidget* const window : QApplication::topLevelWidgets()) {
-        if (qobject_cast<QMainWindow*>(window) != nullptr)
-            return window;
-    }
-    return nullptr;
-}
-
 void openPanel(const QString& title, const path& file, ports::Panels::Answer answer) {
-    auto* const dialog = new QDialog(windowToAskIn());
+    auto* const dialog = new QDialog(platform::QtPanels::windowToAskIn());
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->setWindowTitle(title);
     auto* const column = new QVBoxLayout(dialog);
@@ -60,7 +47,7 @@ void OneFilePanels::runAlert(const ports::Alert& alert, AlertAnswer answer) {
 }
 
 WindowProgram::WindowProgram(Homes homes, ports::Panels& panels)
-    : wiring_(std::make_unique<Wiring>(host(std::move(homes), panels))) {
+    : wiring_(std::make_unique<Wiring>(desktop_.host(std::move(homes), panels))) {
     using Kind = app::MessageLine::Kind;
     wiring_->shell().messages().onLine([this](Kind kind, const std::string& line) {
         if (kind == Kind::trouble)
@@ -68,34 +55,18 @@ WindowProgram::WindowProgram(Homes homes, ports::Panels& panels)
     });
     wiring_->show();
     wiring_->shell().appDelegate().applicationDidFinishLaunching();
-    time_.turn();
+    time().turn();
 }
 
 WindowProgram::~WindowProgram() {
-    time_.turn();
-}
-
-Host WindowProgram::host(Homes homes, ports::Panels& panels) {
-    return {.queues = time_.queues(),
-            .clock = time_.clock(),
-            .scheduler = time_.clock(),
-            .codecWorkers = codecWorkers_,
-            .panels = panels,
-            .settings = settings_,
-            .userNotifications = notifications_,
-            .workspace = workspace_,
-            .homes = std::move(homes),
-            .recording = TelemetrixWiring::Begin::atOnce,
-            .earlierYes = TelemetrixWiring::EarlierYes::recordsOnly,
-            .randomMicroseconds = [] { return 0; },
-            .quit = [this] { hasQuit_ = true; }};
+    time().turn();
 }
 
 void WindowProgram::rest() {
     constexpr double kRest = 1;  // seconds; more than any motion takes
     constexpr int kRests = 3;    // a motion may begin the next
     for (int i = 0; i < kRests; ++i)
-        time_.advance(kRest);
+        time().advance(kRest);
 }
 
 }  // namespace trimora::reliability

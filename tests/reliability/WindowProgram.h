@@ -8,7 +8,6 @@
 #include <vector>
 
 #include "cli/RunDesktop.h"
-#include "cli/RunTime.h"
 #include "main/Wiring.h"
 #include "platform/QtPanels.h"
 
@@ -44,7 +43,7 @@ class WindowProgram {
     WindowProgram& operator=(const WindowProgram&) = delete;
 
     [[nodiscard]] Wiring& wiring() { return *wiring_; }
-    [[nodiscard]] RunTime& time() { return time_; }
+    [[nodiscard]] RunTime& time() { return desktop_.time(); }
     [[nodiscard]] app::MainWindow& window() { return wiring_->shell().window(); }
     [[nodiscard]] editor::ViewController& editor() { return wiring_->editor(); }
     [[nodiscard]] cutengine::RKImageCutView& cutView() { return editor().cutView(); }
@@ -52,21 +51,14 @@ class WindowProgram {
     /// Lets all that moves come to rest: some seconds go by.
     void rest();
 
-    [[nodiscard]] bool hasQuit() const { return hasQuit_; }
+    [[nodiscard]] bool hasQuit() const { return desktop_.hasQuit(); }
 
     /// The lines that told the person that something could not be done, since the last call.
     [[nodiscard]] std::vector<std::string> takeTroubles() { return std::exchange(troubles_, {}); }
 
  private:
-    [[nodiscard]] Host host(Homes homes, ports::Panels& panels);
-
-    bool hasQuit_ = false;
     std::vector<std::string> troubles_;
-    RunSettings settings_;
-    RunNotifications notifications_;
-    RunWorkspace workspace_;
-    foundation::ThreadWorkers codecWorkers_;
-    RunTime time_{RunTime::Pace::virtually};
+    RunDesktop desktop_{RunTime::Pace::virtually};
     std::unique_ptr<Wiring> wiring_;
 };
 
