@@ -222,7 +222,7 @@ class AppendedLines {
     void step() {
         steps_.begin();
         const int file = ::open(file_.c_str(), O_WRONLY | O_CREAT | O_APPEND | O_CLOEXEC, 0600);
-        EXPECT_EQ(::write(file, kLine.data(), kLine.size()), static_cast<ssize_t>(kLine.size()));
+        EXPECT_EQ(::write(file, line_.data(), line_.size()), static_cast<ssize_t>(line_.size()));
         if (waits_) {
             EXPECT_EQ(::fsync(file), 0);
         }
@@ -233,13 +233,13 @@ class AppendedLines {
     [[nodiscard]] std::size_t lost(const fs::path& root, std::size_t cut) const {
         const std::string found = contentsIfThere(root / name_).value_or("");
         std::size_t whole = 0;
-        while (found.compare(whole * kLine.size(), kLine.size(), kLine) == 0)
+        while (found.compare(whole * line_.size(), line_.size(), line_) == 0)
             ++whole;
         return steps_.promisedBy(cut) - std::min(whole, steps_.promisedBy(cut));
     }
 
  private:
-    const std::string kLine = std::string(99, '.') + "\n";
+    const std::string line_ = std::string(99, '.') + "\n";
     Steps steps_;
     std::string name_;
     bool waits_;
