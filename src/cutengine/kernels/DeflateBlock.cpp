@@ -74,15 +74,6 @@ std::optional<std::vector<std::uint8_t>> takeLengths(BitReader& from, const Huff
 
 }  // namespace
 
-void BitReader::lookNearTheEnd() {
-    for (; count_ <= 56; count_ += 8) {
-        if (next_ < bytes_.size())
-            bits_ |= std::uint64_t{bytes_[next_++]} << count_;
-        else
-            made_ += 8;
-    }
-}
-
 void BitWriter::finish() {
     put(0, (8 - count_ % 8) % 8);
     for (; count_ > 0; count_ -= 8, bits_ >>= 8)

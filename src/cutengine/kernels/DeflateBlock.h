@@ -51,20 +51,22 @@ class BitWriter {
 /// Bits, the first lowest, taken from bytes, which are borrowed. Beyond their end come zeros.
 class BitReader {
  public:
-    explicit BitReader(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
+    static constexpr std::size_t kSlack = 8;  ///< bytes that must be there beyond the end
+
+    /// All of `bytes` but the last kSlack are read.
+    explicit BitReader(std::span<const std::uint8_t> bytes)
+        : bytes_(bytes.data()), size_(bytes.size() - kSlack) {}
 
     /// The next bits, of which 56 at least are right, without taking them.
     [[nodiscard]] std::uint64_t look() {
-        if (bytes_.size() - next_ >= sizeof bits_) {
+        if (next_ <= size_) {
             std::uint64_t more = 0;
-            std::memcpy(&more, bytes_.data() + next_, sizeof more);
+            std::memcpy(&more, bytes_ + next_, sizeof more);
             bits_ |= more << count_;
-            const int whole = (63 - count_) / 8;
-            next_ += static_cast<std::size_t>(whole);
-            count_ += 8 * whole;
-        } else {
-            lookNearTheEnd();
         }
+        const int whole = (63 - count_) / 8;
+        next_ += static_cast<std::size_t>(whole);
+        count_ += 8 * whole;
         return bits_;
     }
     /// Takes bits that have been looked at.
@@ -79,16 +81,16 @@ class BitReader {
         return taken;
     }
     /// Whether more has been taken than there was.
-    [[nodiscard]] bool isBeyondEnd() const { return count_ < made_; }
+    [[nodiscard]] bool isBeyondEnd() const {
+        return 8 * next_ - static_cast<std::size_t>(count_) > 8 * size_;
+    }
 
  private:
-    void lookNearTheEnd();
-
-    std::span<const std::uint8_t> bytes_;
+    const std::uint8_t* bytes_;
+    std::size_t size_;
     std::size_t next_ = 0;
     std::uint64_t bits_ = 0;
     int count_ = 0;
-    int made_ = 0;  // of them, the zeros from beyond the end
 };
 
 /// Bits ready to be written.

@@ -66,6 +66,8 @@ std::uint32_t toFile(std::uint32_t plane) {
 
 std::uint32_t toPlane(std::uint32_t file) {
     const std::uint32_t alpha = component(file, 3);
+    if ((file & 0x00FFFFFF) == 0)
+        return file;
     const auto premultiplied = [&](int index) { return (component(file, index) * alpha + 127) / 255; };
     return packed(premultiplied(2), premultiplied(1), premultiplied(0), alpha);
 }
@@ -254,6 +256,13 @@ class RunReader {
 
     // False where the run belongs to no such rows.
     [[nodiscard]] bool take(RunInflate::Run run) {
+        if (run.zeros == kBytesPerPixel - 1 && run.count == 1 && isInRow_ && place_ % kBytesPerPixel == 0) {
+            change_ = std::uint32_t{run.value} << 24;
+            moveBy(kBytesPerPixel);
+            return true;
+        }
+        if (run.zeros > 0 && !takeZeros(run.zeros))
+            return false;
         if (run.value == 0)
             return takeZeros(run.count);
         for (; run.count > 0; --run.count) {
@@ -325,9 +334,8 @@ bool builtFromRuns(const Header& header, const std::vector<PngChunk>& chunks, Pl
                                     [](const PngChunk& chunk) { return chunk.type == kChecksumChunk; });
     if (!header.isOurKind || !isOurs)
         return false;
-    const std::vector<std::uint8_t> data = joinedData(chunks);
     RunReader reader(header, builder);
-    return RunInflate(data).read([&](RunInflate::Run run) { return reader.take(run); }) &&
+    return RunInflate(joinedData(chunks)).read([&](RunInflate::Run run) { return reader.take(run); }) &&
            reader.isComplete();
 }
 

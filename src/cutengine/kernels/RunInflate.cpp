@@ -1,6 +1,7 @@
 #include "cutengine/kernels/RunInflate.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace trimora::cutengine::kernels {
 namespace {
@@ -8,34 +9,46 @@ namespace {
 constexpr std::size_t kHead = 2;
 constexpr std::size_t kChecksum = 4;
 
-std::span<const std::uint8_t> bodyOf(std::span<const std::uint8_t> stream) {
-    return stream.size() < kHead + kChecksum ? std::span<const std::uint8_t>()
-                                             : stream.subspan(kHead, stream.size() - kHead - kChecksum);
-}
-
-// Every entry whose index ends in the symbol's code, for the codes of at most `most` bits.
-template <typename Entries>
-void fill(Entries& entries, const HuffmanCode& code, int most) {
-    for (std::size_t symbol = 0; symbol < code.lengths.size(); ++symbol) {
-        const int bits = code.lengths[symbol];
-        if (bits == 0 || bits > most)
-            continue;
-        for (std::size_t i = code.bits[symbol]; i < entries.size(); i += std::size_t{1} << bits)
-            entries[i] = {static_cast<std::uint16_t>(symbol), static_cast<std::uint16_t>(bits)};
-    }
+// Without head and checksum, and with what BitReader wants to be there beyond it.
+std::vector<std::uint8_t> bodyOf(std::vector<std::uint8_t> stream) {
+    const std::size_t size = std::max(stream.size(), kHead + kChecksum) - kHead - kChecksum;
+    stream.erase(stream.begin(),
+                 stream.begin() + static_cast<std::ptrdiff_t>(std::min(stream.size(), kHead)));
+    stream.resize(size);
+    stream.resize(size + BitReader::kSlack, 0);
+    return stream;
 }
 
 }  // namespace
 
 RunInflate::Table::Table(const HuffmanCode& code) {
-    fill(short_, code, kShortBits);
-    if (*std::max_element(code.lengths.begin(), code.lengths.end()) > kShortBits) {
+    const auto entryOf = [&](std::size_t symbol) {
+        const std::uint8_t bits = code.lengths[symbol];
+        if (symbol < kEndOfBlock)
+            return Entry{static_cast<std::uint16_t>(symbol), bits, Entry::kByte};
+        if (symbol == kEndOfBlock)
+            return Entry{0, bits, Entry::kEnd};
+        return Entry{static_cast<std::uint16_t>(MatchPart::leastLength(symbol)), bits,
+                     static_cast<std::uint8_t>(MatchPart::extraBitsOf(symbol))};
+    };
+    if (*std::max_element(code.lengths.begin(), code.lengths.end()) > kShortBits)
         long_.resize(std::size_t{1} << kLongBits);
-        fill(long_, code, kLongBits);
+    for (std::size_t symbol = 0; symbol < code.lengths.size(); ++symbol) {
+        const std::size_t bits = code.lengths[symbol];
+        if (bits == 0)
+            continue;
+        const std::span<Entry> table = bits > kShortBits ? std::span<Entry>(long_) : std::span<Entry>(short_);
+        for (std::size_t i = code.bits[symbol]; i < table.size(); i += std::size_t{1} << bits)
+            table[i] = entryOf(symbol);
     }
+    if (code.lengths.size() != kLiteralSymbols || code.lengths.back() == 0)
+        return;
+    longestBits_ = code.lengths.back() + 1U;  // and the distance 1, which is one bit, 0
+    for (std::uint32_t at = 0; at < 64; at += longestBits_)
+        longest_ |= std::uint64_t{code.bits.back()} << at;
 }
 
-RunInflate::RunInflate(std::span<const std::uint8_t> stream) : bits_(bodyOf(stream)) {}
+RunInflate::RunInflate(std::vector<std::uint8_t> stream) : body_(bodyOf(std::move(stream))), bits_(body_) {}
 
 std::optional<RunInflate::Block> RunInflate::beginBlock() {
     const auto header = takeBlockHeader(bits_);

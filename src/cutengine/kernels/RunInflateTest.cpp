@@ -58,8 +58,9 @@ Written randomStream(std::mt19937_64& random, int parts, int spread) {
 std::optional<Bytes> inflated(const Bytes& stream, std::size_t most = 1U << 24) {
     Bytes bytes;
     const bool whole = RunInflate(stream).read([&](RunInflate::Run run) {
-        if (bytes.size() + run.count > most)
+        if (bytes.size() + run.zeros + run.count > most)
             return false;
+        bytes.insert(bytes.end(), run.zeros, 0);
         bytes.insert(bytes.end(), run.count, run.value);
         return true;
     });
