@@ -206,32 +206,33 @@ Result<FileRows> decodedRows(const Header& header, const std::vector<PngChunk>& 
     return rows;
 }
 
-// Builds the plane row by row: each is a copy of the one above with the differing pixels put in.
+// Builds the plane row by row: each is the one above with the differing pixels put in.
 class PlaneBuilder {
  public:
     PlaneBuilder(const Header& header, MutableBitmapView plane)
         : plane_(plane),
           checksum_(header.width, header.height),
-          nothing_(kBytesPerPixel * static_cast<std::size_t>(header.width), 0) {}
+          row_(static_cast<std::size_t>(header.width), 0) {}
 
-    void beginRow(int y) {
-        std::memcpy(plane_.row(y), y == 0 ? nothing_.data() : plane_.row(y - 1), nothing_.size());
-    }
     // A pixel of the file that is not the one above it, from left to right.
     void put(int x, int y, std::uint32_t pixel) {
         checksum_.add(x, y, pixel);
-        reinterpret_cast<std::uint32_t*>(plane_.row(y))[x] = toPlane(pixel);
+        row_[static_cast<std::size_t>(x)] = toPlane(pixel);
+    }
+    void endRow(int y) {
+        streamPixels(reinterpret_cast<const std::uint8_t*>(row_.data()), plane_.row(y), plane_.width);
     }
 
     void addPixels(const FileRows& rows) {
-        std::vector<std::int32_t> places(static_cast<std::size_t>(plane_.width) + kPlacesSlack);
-        const std::uint8_t* above = nothing_.data();
+        std::vector<std::int32_t> places(row_.size() + kPlacesSlack);
+        const std::vector<std::uint8_t> nothing(kBytesPerPixel * row_.size(), 0);
+        const std::uint8_t* above = nothing.data();
         for (int y = 0; y < plane_.height; ++y) {
             const std::uint8_t* const row = rows.row(y);
-            beginRow(y);
             const int count = differingPixels(row, above, plane_.width, places.data());
             for (const std::int32_t x : std::span(places).first(static_cast<std::size_t>(count)))
                 put(x, y, pixelAt(row, x));
+            endRow(y);
             above = row;
         }
     }
@@ -241,7 +242,7 @@ class PlaneBuilder {
  private:
     MutableBitmapView plane_;
     PictureChecksum checksum_;
-    std::vector<std::uint8_t> nothing_;
+    std::vector<std::uint32_t> row_;
 };
 
 // Puts a plane together from the runs of a file of ours: rows of differences from the ones above, with a
@@ -297,7 +298,6 @@ class RunReader {
     bool beginRow(std::uint8_t filter) {
         if (filter != kFilterUp || isComplete())
             return false;
-        builder_.beginRow(y_);
         place_ = 0;
         isInRow_ = true;
         return true;
@@ -313,7 +313,7 @@ class RunReader {
         }
         if (place_ == rowBytes_) {
             isInRow_ = false;
-            ++y_;
+            builder_.endRow(y_++);
         }
     }
 
