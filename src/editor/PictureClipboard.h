@@ -53,6 +53,7 @@ class PictureClipboard {
 
  private:
     void place(const cutengine::PicturePtr& result, const foundation::Result<QByteArray>& png);
+    void refuse(const std::string& reason);
 
     Services services_;
     std::shared_ptr<int> copying_;  // held by the object alone; work under way looks whether it still lives
