@@ -13,7 +13,6 @@ from desktop_case import DesktopCase, main, make_picture
 EVENTS = 20_000 if int(os.environ.get("TRIMORA_DEPTH") or 1) > 1 else 400
 BETWEEN_LOOKS = 1000
 OPEN, SAVE, WINDOW = "Open picture", "Save picture", "Trimora"
-PANEL_ENDS = 10  # seconds
 
 # No key of these chooses a file, quits or hides the window: that is done apart.
 KEYS = """ctrl+z ctrl+shift+z ctrl+shift+r ctrl+c ctrl+v ctrl+plus ctrl+minus ctrl+0 ctrl+1 Tab shift+Tab space Left Right
@@ -28,7 +27,7 @@ class RandomEvents(DesktopCase):
         seed = int(os.environ.get("TRIMORA_SEED") or random.SystemRandom().randrange(2**32))
         print("seed", seed, flush=True)
         self.random = random.Random(seed)
-        self.done = self.starts = self.panels = self.offers = 0
+        self.done = self.starts = self.panels = self.sheets = self.offers = 0
         self.sound = [self.picture, make_picture(os.path.join(self.home, "wide.png"), "rgb(200,40,40)", "1500x300"),
                       make_picture(os.path.join(self.home, "tall.jpg"), "rgb(40,40,200)", "300x900")]
         self.bad = self.broken_files()
@@ -80,15 +79,15 @@ class RandomEvents(DesktopCase):
         if self.answer_what_is_open():
             return
         rare = self.random.random()
-        if rare < 0.02:
+        if rare < 0.03:
             self.offer()
-        elif rare < 0.04:
+        elif rare < 0.05:
             size = self.random.randrange(200, 1600), self.random.randrange(150, 900)
             self.desktop.ask("windowsize", self.trimora.window, *size)
             self.look_where_the_window_is()
-        elif rare < 0.05:
+        elif rare < 0.12:
             self.desktop.ask("key", self.random.choice(("F11", "ctrl+o", "ctrl+s", "ctrl+n")))
-        elif rare < 0.06:
+        elif rare < 0.15:
             self.desktop.ask("key", self.random.choice(("ctrl+w", "ctrl+q")))
         else:
             words = self.chain()
@@ -105,6 +104,13 @@ class RandomEvents(DesktopCase):
     def active_title(self):
         return (self.desktop.ask("getactivewindow", "getwindowname") or "").strip()
 
+    def windows(self):
+        """The program's windows that bear its name: its own, and sheets."""
+        found = (self.desktop.ask("search", "--onlyvisible", "--name", f"^{WINDOW}$") or "").split()
+        if len(found) == 1:
+            self.trimora.window = found[0]
+        return found
+
     def answer_what_is_open(self):
         """A panel is answered at once, lest random presses wander about in the file system."""
         title = self.active_title()
@@ -116,10 +122,12 @@ class RandomEvents(DesktopCase):
                 self.desktop.ask("key", "Return")
             self.leave(title)
             return True
-        if title != WINDOW:
-            self.desktop.ask("key", self.random.choice(("Escape", "Escape", "Tab", "Return", "space")))
-            self.done += 2
-        return False
+        if title == WINDOW and len(self.windows()) == 1:
+            return False
+        self.sheets += 1
+        self.desktop.ask("key", *self.random.choice((["Escape"], ["Return"], ["Tab", "space"], ["Tab", "Tab", "space"])))
+        self.done += 4
+        return True
 
     def leave(self, title):
         """Until the panel has gone: what it asks on top of itself (a file of this name is there) is refused."""
@@ -140,10 +148,10 @@ class RandomEvents(DesktopCase):
         self.desktop.ask("mouseup", 1, "mouseup", 2, "mouseup", 3)
 
         def alone():
-            if self.active_title() == WINDOW and self.trimora.is_visible():
+            if self.active_title() == WINDOW and len(self.windows()) == 1:
                 return True
             self.desktop.ask("key", "Escape")
-            if not self.trimora.is_visible():
+            if not self.windows():
                 self.trimora.launch_again()
             elif not self.active_title():
                 self.desktop.ask("windowactivate", self.trimora.window)
@@ -176,7 +184,7 @@ class RandomEvents(DesktopCase):
             if self.trimora.process.poll() is not None:
                 self.assertEqual((self.trimora.ended(), self.trimora.said()), (0, ""))
                 self.begin()
-            if not self.trimora.is_visible():
+            if not self.windows():
                 self.trimora.launch_again()
             self.act()
             if self.done // BETWEEN_LOOKS > looked:
@@ -186,7 +194,8 @@ class RandomEvents(DesktopCase):
         self.bring_to_rest()
         self.assertEqual(self.trimora.launch_again(self.picture), 0)
         last = self.x_resources()
-        print(f"{self.done} events, {self.starts} starts, {self.panels} panels, {self.offers} offers; {first} {last}")
+        print(f"{self.done} events, {self.starts} starts, {self.panels} panels, {self.sheets} keys for sheets, "
+              f"{self.offers} offers; {first} {last}")
         for kind, most in MOST_MORE.items():
             self.assertLess(last[kind], first[kind] + most, kind)
 

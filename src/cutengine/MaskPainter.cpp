@@ -6,7 +6,6 @@
 
 #include "cutengine/kernels/Resample.h"
 #include "cutengine/kernels/StrokePainter.h"
-#include "foundation/Log.h"
 
 namespace trimora::cutengine {
 
@@ -34,10 +33,12 @@ Bitmap filledPlane(const PlaneSize& size, Pixel fill) {
 
 /// A plane of the same size needs no other memory.
 void refill(Bitmap& plane, const PlaneSize& size, Pixel fill) {
-    if (plane.width() == size.width && plane.height() == size.height)
+    if (plane.width() == size.width && plane.height() == size.height) {
         plane.fill(fill);
-    else
-        plane = filledPlane(size, fill);
+        return;
+    }
+    plane = {};
+    plane = filledPlane(size, fill);
 }
 
 }  // namespace
