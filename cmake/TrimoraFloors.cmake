@@ -72,12 +72,17 @@ function(trimora_floor folder)
   endif()
 endfunction()
 
-# trimora_test(NAME [QT] SOURCES ... LIBRARIES ...): one GoogleTest program whose tests CTest runs one by one.
+# trimora_test(NAME [QT [OWN_APPLICATION]] SOURCES ... LIBRARIES ...): one GoogleTest program whose tests CTest
+# runs one by one. OWN_APPLICATION: its tests make the toolkit's application object themselves.
 include(GoogleTest)
 function(trimora_test name)
-  cmake_parse_arguments(ARG "QT" "" "SOURCES;LIBRARIES;PROPERTIES" ${ARGN})
+  cmake_parse_arguments(ARG "QT;OWN_APPLICATION" "" "SOURCES;LIBRARIES;PROPERTIES" ${ARGN})
   if(ARG_QT)
-    list(APPEND ARG_LIBRARIES trimora_qt_test)
+    if(ARG_OWN_APPLICATION)
+      list(APPEND ARG_LIBRARIES Qt6::Test)
+    else()
+      list(APPEND ARG_LIBRARIES trimora_qt_test)
+    endif()
     list(APPEND ARG_PROPERTIES ENVIRONMENT QT_QPA_PLATFORM=offscreen ENVIRONMENT_MODIFICATION
       LSAN_OPTIONS=set:suppressions=${CMAKE_SOURCE_DIR}/tests/lsan-suppressions.txt:print_suppressions=0)
   endif()

@@ -14,6 +14,7 @@ class NoWindow final : public cutengine::CutViewHost {
     void setNeedsDisplay(const foundation::Rect& /*area*/) override {}
     [[nodiscard]] double scaleFactor() const override { return 1; }
     void historyCannotBeKept(const std::string& /*reason*/) override {}
+    void memoryIsMissing() override {}
 };
 
 }  // namespace trimora::batch

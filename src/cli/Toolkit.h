@@ -1,7 +1,8 @@
 #pragma once
 
-#include <QApplication>
 #include <cstdint>
+
+#include "platform/Application.h"
 
 namespace trimora {
 
@@ -28,7 +29,7 @@ class Toolkit {
     int argumentCount_ = 1;
     char name_[8] = "trimora";
     char* arguments_[2] = {name_, nullptr};
-    QApplication application_;
+    platform::Application application_;
 };
 
 }  // namespace trimora

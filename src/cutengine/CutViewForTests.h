@@ -22,11 +22,13 @@ class RecordingHost final : public CutViewHost {
     void setNeedsDisplay(const foundation::Rect& area) override { displayed.push_back(area); }
     [[nodiscard]] double scaleFactor() const override { return scale; }
     void historyCannotBeKept(const std::string& reason) override { troubles.push_back(reason); }
+    void memoryIsMissing() override { ++missingMemory; }
 
     std::vector<RKImageCutView*> openedFor;
     std::vector<Cursor> cursors;
     std::vector<foundation::Rect> displayed;
     std::vector<std::string> troubles;
+    int missingMemory = 0;
     double scale = 1;
 };
 

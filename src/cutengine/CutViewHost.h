@@ -28,6 +28,9 @@ class CutViewHost {
 
     /// Undo cannot be kept (a full disk, say). Told once a picture; painting goes on.
     virtual void historyCannotBeKept(const std::string& reason) = 0;
+
+    /// Something that was asked for and goes on by itself could not be done for want of memory.
+    virtual void memoryIsMissing() = 0;
 };
 
 /// What the cut view tells its controller. All calls come on the main thread; `view` is the sender,

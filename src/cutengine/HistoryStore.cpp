@@ -1,5 +1,6 @@
 #include "cutengine/HistoryStore.h"
 
+#include <cerrno>
 #include <new>
 #include <utility>
 #include <vector>
@@ -99,13 +100,17 @@ std::optional<Bitmap> HistoryStore::step(Step step) {
     const Result<files::FileBytes> file = written_.test(static_cast<std::size_t>(number))
                                               ? folder_->read(fileName(number), kLargestFile)
                                               : Error{"it was not written"};
+    if (!file && file.error().code == ENOMEM)
+        throw std::bad_alloc();
     if (!file) {
         foundation::log::warning("NO DATA PROVIDER");
         return std::nullopt;
     }
+    auto mask = kernels::decodeMask(file->view(), kLargestMaskSide);
+    if (!mask && mask.error().code == ENOMEM)
+        throw std::bad_alloc();
     fileIndex_ = number;
     currentState_ += back ? -1 : 1;
-    auto mask = unlessMemoryRunsOut([&] { return kernels::decodeMask(file->view(), kLargestMaskSide); });
     if (mask)
         return std::move(*mask);
     foundation::log::warning("%s: %s", fileName(number).c_str(), mask.error().message.c_str());

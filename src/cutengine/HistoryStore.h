@@ -51,7 +51,7 @@ class HistoryStore {
 
     /// Moves to the state before or after and returns its mask, an empty bitmap where the file does
     /// not decode. None where there is no such state, or its file was not written or cannot be opened
-    /// (logged): nothing changed.
+    /// (logged): nothing changed. Throws std::bad_alloc, and nothing changed then either.
     [[nodiscard]] std::optional<foundation::Bitmap> step(Step step);
 
     [[nodiscard]] bool canStepForward() const { return currentState_ <= length_ - 2; }

@@ -6,7 +6,6 @@
 
 #include "cutengine/kernels/Resample.h"
 #include "cutengine/kernels/StrokePainter.h"
-#include "foundation/Log.h"
 
 namespace trimora::cutengine {
 
@@ -27,10 +26,19 @@ constexpr float kLargestStamp = 200;
 
 Bitmap filledPlane(const PlaneSize& size, Pixel fill) {
     Result<Bitmap> plane = Bitmap::createFilled(size.width, size.height, fill);
-    if (plane)
-        return std::move(*plane);
-    foundation::log::warning("no painting plane: %s", plane.error().message.c_str());
-    return {};
+    if (!plane)
+        throw std::bad_alloc();
+    return std::move(*plane);
+}
+
+/// A plane of the same size needs no other memory.
+void refill(Bitmap& plane, const PlaneSize& size, Pixel fill) {
+    if (plane.width() == size.width && plane.height() == size.height) {
+        plane.fill(fill);
+        return;
+    }
+    plane = {};
+    plane = filledPlane(size, fill);
 }
 
 }  // namespace
@@ -116,18 +124,18 @@ std::optional<MaskPainter::Shown> MaskPainter::paintBuffered(const foundation::T
 }
 
 void MaskPainter::rebuildPlanes() {
-    bitmapContext_ = {};
-    colorContext_ = {};
     snapshotter_.reset();
     const PlaneSize size = PlaneSize::forPicture(pictureSize_);
     if (size.width == 0) {
+        bitmapContext_ = {};
+        colorContext_ = {};
         newContextImage_ = {};
         return;
     }
     maskScale_ = size.maskScale;
-    bitmapContext_ = filledPlane(size, kNothingCut);
-    colorContext_ = filledPlane(size, kTransparent);
-    if (!newContextImage_.isEmpty() && !bitmapContext_.isEmpty()) {
+    refill(bitmapContext_, size, kNothingCut);
+    refill(colorContext_, size, kTransparent);
+    if (!newContextImage_.isEmpty()) {
         foundation::InlineWorkers here;
         kernels::resample(newContextImage_.view(), bitmapContext_.view(), here, kernels::Filter::triangle);
     }

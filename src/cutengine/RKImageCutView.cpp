@@ -32,23 +32,32 @@ RKImageCutView::~RKImageCutView() {
 
 // ── Queues ──────────────────────────────────────────────────────────────────────────────────────
 
-/// Nobody on a queue could be told, so what a task cannot do for want of memory ends there.
-void RKImageCutView::doQueued(const Task& task) {
-    foundation::asFarAsMemoryGoes("not enough memory to go on with the picture", task);
+/// What a task cannot do for want of memory ends there; the host is told, where there is memory for that. The
+/// view may have gone meanwhile.
+void RKImageCutView::doQueued(const Task& task, foundation::SerialQueue& main, RKImageCutView& view,
+                              const std::weak_ptr<char>& alive) {
+    if (foundation::asFarAsMemoryGoes("not enough memory to go on with the picture", task))
+        return;
+    foundation::asFarAsMemoryGoes("not enough memory to say so", [&] {
+        main.async([&view, alive] {
+            if (!alive.expired())
+                view.host_.memoryIsMissing();
+        });
+    });
 }
 
 /// Work for the picture of this moment: dropped when another picture has come before its turn.
 void RKImageCutView::onSerialQueue(Task task) {
     serial_->async([this, document = document_.load(), task = std::move(task)] {
         if (document == document_)
-            doQueued(task);
+            doQueued(task, services_.queues.mainQueue(), *this, alive_);
     });
 }
 
 void RKImageCutView::onMainQueue(Task task) {
-    services_.queues.mainQueue().async([alive = std::weak_ptr(alive_), task = std::move(task)] {
+    services_.queues.mainQueue().async([this, alive = std::weak_ptr(alive_), task = std::move(task)] {
         if (!alive.expired())
-            doQueued(task);
+            doQueued(task, services_.queues.mainQueue(), *this, alive);
     });
 }
 

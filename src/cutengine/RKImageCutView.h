@@ -204,7 +204,8 @@ class RKImageCutView {
     [[nodiscard]] const Layer& layer() const { return rootLayer_; }
 
  private:
-    static void doQueued(const foundation::Task& task);
+    static void doQueued(const foundation::Task& task, foundation::SerialQueue& main, RKImageCutView& view,
+                         const std::weak_ptr<char>& alive);
     void onSerialQueue(foundation::Task task);
     void onMainQueue(foundation::Task task);
 

@@ -92,13 +92,14 @@ void RKImageCutView::startBlur() {
     services_.queues.backgroundQueue().async([this, alive = std::weak_ptr(alive_), picture = image_,
                                               request = blurRequest_, &main = services_.queues.mainQueue(),
                                               &workers = services_.queues.workers()] {
-        doQueued([&] {
+        const auto blur = [&] {
             auto blurred = makeDrawable(blurredCopy(picture, workers), workers);
             main.async([this, alive, request, blurred = std::move(blurred)]() mutable {
                 if (!alive.expired())
                     showBlur(request, std::move(blurred));
             });
-        });
+        };
+        doQueued(blur, main, *this, alive);
     });
 }
 

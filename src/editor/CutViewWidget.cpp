@@ -116,6 +116,11 @@ void CutViewWidget::historyCannotBeKept(const std::string& reason) {
         historyTrouble_(reason);
 }
 
+void CutViewWidget::memoryIsMissing() {
+    if (memoryMissing_)
+        memoryMissing_();
+}
+
 // ── Screen ─────────────────────────────────────────────────────────────────────────────────────
 
 void CutViewWidget::fitFrame() {

@@ -46,6 +46,9 @@ class CutViewWidget final : public QWidget, public cutengine::CutViewHost {
         historyTrouble_ = std::move(handler);
     }
 
+    /// Called where something could not be done for want of memory.
+    void onMissingMemory(std::function<void()> handler) { memoryMissing_ = std::move(handler); }
+
     /// Called where a key made the brush bring back instead of cut away, or the other way round.
     void onBrushSwap(std::function<void()> handler) { brushSwapped_ = std::move(handler); }
 
@@ -64,6 +67,7 @@ class CutViewWidget final : public QWidget, public cutengine::CutViewHost {
     void setNeedsDisplay(const foundation::Rect& area) override;
     [[nodiscard]] double scaleFactor() const override;
     void historyCannotBeKept(const std::string& reason) override;
+    void memoryIsMissing() override;
 
  protected:
     bool event(QEvent* event) override;
@@ -114,6 +118,7 @@ class CutViewWidget final : public QWidget, public cutengine::CutViewHost {
     cutengine::DragMode toolMode_ = cutengine::DragMode::paint;
     std::function<void()> openRequested_;
     std::function<void(const std::string&)> historyTrouble_;
+    std::function<void()> memoryMissing_;
     std::function<void()> brushSwapped_;
     std::function<void(const CutViewEvent&)> eventTaken_;
     std::function<void()> placementTouched_;

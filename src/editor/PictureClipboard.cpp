@@ -49,8 +49,10 @@ PicturePtr pictureOf(const QImage& image) {
 }
 
 void PictureClipboard::copy(const PicturePtr& result) {
-    if (result == nullptr)
+    if (result == nullptr) {
+        refuse("there is not enough memory for it");
         return;
+    }
     services_.messages.progress(tr("Copying").toStdString());
     copying_ = std::make_shared<int>();
     services_.queues.backgroundQueue().async(
@@ -65,16 +67,24 @@ void PictureClipboard::copy(const PicturePtr& result) {
 
 void PictureClipboard::place(const PicturePtr& result, const Result<QByteArray>& png) {
     if (!png) {
-        services_.messages.trouble(tr("The result could not be copied: %1")
-                                       .arg(QString::fromStdString(png.error().message))
-                                       .toStdString());
+        refuse(png.error().message);
+        return;
+    }
+    const QImage image = util::sharedImage(result->bestRepresentation()->view()).copy();
+    if (image.isNull()) {
+        refuse("there is not enough memory for it");
         return;
     }
     auto* const data = new QMimeData;
     data->setData(QStringLiteral("image/png"), *png);
-    data->setImageData(util::sharedImage(result->bestRepresentation()->view()).copy());
+    data->setImageData(image);
     QGuiApplication::clipboard()->setMimeData(data);
     services_.messages.note(tr("The result is on the clipboard").toStdString());
+}
+
+void PictureClipboard::refuse(const std::string& reason) {
+    services_.messages.trouble(
+        tr("The result could not be copied: %1").arg(QString::fromStdString(reason)).toStdString());
 }
 
 PictureClipboard::Contents PictureClipboard::paste() const {

@@ -39,8 +39,8 @@ class PictureClipboard {
     explicit PictureClipboard(const Services& services) : services_(services) {}
 
     /// Puts the result, which is in straight alpha, on the clipboard: as a PNG, and as image data for
-    /// programs that know no PNG. Encoded on the background queue; of two copies the later counts. None
-    /// leaves the clipboard as it is.
+    /// programs that know no PNG. Encoded on the background queue; of two copies the later counts. None,
+    /// as where memory was missing for it, leaves the clipboard as it is, and the person is told.
     void copy(const cutengine::PicturePtr& result);
 
     /// What a paste brings: local files, or else a picture.
@@ -53,6 +53,7 @@ class PictureClipboard {
 
  private:
     void place(const cutengine::PicturePtr& result, const foundation::Result<QByteArray>& png);
+    void refuse(const std::string& reason);
 
     Services services_;
     std::shared_ptr<int> copying_;  // held by the object alone; work under way looks whether it still lives

@@ -12,6 +12,7 @@
 #include "editor/EditorToolbar.h"
 #include "editor/MiniMap.h"
 #include "foundation/Log.h"
+#include "foundation/PixelBuffer.h"
 
 namespace trimora::editor {
 
@@ -27,6 +28,8 @@ namespace {
 constexpr int kSave = ports::Alert::kFirstButton;
 constexpr int kCancel = kSave + 1;
 constexpr int kDoNotSave = kSave + 2;
+
+constexpr double kRest = 10;  // seconds
 
 }  // namespace
 
@@ -45,6 +48,7 @@ PictureFlows::PictureFlows(const Services& services, const Parts& parts)
       saveFlow_(services.save, cutView()) {
     openFlow_.onRefusal([this](const path& file) { openingRefused(file); });
     saveFlow_.onConfirmation([this] {
+        giveMemoryBackAfterRest();
         const QString event = QStringLiteral("User saved picture: blur = %1");
         analytics::Telemetrix::logEvent(event.arg(cutView().isBlurOn() ? 1 : 0).toStdString());
     });
@@ -72,6 +76,7 @@ void PictureFlows::pictureChosen() {
 }
 
 void PictureFlows::openingRefused(const path& file) {
+    giveMemoryBackAfterRest();
     recentFiles_.remove(file);
     if (!std::exchange(unsavedBeforeOpening_, false))
         return;
@@ -119,6 +124,7 @@ void PictureFlows::showPicture(const PicturePtr& picture) {
         parts_.modes.applyShownMode();
     parts_.zoom.showVisiblePart();
     outlets.viCut->setFocus();
+    giveMemoryBackAfterRest();
 }
 
 void PictureFlows::appearanceAfterAddingImage() {
@@ -184,12 +190,24 @@ void PictureFlows::resetState() {
     parts_.screen.outlets().miniMap->setPicture(nullptr);
     if (EditorToolbar* const toolbar = parts_.saveState.toolbar())
         toolbar->updateHistoryButtons(cutView());
+    giveMemoryBackAfterRest();
+}
+
+/// A second picture soon after the first spares the machine a lot; one that may come some day does not.
+void PictureFlows::giveMemoryBackAfterRest() {
+    rest_ = services_.scheduler.after(kRest, services_.open.queues.mainQueue(), [this] {
+        if (openFlow_.isOpening() || saveFlow_.isSaving())
+            giveMemoryBackAfterRest();
+        else
+            services_.open.queues.backgroundQueue().async(&foundation::PixelBuffer::trimStock);
+    });
 }
 
 // ── Clipboard ──────────────────────────────────────────────────────────────────────────────────
 
 void PictureFlows::copy() {
-    clipboard_.copy(cutView().getResult());
+    if (cutView().image() != nullptr)
+        clipboard_.copy(cutView().getResult());
 }
 
 void PictureFlows::paste() {

@@ -16,6 +16,7 @@
 #include "editor/SaveNotification.h"
 #include "editor/SaveState.h"
 #include "editor/ViewZoom.h"
+#include "foundation/Clock.h"
 #include "foundation/NotificationCenter.h"
 
 namespace trimora::editor {
@@ -23,6 +24,7 @@ namespace trimora::editor {
 /// How pictures come onto the editor screen and go from it, and the question before work is thrown away.
 ///
 /// A picture that is told to come later (a file is read in the background) finds the screen as it is then.
+/// What pictures that have gone leave behind serves the next ones for some seconds, then the system gets it.
 /// Main thread only; services and parts outlive the object and what it has begun.
 class PictureFlows {
     Q_DECLARE_TR_FUNCTIONS(PictureFlows)
@@ -33,6 +35,7 @@ class PictureFlows {
     struct Services {
         OpenFlow::Services open;
         SaveFlow::Services save;
+        foundation::Scheduler& scheduler;
         ports::Settings& settings;
         ports::UserNotifications& userNotifications;
         ports::Workspace& workspace;
@@ -93,6 +96,7 @@ class PictureFlows {
     void openingRefused(const std::filesystem::path& file);
     void showPicture(const cutengine::PicturePtr& picture);
     void appearanceAfterAddingImage();
+    void giveMemoryBackAfterRest();
 
     Services services_;
     Parts parts_;
@@ -104,6 +108,7 @@ class PictureFlows {
     std::function<void(const Files&)> filesOffered_;
     bool comesFromFile_ = false;         // what is being opened is a file of the person's, to be found again
     bool unsavedBeforeOpening_ = false;  // Save was switched off for a file that may be refused
+    std::unique_ptr<foundation::Timer> rest_;
     std::shared_ptr<char> alive_ = std::make_shared<char>();
 };
 

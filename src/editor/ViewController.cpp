@@ -52,6 +52,7 @@ ViewController::Parts::Parts(ViewController& controller, EditorView& editorScree
            .save = {controller.services_.cutView.queues, controller.services_.cutView.clock,
                     controller.services_.encoder, controller.services_.panels, controller.services_.messages,
                     &controller.services_.settings},
+           .scheduler = controller.services_.scheduler,
            .settings = controller.services_.settings,
            .userNotifications = controller.services_.userNotifications,
            .workspace = controller.services_.workspace,
@@ -149,11 +150,17 @@ void ViewController::connectScreen() {
         const QString line = QCoreApplication::translate("ViewController", "Undo cannot be kept: %1");
         services_.messages.trouble(line.arg(QString::fromStdString(reason)).toStdString());
     });
+    outlets.viCut->onMissingMemory([this] { tellOfMissingMemory(); });
     screen_->onWillAppear([this] { viewWillAppear(); });
     screen_->onEmptyPress([this] { performSelector("openPicture:"); });
     screen_->onPlacementChange([this] { parts_->zoom.showVisiblePart(); });
     connectButtons();
     connectMiniMap();
+}
+
+void ViewController::tellOfMissingMemory() {
+    services_.messages.trouble(
+        QCoreApplication::translate("ViewController", "There is not enough memory for that").toStdString());
 }
 
 void ViewController::connectButtons() {

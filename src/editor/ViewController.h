@@ -92,6 +92,9 @@ class ViewController final : public util::RuntimeObject,
     /// The brush menu, popped up beside the quick brush button; none, and no menu, for any other sender.
     QMenu* showMenu_withEvent(QAbstractButton* sender);
 
+    /// Says that something could not be done for want of memory.
+    void tellOfMissingMemory();
+
     // ── Delegates ──────────────────────────────────────────────────────────────────────────────
     void cutViewWillStartDraw(cutengine::RKImageCutView* view) override;
     void cutViewDidEndDraw(cutengine::RKImageCutView* view) override;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cassert>
+#include <cerrno>
 #include <cstring>
 #include <string>
 #include <utility>
@@ -57,7 +58,8 @@ Result<Bitmap> Bitmap::createWithSpare(int width, int height, AlphaMode alphaMod
     made.buffer_ = PixelBuffer::allocate(made.stride_ * static_cast<std::size_t>(height) + spare);
     if (!made.buffer_)
         return Error{"not enough memory for a bitmap of " + std::to_string(width) + " x " +
-                     std::to_string(height) + " pixels"};
+                         std::to_string(height) + " pixels",
+                     ENOMEM};
     made.width_ = width;
     made.height_ = height;
     made.alphaMode_ = alphaMode;

@@ -51,11 +51,14 @@ class Stock {
     }
 
     void clear() {
-        const std::scoped_lock lock(mutex_);
-        for (const Block& block : blocks_)
+        std::vector<Block> blocks;
+        {
+            const std::scoped_lock lock(mutex_);
+            blocks.swap(blocks_);
+            held_ = 0;
+        }
+        for (const Block& block : blocks)  // the system takes its time over a large one
             ::operator delete(block.memory, kAlign);
-        blocks_.clear();
-        held_ = 0;
     }
 
  private:

@@ -7,6 +7,7 @@
 #include "editor/PictureFlows.h"
 #include "editor/RecentFiles.h"
 #include "foundation/Log.h"
+#include "platform/Application.h"
 
 namespace trimora {
 namespace {
@@ -33,6 +34,10 @@ Wiring::Wiring(Host host)
                        .recentFiles = [this] { return editor_.recentFiles().files(); },
                        .openRecent = [this](const auto& file) { editor_.openFiles({file}); },
                        .clearRecent = [this] { editor_.recentFiles().clear(); }});
+    if (const auto* const application = platform::Application::running()) {
+        QObject::connect(application, &platform::Application::memoryMissing, &receiver_,
+                         [this] { editor_.tellOfMissingMemory(); });
+    }
 }
 
 void Wiring::show() {

@@ -56,7 +56,7 @@ class Wiring {
     app::MainInterface shell_;
     app::GDPRController consent_;
     editor::ViewController editor_;
-    QObject receiver_;  // of what comes after the first picture of the window
+    QObject receiver_;  // of what comes after the first picture of the window, and of missing memory
 };
 
 }  // namespace trimora

@@ -1,5 +1,7 @@
 #include "AllocationFaults.h"
 
+#include <malloc.h>
+
 #include <atomic>
 #include <cerrno>
 #include <cstdlib>
@@ -17,6 +19,7 @@ struct State {
 };
 thread_local State state;
 std::atomic<std::int64_t> blocks = 0;
+std::atomic<std::int64_t> bytes = 0;
 
 bool refused(std::size_t size) {
     if (!state.counting || size < state.smallest)
@@ -31,6 +34,10 @@ bool refused(std::size_t size) {
     return false;
 }
 
+std::int64_t sizeOf(void* memory) {
+    return static_cast<std::int64_t>(::malloc_usable_size(memory));
+}
+
 /// Answers as the system's functions do where there is no memory.
 template <typename Allocate>
 void* allocated(std::size_t size, const Allocate& allocate) {
@@ -40,6 +47,7 @@ void* allocated(std::size_t size, const Allocate& allocate) {
     }
     void* const memory = allocate();
     blocks += memory != nullptr ? 1 : 0;
+    bytes += sizeOf(memory);
     return memory;
 }
 
@@ -63,6 +71,10 @@ std::int64_t AllocationFaults::count() {
 
 std::int64_t AllocationFaults::liveBlocks() {
     return blocks;
+}
+
+std::int64_t AllocationFaults::liveBytes() {
+    return bytes;
 }
 
 }  // namespace trimora::reliability
@@ -89,10 +101,15 @@ void* realloc(void* memory, std::size_t size) {
         free(memory);
         return nullptr;
     }
-    if (!trimora::reliability::refused(size))
-        return __libc_realloc(memory, size);  // it stays the one block that it was
-    errno = ENOMEM;
-    return nullptr;
+    if (trimora::reliability::refused(size)) {
+        errno = ENOMEM;
+        return nullptr;
+    }
+    const std::int64_t before = trimora::reliability::sizeOf(memory);
+    void* const grown = __libc_realloc(memory, size);  // it stays the one block that it was
+    if (grown != nullptr)
+        trimora::reliability::bytes += trimora::reliability::sizeOf(grown) - before;
+    return grown;
 }
 void* aligned_alloc(std::size_t alignment, std::size_t size) {
     return trimora::reliability::allocated(size, [=] { return __libc_memalign(alignment, size); });
@@ -106,6 +123,7 @@ int posix_memalign(void** memory, std::size_t alignment, std::size_t size) {
 }
 void free(void* memory) {
     trimora::reliability::blocks -= memory != nullptr ? 1 : 0;
+    trimora::reliability::bytes -= trimora::reliability::sizeOf(memory);
     __libc_free(memory);
 }
 

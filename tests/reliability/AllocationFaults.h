@@ -22,6 +22,9 @@ class AllocationFaults {
 
     /// How many blocks of memory the process holds, all threads together; more or less by a constant.
     [[nodiscard]] static std::int64_t liveBlocks();
+    /// How many bytes those are. What the allocator keeps for itself does not count: how much that is hangs
+    /// on which thread gave which block back.
+    [[nodiscard]] static std::int64_t liveBytes();
 };
 
 }  // namespace trimora::reliability

@@ -111,19 +111,29 @@ Result<void> StoreCoordinator::inTransaction(const Work& work) {
         return work(*database_);
     if (Result<void> begun = database_->execute("BEGIN IMMEDIATE"); !begun)
         return begun;
-    ++depth_;
     Result<void> done;
     try {
+        ++depth_;
         done = work(*database_);
-    } catch (const std::bad_alloc&) {
-        done = Error{"not enough memory", SQLITE_NOMEM};
+        --depth_;
+        if (done)
+            done = database_->execute("COMMIT");
+    } catch (const std::bad_alloc&) {  // not even an Error can be made
+        depth_ = 0;
+        rollBack();
+        throw;
     }
-    --depth_;
-    if (done)
-        done = database_->execute("COMMIT");
     if (!done)
-        (void)database_->execute("ROLLBACK");
+        rollBack();
     return done;
+}
+
+void StoreCoordinator::rollBack() noexcept {
+    try {
+        (void)database_->execute("ROLLBACK");
+    } catch (const std::bad_alloc&) {
+        return;  // no memory for what was wrong with it
+    }
 }
 
 StoreLocks* StoreCoordinator::locks() {
@@ -141,9 +151,14 @@ StoreLocks* StoreCoordinator::locks() {
 Result<void> StoreCoordinator::ensureOpen() {
     if (database_)
         return {};
-    Result<void> opened = openWhole();
-    reportOpening(opened);
-    return opened;
+    try {
+        Result<void> opened = openWhole();
+        reportOpening(opened);
+        return opened;
+    } catch (const std::bad_alloc&) {
+        close();  // a connection that is not whole must not be taken for one
+        throw;
+    }
 }
 
 Result<void> StoreCoordinator::openWhole() {

@@ -52,6 +52,7 @@ class StoreCoordinator {
     [[nodiscard]] foundation::Result<void> open();
     [[nodiscard]] foundation::Result<void> openWhole();
     [[nodiscard]] foundation::Result<void> inTransaction(const Work& work);
+    void rollBack() noexcept;
     [[nodiscard]] foundation::Result<void> replaceDamaged(const foundation::Error& why);
     void close();
     void reportOpening(const foundation::Result<void>& outcome);

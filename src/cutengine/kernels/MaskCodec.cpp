@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cerrno>
 #include <cstring>
 #include <memory>
 #include <span>
@@ -195,7 +196,7 @@ Result<FileRows> decodedRows(const Header& header, const std::vector<PngChunk>& 
     FileRows rows = rowsFor(header, kBytesPerPixel * static_cast<std::size_t>(header.width));
     const std::unique_ptr<spng_ctx, decltype(&spng_ctx_free)> context(spng_ctx_new(0), &spng_ctx_free);
     if (!rows.buffer || context == nullptr)
-        return Error{"not enough memory to read the PNG file"};
+        return Error{"not enough memory to read the PNG file", ENOMEM};
     const std::size_t size = rows.bytesPerRow * static_cast<std::size_t>(header.height);
     int failure = spng_set_png_buffer(context.get(), file.data(), file.size());
     if (failure == 0)
