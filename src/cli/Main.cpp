@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "app/FirstPaint.h"
 #include "cli/CommandLine.h"
 #include "cli/RecordedPanels.h"
 #include "cli/Recorder.h"
@@ -61,10 +62,14 @@ int runEditor(const CommandLine& line, SingleInstance& instance, trimora::ports:
         recorder.emplace(program, *recording);
     trimora::app::AppDelegate& delegate = program.shell().appDelegate();
     QGuiApplication::setQuitOnLastWindowClosed(delegate.applicationShouldTerminateAfterLastWindowClosed());
-    const trimora::platform::TrayItem tray(
-        QIcon::fromTheme(QLatin1String(trimora::platform::kApplicationId),
-                         trimora::controls::icon(QStringLiteral("trimora"))),
-        [&](QMenu& menu) { fillTrayMenu(delegate, menu); }, [&] { delegate.showWindowAction(); });
+    // Looking through the desktop's icons takes as long as making the window.
+    std::optional<trimora::platform::TrayItem> tray;
+    trimora::app::afterFirstPaint(program.shell().window(), program.shell().window(), [&] {
+        tray.emplace(
+            QIcon::fromTheme(QLatin1String(trimora::platform::kApplicationId),
+                             trimora::controls::icon(QStringLiteral("trimora"))),
+            [&](QMenu& menu) { fillTrayMenu(delegate, menu); }, [&] { delegate.showWindowAction(); });
+    });
     const auto sessionEnd = trimora::platform::SessionEnd::create([] { QCoreApplication::quit(); });
     if (!sessionEnd)
         trimora::foundation::log::warning("signals end the program at once: %s",

@@ -3,6 +3,8 @@
 #include <QApplication>
 #include <cstdint>
 
+#include "platform/FontsAhead.h"
+
 namespace trimora {
 
 /// The toolkit's application object, set up as this program needs it.
@@ -24,6 +26,7 @@ class Toolkit {
     struct Settings {
         explicit Settings(Screen screen);
     };
+    platform::FontsAhead fonts_;
     Settings settings_;  // before the application, which reads them
     int argumentCount_ = 1;
     char name_[8] = "trimora";
