@@ -24,7 +24,8 @@ using foundation::Rect;
 MainWindow::MainWindow(const controls::ControlContext& context, PlaceStore place) : place_(std::move(place)) {
     setWindowTitle(QStringLiteral("Trimora"));
     // Panels and task switchers show it, which nobody waits for, and it is drawn in many sizes.
-    afterFirstPaint(*this, *this, [this] { setWindowIcon(controls::icon(QStringLiteral("trimora"))); });
+    afterFirstPaint(
+        *this, *this, [this] { setWindowIcon(controls::icon(QStringLiteral("trimora"))); }, kUntilShown);
     setContextMenuPolicy(Qt::NoContextMenu);
     setMinimumSize(metrics::kSmallestWidth, metrics::kSmallestHeight);
     auto* const content = new QWidget;

@@ -64,12 +64,14 @@ int runEditor(const CommandLine& line, SingleInstance& instance, trimora::ports:
     QGuiApplication::setQuitOnLastWindowClosed(delegate.applicationShouldTerminateAfterLastWindowClosed());
     // Looking through the desktop's icons takes as long as making the window.
     std::optional<trimora::platform::TrayItem> tray;
-    trimora::app::afterFirstPaint(program.shell().window(), program.shell().window(), [&] {
+    const auto showTrayItem = [&] {
         tray.emplace(
             QIcon::fromTheme(QLatin1String(trimora::platform::kApplicationId),
                              trimora::controls::icon(QStringLiteral("trimora"))),
             [&](QMenu& menu) { fillTrayMenu(delegate, menu); }, [&] { delegate.showWindowAction(); });
-    });
+    };
+    QWidget& window = program.shell().window();
+    trimora::app::afterFirstPaint(window, window, showTrayItem, trimora::app::kUntilShown);
     const auto sessionEnd = trimora::platform::SessionEnd::create([] { QCoreApplication::quit(); });
     if (!sessionEnd)
         trimora::foundation::log::warning("signals end the program at once: %s",
