@@ -1,5 +1,6 @@
 #include "WindowProgram.h"
 
+#include <QApplication>
 #include <QDialog>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -60,6 +61,11 @@ WindowProgram::WindowProgram(Homes homes, ports::Panels& panels)
 
 WindowProgram::~WindowProgram() {
     time().turn();
+    // What was asked while the window was hidden hangs from none; the end of a process takes it along.
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+        if (qobject_cast<QDialog*>(window) != nullptr && window->parentWidget() == nullptr)
+            delete window;
+    }
 }
 
 void WindowProgram::rest() {

@@ -4,7 +4,9 @@
 #include <cassert>
 #include <cmath>
 #include <cstring>
+#include <functional>
 #include <memory>
+#include <numeric>
 #include <vector>
 
 #include "cutengine/kernels/DiscRows.h"
@@ -87,20 +89,18 @@ class DiscStrip {
         std::memset(rows.data(), 0, planeSize * kComponents);
         for (std::size_t i = 0; i < kComponents; ++i)
             rows_[i] = reinterpret_cast<std::int8_t*>(rows.data()) + i * planeSize;
-        for (auto& sums : sums_)
-            sums.fill(0);
-
-        // Above the strip the planes are 0, and so is the sum of a disc that lies there: sliding it
-        // down to the first row gives that row's sum without further code.
-        const int lead = 2 * disc_.reach();
-        for (int done = 0; done < lead + area.height; done += batch_) {
-            const int rowCount = std::min(batch_, lead + area.height - done);
+        width_ = (area.width + kDiscRowGranule - 1) / kDiscRowGranule * kDiscRowGranule;
+        for (int slot = 0; slot < held_; ++slot)
+            fetchRow(area, area.y - disc_.reach() + slot, slot);
+        sumFirstDiscs();
+        writeRow(area, area.y);
+        for (int done = 1; done < area.height; done += batch_) {
+            const int rowCount = std::min(batch_, area.height - done);
             for (int i = 0; i < rowCount; ++i)
-                fetchRow(area, area.y - disc_.reach() + done + i, held_ + i);
+                fetchRow(area, area.y + done + i + disc_.reach(), held_ + i);
             for (int i = 0; i < rowCount; ++i) {
                 slide(disc_.reach() + i);
-                if (done + i >= lead)
-                    writeRow(area, area.y + done + i - lead);
+                writeRow(area, area.y + done + i);
             }
             keepLastRows();
         }
@@ -127,18 +127,35 @@ class DiscStrip {
         }
     }
 
+    /// The discs of the strip's first row, whose rows are the first that the planes hold. A row of a disc is
+    /// what the planes' row sums up to at its end, less what it does before its beginning.
+    void sumFirstDiscs() {
+        std::vector<std::int32_t> sumsBefore(static_cast<std::size_t>(width_ + held_));
+        for (std::size_t i = 0; i < planes_; ++i) {
+            sums_[i].fill(0);
+            for (int dy = -disc_.reach(); dy <= disc_.reach(); ++dy) {
+                const std::int8_t* const row = rows_[i] + (dy + disc_.reach()) * stride_;
+                std::inclusive_scan(row, row + sumsBefore.size() - 1, sumsBefore.begin() + 1, std::plus<>(),
+                                    std::int32_t{0});
+                const std::int32_t* const begin = sumsBefore.data() + disc_.reach() - disc_.extent(dy);
+                const std::int32_t* const end = sumsBefore.data() + disc_.reach() + disc_.extent(dy) + 1;
+                for (int x = 0; x < width_; ++x)
+                    sums_[i][static_cast<std::size_t>(x)] += end[x] - begin[x];
+            }
+        }
+    }
+
     /// Moves the discs from the planes' row `above` one row down.
     void slide(int above) {
         for (std::size_t i = 0; i < planes_; ++i)
-            slideDiscs(rows_[i] + above * stride_, arcs_, sums_[i].data(), kStripWidth);
+            slideDiscs(rows_[i] + above * stride_, arcs_, sums_[i].data(), width_);
     }
 
     void writeRow(const IntRect& area, int y) {
         for (auto& means : means_)
             means.fill(255);
         for (std::size_t i = 0; i < planes_; ++i)
-            meansOfSums(sums_[i].data(), static_cast<std::int32_t>(disc_.count()), means_[i].data(),
-                        kStripWidth);
+            meansOfSums(sums_[i].data(), static_cast<std::int32_t>(disc_.count()), means_[i].data(), width_);
         joinRow({means_[0].data(), means_[1].data(), means_[2].data(), means_[3].data()},
                 to_.row(y) + static_cast<std::size_t>(area.x) * kComponents, area.width);
     }
@@ -155,6 +172,7 @@ class DiscStrip {
     int held_;            ///< rows that the disc covers
     int batch_;           ///< rows fetched at a time
     std::ptrdiff_t stride_;
+    int width_ = 0;  ///< discs summed side by side: the strip's, and some more
     DiscArcs arcs_;
     DiscPlanes rows_{};
     alignas(64) std::array<std::array<std::int32_t, kStripWidth>, kComponents> sums_{};

@@ -61,40 +61,55 @@ void addChanges(const std::int16_t* changes, std::size_t count, std::int32_t* su
     }
 }
 
-void slideDiscs(const std::int8_t* row, const DiscArcs& arcs, std::int32_t* sums, int width) {
+/// Moves as many neighbouring discs down one row as one vector of 16-bit numbers holds, or four of them.
+template <bool kFour>
+void slideSomeDiscs(const std::int8_t* row, const DiscArcs& arcs, std::int32_t* sums) {
     const hn::ScalableTag<std::int16_t> narrow;
     const hn::Rebind<std::int8_t, decltype(narrow)> bytes;
     const std::size_t lanes = hn::Lanes(narrow);
     // 128 differences of two bytes are 128 x 255 in size at most, which 16 bits hold.
     constexpr std::size_t kTermsThatFit = 128;
 
-    for (std::size_t x = 0; x < static_cast<std::size_t>(width); x += 4 * lanes) {
-        for (std::size_t begin = 0; begin < arcs.entering.size(); begin += kTermsThatFit) {
-            const std::size_t end = std::min(begin + kTermsThatFit, arcs.entering.size());
-            auto change0 = hn::Zero(narrow);
-            auto change1 = change0;
-            auto change2 = change0;
-            auto change3 = change0;
-            for (std::size_t i = begin; i < end; ++i) {
-                const std::int8_t* const in = row + arcs.entering[i] + x;
-                const std::int8_t* const out = row + arcs.leaving[i] + x;
-                const auto difference = [&](std::size_t at) HWY_ATTR {
-                    return hn::Sub(hn::PromoteTo(narrow, hn::LoadU(bytes, in + at)),
-                                   hn::PromoteTo(narrow, hn::LoadU(bytes, out + at)));
-                };
-                change0 = hn::Add(change0, difference(0));
+    for (std::size_t begin = 0; begin < arcs.entering.size(); begin += kTermsThatFit) {
+        const std::size_t end = std::min(begin + kTermsThatFit, arcs.entering.size());
+        auto change0 = hn::Zero(narrow);
+        auto change1 = change0;
+        auto change2 = change0;
+        auto change3 = change0;
+        for (std::size_t i = begin; i < end; ++i) {
+            const std::int8_t* const in = row + arcs.entering[i];
+            const std::int8_t* const out = row + arcs.leaving[i];
+            const auto difference = [&](std::size_t at) HWY_ATTR {
+                return hn::Sub(hn::PromoteTo(narrow, hn::LoadU(bytes, in + at)),
+                               hn::PromoteTo(narrow, hn::LoadU(bytes, out + at)));
+            };
+            change0 = hn::Add(change0, difference(0));
+            if constexpr (kFour) {
                 change1 = hn::Add(change1, difference(lanes));
                 change2 = hn::Add(change2, difference(2 * lanes));
                 change3 = hn::Add(change3, difference(3 * lanes));
             }
-            HWY_ALIGN std::int16_t changes[4 * HWY_MAX_BYTES / sizeof(std::int16_t)];
-            hn::Store(change0, narrow, changes);
+        }
+        HWY_ALIGN std::int16_t changes[4 * HWY_MAX_BYTES / sizeof(std::int16_t)];
+        hn::Store(change0, narrow, changes);
+        if constexpr (kFour) {
             hn::Store(change1, narrow, changes + lanes);
             hn::Store(change2, narrow, changes + 2 * lanes);
             hn::Store(change3, narrow, changes + 3 * lanes);
-            addChanges(changes, 4 * lanes, sums + x);
         }
+        addChanges(changes, (kFour ? 4 : 1) * lanes, sums);
     }
+}
+
+void slideDiscs(const std::int8_t* row, const DiscArcs& arcs, std::int32_t* sums, int width) {
+    const hn::ScalableTag<std::int16_t> narrow;
+    const std::size_t lanes = hn::Lanes(narrow);
+    const auto discs = static_cast<std::size_t>(width);
+    std::size_t x = 0;
+    for (; x + 4 * lanes <= discs; x += 4 * lanes)
+        slideSomeDiscs<true>(row + x, arcs, sums + x);
+    for (; x < discs; x += lanes)
+        slideSomeDiscs<false>(row + x, arcs, sums + x);
 }
 
 void meansOfSums(const std::int32_t* sums, std::int32_t count, std::uint8_t* means, int width) {

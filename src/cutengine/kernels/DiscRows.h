@@ -12,7 +12,7 @@
 namespace trimora::cutengine::kernels {
 
 /// Widths of rows of sums are multiples of this.
-inline constexpr int kDiscRowGranule = 128;
+inline constexpr int kDiscRowGranule = 32;
 
 /// Discs of more pixels have sums beyond 32 bits, or counts beyond what meansOfSums() is exact for.
 inline constexpr std::int64_t kLargestDiscCount = (std::int64_t{1} << 24) - 1;
