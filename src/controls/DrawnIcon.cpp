@@ -27,6 +27,8 @@ QPixmap drawn(const QString& file, const QSize& size) {
 DrawnIcon::DrawnIcon(QString off, QString on) : off_(std::move(off)), on_(std::move(on)) {}
 
 QPixmap DrawnIcon::pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) {
+    if (size.isEmpty())
+        return {};
     const QString& file = state == QIcon::On ? on_ : off_;
     const QString key =
         QStringLiteral("%1 %2 %3 %4").arg(file).arg(size.width()).arg(size.height()).arg(mode);
