@@ -6,8 +6,8 @@
 
 namespace trimora::host {
 
-/// What CurlTransport uses of libcurl, which is loaded and set up for the first who asks. The members have the
-/// library's own names without their "curl_". Any thread.
+/// What CurlTransport uses of libcurl, which is loaded and set up for the first who asks. The members have
+/// the library's own names without their "curl_". Any thread.
 struct CurlLibrary {
     decltype(&::curl_easy_init) easy_init = nullptr;
     decltype(&::curl_easy_cleanup) easy_cleanup = nullptr;

@@ -100,7 +100,9 @@ class Transfer {
         set(CURLOPT_HTTPHEADER, headers_.get());
     }
 
-    void add(const std::string& line) { headers_.reset(curl().slist_append(headers_.release(), line.c_str())); }
+    void add(const std::string& line) {
+        headers_.reset(curl().slist_append(headers_.release(), line.c_str()));
+    }
 
     HttpRequest request_;
     HttpTransport::Completion completion_;

@@ -4,9 +4,9 @@
 
 namespace trimora::host {
 
-/// A shared library that is loaded when something of it is needed, for those of which most runs of the program
-/// need nothing: loading libcurl, and the two dozen libraries that it stands on, with the program took a third
-/// of the time until the window came.
+/// A shared library that is loaded when something of it is needed, for those of which most runs of the
+/// program need nothing: loading libcurl, and the two dozen libraries that it stands on, with the program
+/// took a third of the time until the window came.
 ///
 /// A library that was opened stays until the process ends, so its functions may be kept. Any thread.
 class LateLibrary {

@@ -1,8 +1,9 @@
-// Which of the kernels' instruction sets this processor has: what the SIMD library asks at a kernel's first call.
+// Which of the kernels' instruction sets this processor has: what the SIMD library asks at a kernel's first
+// call.
 //
 // The library comes with an answer of its own, in a shared library that measures a timer for some five
-// milliseconds whenever a program loads it. Of all that is in there the kernels need these functions alone, so
-// they are defined here, as the library's headers declare them, and that library is not linked.
+// milliseconds whenever a program loads it. Of all that is in there the kernels need these functions alone,
+// so they are defined here, as the library's headers declare them, and that library is not linked.
 #include <hwy/targets.h>
 
 #include <atomic>
@@ -34,7 +35,8 @@ bool hasAll(unsigned word, unsigned bits) {
     return (word & bits) == bits;
 }
 
-/// AVX2 and AVX-512 are asked of the compiler's library, which knows whether the system keeps their registers.
+/// AVX2 and AVX-512 are asked of the compiler's library, which knows whether the system keeps their
+/// registers.
 int64_t supportedHere() {
     const Features basic = featuresOf(1);
     const Features extended = featuresOf(7);
@@ -50,8 +52,7 @@ int64_t supportedHere() {
         !hasAll(extended.ebx, bit_BMI | bit_BMI2) || !hasAll(more.ecx, bit_LZCNT))
         return found;
     found |= HWY_AVX2;
-    if (__builtin_cpu_supports("avx512f") &&
-        hasAll(extended.ebx, bit_AVX512VL | bit_AVX512DQ | bit_AVX512BW))
+    if (__builtin_cpu_supports("avx512f") && hasAll(extended.ebx, bit_AVX512VL | bit_AVX512DQ | bit_AVX512BW))
         found |= HWY_AVX3;
     return found;
 }
