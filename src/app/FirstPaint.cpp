@@ -11,8 +11,8 @@ namespace {
 
 class FirstPaint final : public QObject {
  public:
-    FirstPaint(QWidget& widget, QObject& context, std::function<void()> then)
-        : QObject(&widget), context_(&context), then_(std::move(then)) {
+    FirstPaint(QWidget& widget, QObject& context, std::function<void()> then, std::chrono::milliseconds rest)
+        : QObject(&widget), context_(&context), then_(std::move(then)), rest_(rest) {
         widget.installEventFilter(this);
     }
 
@@ -21,7 +21,7 @@ class FirstPaint final : public QObject {
             watched->removeEventFilter(this);
             deleteLater();
             if (context_ != nullptr)
-                QTimer::singleShot(0, context_, std::move(then_));
+                QTimer::singleShot(rest_, context_, std::move(then_));
         }
         return false;
     }
@@ -29,12 +29,14 @@ class FirstPaint final : public QObject {
  private:
     const QPointer<QObject> context_;
     std::function<void()> then_;
+    const std::chrono::milliseconds rest_;
 };
 
 }  // namespace
 
-void afterFirstPaint(QWidget& widget, QObject& context, std::function<void()> then) {
-    new FirstPaint(widget, context, std::move(then));
+void afterFirstPaint(QWidget& widget, QObject& context, std::function<void()> then,
+                     std::chrono::milliseconds rest) {
+    new FirstPaint(widget, context, std::move(then), rest);
 }
 
 }  // namespace trimora::app

@@ -8,6 +8,7 @@
 #include <QWindow>
 #include <utility>
 
+#include "app/FirstPaint.h"
 #include "app/MessageLine.h"
 #include "app/Toolbar.h"
 #include "app/WindowController.h"
@@ -22,7 +23,9 @@ using foundation::Rect;
 
 MainWindow::MainWindow(const controls::ControlContext& context, PlaceStore place) : place_(std::move(place)) {
     setWindowTitle(QStringLiteral("Trimora"));
-    setWindowIcon(controls::icon(QStringLiteral("trimora")));
+    // Panels and task switchers show it, which nobody waits for, and it is drawn in many sizes.
+    afterFirstPaint(
+        *this, *this, [this] { setWindowIcon(controls::icon(QStringLiteral("trimora"))); }, kUntilShown);
     setContextMenuPolicy(Qt::NoContextMenu);
     setMinimumSize(metrics::kSmallestWidth, metrics::kSmallestHeight);
     auto* const content = new QWidget;

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "app/FirstPaint.h"
 #include "cli/CommandLine.h"
 #include "cli/RecordedPanels.h"
 #include "cli/Recorder.h"
@@ -61,10 +62,16 @@ int runEditor(const CommandLine& line, SingleInstance& instance, trimora::ports:
         recorder.emplace(program, *recording);
     trimora::app::AppDelegate& delegate = program.shell().appDelegate();
     QGuiApplication::setQuitOnLastWindowClosed(delegate.applicationShouldTerminateAfterLastWindowClosed());
-    const trimora::platform::TrayItem tray(
-        QIcon::fromTheme(QLatin1String(trimora::platform::kApplicationId),
-                         trimora::controls::icon(QStringLiteral("trimora"))),
-        [&](QMenu& menu) { fillTrayMenu(delegate, menu); }, [&] { delegate.showWindowAction(); });
+    // Looking through the desktop's icons takes as long as making the window.
+    std::optional<trimora::platform::TrayItem> tray;
+    const auto showTrayItem = [&] {
+        tray.emplace(
+            QIcon::fromTheme(QLatin1String(trimora::platform::kApplicationId),
+                             trimora::controls::icon(QStringLiteral("trimora"))),
+            [&](QMenu& menu) { fillTrayMenu(delegate, menu); }, [&] { delegate.showWindowAction(); });
+    };
+    QWidget& window = program.shell().window();
+    trimora::app::afterFirstPaint(window, window, showTrayItem, trimora::app::kUntilShown);
     const auto sessionEnd = trimora::platform::SessionEnd::create([] { QCoreApplication::quit(); });
     if (!sessionEnd)
         trimora::foundation::log::warning("signals end the program at once: %s",

@@ -38,6 +38,7 @@ Toolkit::Settings::Settings(Screen screen) {
 }
 
 Toolkit::Toolkit(Screen screen) : settings_(screen), application_(argumentCount_, arguments_) {
+    fonts_.wait();
     // Every sample of a stroke counts. Not sooner: the X11 platform sets this when it starts.
     QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
     controls::applyAppStyle(application_);

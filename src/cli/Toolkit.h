@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "platform/Application.h"
+#include "platform/FontsAhead.h"
 
 namespace trimora {
 
@@ -25,6 +26,7 @@ class Toolkit {
     struct Settings {
         explicit Settings(Screen screen);
     };
+    platform::FontsAhead fonts_;
     Settings settings_;  // before the application, which reads them
     int argumentCount_ = 1;
     char name_[8] = "trimora";

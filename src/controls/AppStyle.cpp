@@ -11,6 +11,7 @@
 #include <QString>
 #include <QStyleOption>
 
+#include "controls/Icons.h"
 #include "controls/Metrics.h"
 #include "controls/Palette.h"
 #include "controls/Sheet.h"
@@ -66,6 +67,15 @@ class AppStyle final : public QProxyStyle {
         if (hint == SH_MenuBar_AltKeyNavigation)
             return 0;
         return QProxyStyle::styleHint(hint, option, widget, returned);
+    }
+
+    /// The base style reads the menu bar's symbol for what has no room from a file of another format, whose
+    /// reader is then looked for and loaded, in every start.
+    QIcon standardIcon(StandardPixmap symbol, const QStyleOption* option,
+                       const QWidget* widget) const override {
+        if (symbol == SP_ToolBarHorizontalExtensionButton)
+            return icon(QStringLiteral("more"));
+        return QProxyStyle::standardIcon(symbol, option, widget);
     }
 
     /// Symbols that cannot be used now fade as the words beside them do.

@@ -4,6 +4,7 @@
 #include <QPainter>
 #include <QPixmap>
 
+#include "controls/DrawnIcon.h"
 #include "controls/Metrics.h"
 #include "controls/Palette.h"
 #include "foundation/Log.h"
@@ -11,27 +12,25 @@
 namespace trimora::controls {
 namespace {
 
-void addImage(QIcon& icon, const QString& name, QIcon::State state) {
-    const QString file = QStringLiteral(":/images/%1.svg").arg(name);
+/// The file of the image; nothing for a name that no image has.
+QString fileOf(const QString& name) {
+    QString file = QStringLiteral(":/images/%1.svg").arg(name);
     if (QFile::exists(file))
-        icon.addFile(file, {}, QIcon::Normal, state);
-    else
-        foundation::log::error("no image is named %s", qUtf8Printable(name));
+        return file;
+    foundation::log::error("no image is named %s", qUtf8Printable(name));
+    return {};
 }
 
 }  // namespace
 
 QIcon icon(const QString& name) {
-    QIcon made;
-    addImage(made, name, QIcon::Off);
-    return made;
+    return icon(name, name);
 }
 
 QIcon icon(const QString& active, const QString& inactive) {
-    QIcon made;
-    addImage(made, inactive, QIcon::Off);
-    addImage(made, active, QIcon::On);
-    return made;
+    const QString on = fileOf(active);
+    const QString off = active == inactive ? on : fileOf(inactive);
+    return on.isEmpty() || off.isEmpty() ? QIcon() : QIcon(new DrawnIcon(off, on));
 }
 
 QIcon swatchIcon(const QColor& colour) {

@@ -1,6 +1,5 @@
 #include "host/CurlTransport.h"
 
-#include <curl/curl.h>
 #include <pthread.h>
 
 #include <algorithm>
@@ -12,6 +11,7 @@
 #include <utility>
 
 #include "foundation/SignalStack.h"
+#include "host/CurlLibrary.h"
 
 namespace trimora::host {
 
@@ -23,14 +23,19 @@ using foundation::Result;
 
 namespace {
 
+/// The library, which was loaded before there was a transport.
+const CurlLibrary& curl() {
+    return CurlLibrary::get().value();
+}
+
 struct FreeEasy {
-    void operator()(CURL* handle) const { curl_easy_cleanup(handle); }
+    void operator()(CURL* handle) const { curl().easy_cleanup(handle); }
 };
 struct FreeMulti {
-    void operator()(CURLM* handle) const { curl_multi_cleanup(handle); }
+    void operator()(CURLM* handle) const { curl().multi_cleanup(handle); }
 };
 struct FreeList {
-    void operator()(curl_slist* list) const { curl_slist_free_all(list); }
+    void operator()(curl_slist* list) const { curl().slist_free_all(list); }
 };
 
 std::size_t throwAway(char* /*bytes*/, std::size_t size, std::size_t count, void* /*user*/) {
@@ -41,7 +46,7 @@ std::size_t throwAway(char* /*bytes*/, std::size_t size, std::size_t count, void
 class Transfer {
  public:
     Transfer(HttpRequest request, HttpTransport::Completion completion)
-        : request_(std::move(request)), completion_(std::move(completion)), easy_(curl_easy_init()) {}
+        : request_(std::move(request)), completion_(std::move(completion)), easy_(curl().easy_init()) {}
 
     [[nodiscard]] CURL* handle() const { return easy_.get(); }
 
@@ -63,11 +68,11 @@ class Transfer {
 
     void finish(CURLcode code) {
         long status = 0;
-        curl_easy_getinfo(handle(), CURLINFO_RESPONSE_CODE, &status);
+        curl().easy_getinfo(handle(), CURLINFO_RESPONSE_CODE, &status);
         if (code == CURLE_OK)
             completion_(static_cast<int>(status));
         else
-            fail(code, reason_[0] != '\0' ? reason_ : curl_easy_strerror(code));
+            fail(code, reason_[0] != '\0' ? reason_ : curl().easy_strerror(code));
     }
 
     void fail(CURLcode code, const char* why) {
@@ -77,7 +82,7 @@ class Transfer {
  private:
     template <typename Value>
     void set(CURLoption option, Value value) {
-        curl_easy_setopt(handle(), option, value);
+        curl().easy_setopt(handle(), option, value);
     }
 
     // The library itself does not look at the variable by which OpenSSL's programs are told.
@@ -95,7 +100,9 @@ class Transfer {
         set(CURLOPT_HTTPHEADER, headers_.get());
     }
 
-    void add(const std::string& line) { headers_.reset(curl_slist_append(headers_.release(), line.c_str())); }
+    void add(const std::string& line) {
+        headers_.reset(curl().slist_append(headers_.release(), line.c_str()));
+    }
 
     HttpRequest request_;
     HttpTransport::Completion completion_;
@@ -117,7 +124,7 @@ class CurlTransport::Worker {
             const std::scoped_lock lock(mutex_);
             closing_ = true;
         }
-        curl_multi_wakeup(multi_.get());
+        curl().multi_wakeup(multi_.get());
         thread_.join();
     }
 
@@ -127,7 +134,7 @@ class CurlTransport::Worker {
             ++unanswered_;
             arriving_.push_back(std::move(transfer));
         }
-        curl_multi_wakeup(multi_.get());
+        curl().multi_wakeup(multi_.get());
     }
 
     void cancelAll() {
@@ -135,7 +142,7 @@ class CurlTransport::Worker {
         if (unanswered_ == 0)
             return;
         cancelling_ = true;
-        curl_multi_wakeup(multi_.get());
+        curl().multi_wakeup(multi_.get());
         allAnswered_.wait(lock, [this] { return unanswered_ == 0; });
     }
 
@@ -146,11 +153,11 @@ class CurlTransport::Worker {
         while (!isClosing()) {
             begin(takeArrived());
             int running = 0;
-            curl_multi_perform(multi_.get(), &running);
+            curl().multi_perform(multi_.get(), &running);
             finishThoseDone();
             if (takeCancelling())
                 cancelThoseUnderWay();
-            curl_multi_poll(multi_.get(), nullptr, 0, kLongestSleepMilliseconds, nullptr);
+            curl().multi_poll(multi_.get(), nullptr, 0, kLongestSleepMilliseconds, nullptr);
         }
     }
 
@@ -172,14 +179,14 @@ class CurlTransport::Worker {
     void begin(std::list<std::unique_ptr<Transfer>> arrived) {
         for (auto& transfer : arrived) {
             transfer->prepare();
-            curl_multi_add_handle(multi_.get(), transfer->handle());
+            curl().multi_add_handle(multi_.get(), transfer->handle());
             underWay_.push_back(std::move(transfer));
         }
     }
 
     void finishThoseDone() {
         int left = 0;
-        while (const CURLMsg* const message = curl_multi_info_read(multi_.get(), &left)) {
+        while (const CURLMsg* const message = curl().multi_info_read(multi_.get(), &left)) {
             if (message->msg != CURLMSG_DONE)
                 continue;
             const CURL* const handle = message->easy_handle;
@@ -189,7 +196,7 @@ class CurlTransport::Worker {
             });
             auto transfer = std::move(*done);
             underWay_.erase(done);
-            curl_multi_remove_handle(multi_.get(), transfer->handle());
+            curl().multi_remove_handle(multi_.get(), transfer->handle());
             transfer->finish(code);
             noteAnswered(std::move(transfer));
         }
@@ -198,7 +205,7 @@ class CurlTransport::Worker {
     void cancelThoseUnderWay() {
         begin(takeArrived());
         for (auto& transfer : std::exchange(underWay_, {})) {
-            curl_multi_remove_handle(multi_.get(), transfer->handle());
+            curl().multi_remove_handle(multi_.get(), transfer->handle());
             transfer->fail(CURLE_ABORTED_BY_CALLBACK, "cancelled");
             noteAnswered(std::move(transfer));
         }
@@ -225,10 +232,12 @@ class CurlTransport::Worker {
 };
 
 Result<std::unique_ptr<CurlTransport>> CurlTransport::create() {
-    static const CURLcode ready = curl_global_init(CURL_GLOBAL_DEFAULT);
-    CURLM* const multi = ready == CURLE_OK ? curl_multi_init() : nullptr;
+    const auto& library = CurlLibrary::get();
+    if (!library)
+        return library.error();
+    CURLM* const multi = library->multi_init();
     if (multi == nullptr)
-        return Error{"libcurl cannot be started", static_cast<int>(ready)};
+        return Error{"libcurl cannot be started"};
     return std::unique_ptr<CurlTransport>(new CurlTransport(std::make_unique<Worker>(multi)));
 }
 

@@ -10,10 +10,27 @@
 #include <fstream>
 #include <utility>
 
+#include "host/LateLibrary.h"
+
 namespace trimora::host {
 namespace {
 
 using Digest = std::array<unsigned char, EVP_MAX_MD_SIZE>;
+
+/// Nothing where the library that reckons it is not there. It is asked for once in a session.
+std::optional<Digest> hmacSha256(const std::string& key, const std::string& text) {
+    const auto library = LateLibrary::open("libcrypto.so.3");
+    decltype(&::HMAC) hmac = nullptr;
+    decltype(&::EVP_sha256) sha256 = nullptr;
+    if (!library || !library->find("HMAC", hmac) || !library->find("EVP_sha256", sha256))
+        return std::nullopt;
+    Digest digest = {};
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(text.data());
+    if (hmac(sha256(), key.data(), static_cast<int>(key.size()), bytes, text.size(), digest.data(),
+             nullptr) == nullptr)
+        return std::nullopt;
+    return digest;
+}
 
 std::string uuidText(const Digest& digest) {
     static constexpr char kDigits[] = "0123456789abcdef";
@@ -62,12 +79,8 @@ std::optional<std::string> MachineDevice::uniqueIdentifier() const {
     const auto machine = firstLine("etc/machine-id");
     if (!machine)
         return std::nullopt;
-    Digest digest = {};
-    const auto* const text = reinterpret_cast<const unsigned char*>(application_.data());
-    if (HMAC(EVP_sha256(), machine->data(), static_cast<int>(machine->size()), text, application_.size(),
-             digest.data(), nullptr) == nullptr)
-        return std::nullopt;
-    return uuidText(digest);
+    const auto digest = hmacSha256(*machine, application_);
+    return digest ? std::optional(uuidText(*digest)) : std::nullopt;
 }
 
 std::optional<std::string> MachineDevice::hardwareModel() const {

@@ -41,7 +41,8 @@ Wiring::Wiring(Host host)
 }
 
 void Wiring::show() {
-    app::afterFirstPaint(shell_.window(), receiver_, [this] { telemetrix_.beginWork(); });
+    app::afterFirstPaint(
+        shell_.window(), receiver_, [this] { telemetrix_.beginWork(); }, app::kUntilShown);
     shell_.window().show();
     telemetrix_.watchKeyWindow();
 }

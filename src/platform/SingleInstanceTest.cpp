@@ -7,13 +7,14 @@
 
 #include <QDBusPendingCall>
 #include <QFile>
-#include <QLocalSocket>
 #include <atomic>
+#include <cerrno>
 #include <fstream>
 #include <memory>
 #include <thread>
 
 #include "platform/BusForTests.h"
+#include "platform/LocalSocket.h"
 #include "testing/CapturedLog.h"
 #include "testing/TemporaryFolder.h"
 
@@ -175,6 +176,19 @@ class SocketApplicationTest : public ::testing::Test {
     }
     [[nodiscard]] path socket() const { return folder_.path() / "runtime" / "instance.socket"; }
 
+    /// As another process would, on a thread of its own, while events are served here.
+    foundation::Result<void> handOverFrom(SocketApplication& application, const LaunchRequest& request) {
+        std::atomic<bool> done = false;
+        foundation::Result<void> handed;
+        std::thread other([&] {
+            handed = application.handOver(request, std::chrono::seconds(60));
+            done = true;
+        });
+        pumpUntil([&] { return done.load(); });
+        other.join();
+        return handed;
+    }
+
     testing::TemporaryFolder folder_;
     std::vector<LaunchRequest> requests_;
 };
@@ -202,9 +216,7 @@ TEST_F(SocketApplicationTest, ASocketThatAKilledProcessLeftIsReplaced) {
 
     SocketApplication application = make();
     EXPECT_EQ(application.claim(), SocketApplication::Claim::first);
-    QLocalSocket peer;
-    peer.connectToServer(QFile::decodeName(socket().c_str()));
-    EXPECT_TRUE(peer.waitForConnected());
+    EXPECT_TRUE(connectTo(socket()).ok());
 }
 
 TEST_F(SocketApplicationTest, TakesItsSocketAwayWhenItGoes) {
@@ -222,14 +234,37 @@ TEST_F(SocketApplicationTest, AFolderThatIsNoneIsToldAndLeavesTheProcessAlone) {
     EXPECT_TRUE(log.contains("no folder for the socket"));
 }
 
+TEST_F(SocketApplicationTest, OneWhoLeavesInTheMiddleAsksForNothing) {
+    SocketApplication application = make();
+    ASSERT_EQ(application.claim(), SocketApplication::Claim::first);
+    {
+        const auto peer = connectTo(socket());
+        ASSERT_TRUE(peer.ok());
+        ASSERT_EQ(::send(peer->number(), "\0\0", 2, MSG_NOSIGNAL), 2);
+    }
+    ASSERT_TRUE(handOverFrom(application, {{"/p/cat.png"}}).ok());
+    ASSERT_EQ(requests_.size(), 1U);
+    EXPECT_EQ(requests_.front().files.front(), "/p/cat.png");
+}
+
+TEST_F(SocketApplicationTest, ANameThatIsTooLongForASocketIsTold) {
+    const testing::CapturedLog log;
+    SocketApplication application({folder_.path() / std::string(100, 'x')}, {});
+    EXPECT_EQ(application.claim(), SocketApplication::Claim::impossible);
+    EXPECT_TRUE(log.contains("no room for its name"));
+}
+
 TEST_F(SocketApplicationTest, NonsenseIsCutOffAndAsksForNothing) {
     SocketApplication application = make();
     ASSERT_EQ(application.claim(), SocketApplication::Claim::first);
-    QLocalSocket peer;
-    peer.connectToServer(QFile::decodeName(socket().c_str()));
-    ASSERT_TRUE(peer.waitForConnected());
-    peer.write(QByteArray(2 << 20, '\x7f'));
-    pumpUntil([&] { return peer.state() == QLocalSocket::UnconnectedState; });
+    const auto peer = connectTo(socket());
+    ASSERT_TRUE(peer.ok());
+    const QByteArray nonsense(1 << 16, '\x7f');
+    pumpUntil([&] {
+        const auto sent = ::send(peer->number(), nonsense.constData(),
+                                 static_cast<std::size_t>(nonsense.size()), MSG_NOSIGNAL);
+        return sent < 0 && errno == EPIPE;
+    });
     EXPECT_TRUE(requests_.empty());
 }
 

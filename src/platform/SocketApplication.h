@@ -1,16 +1,18 @@
 #pragma once
 
-#include <QLocalServer>
+#include <QByteArray>
+#include <QSocketNotifier>
 #include <chrono>
 #include <filesystem>
 #include <functional>
+#include <list>
 #include <optional>
+#include <utility>
 
+#include "files/FileDescriptor.h"
 #include "files/FolderLock.h"
 #include "foundation/Result.h"
 #include "platform/LaunchRequest.h"
-
-class QLocalSocket;
 
 namespace trimora::platform {
 
@@ -26,6 +28,9 @@ class SocketApplication {
     /// Nothing is done on disk yet. `folder` is made where it is not there, for this account alone.
     /// `launched` comes on the main thread, from the event loop, after the asker has its answer.
     SocketApplication(std::filesystem::path folder, Launched launched);
+    ~SocketApplication();
+    SocketApplication(const SocketApplication&) = delete;
+    SocketApplication& operator=(const SocketApplication&) = delete;
 
     enum class Claim {
         first,       ///< the socket is ours, and requests come
@@ -43,14 +48,28 @@ class SocketApplication {
     [[nodiscard]] std::filesystem::path socket() const { return folder_ / "instance.socket"; }
 
  private:
+    /// Somebody who has connected, and what has come from there so far.
+    struct Peer {
+        explicit Peer(files::FileDescriptor connected)
+            : socket(std::move(connected)), arrivals(socket.number(), QSocketNotifier::Read) {}
+
+        files::FileDescriptor socket;
+        QSocketNotifier arrivals;
+        QByteArray bytes;
+    };
+
     [[nodiscard]] foundation::Result<void> listen();
     void acceptAll();
-    void read(QLocalSocket& peer);
+    void read(std::list<Peer>::iterator peer);
+    void drop(std::list<Peer>::iterator peer);
 
     std::filesystem::path folder_;
     Launched launched_;
-    std::optional<files::FolderLock> lock_;  // above the server, which removes its socket when it goes
-    QLocalServer server_;
+    std::optional<files::FolderLock> lock_;
+    files::FileDescriptor listener_;
+    std::optional<QSocketNotifier> arrivals_;
+    std::list<Peer> peers_;
+    QObject context_;  // last: what is still to come for the peers goes before them
 };
 
 }  // namespace trimora::platform

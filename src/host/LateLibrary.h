@@ -1,0 +1,36 @@
+#pragma once
+
+#include "foundation/Result.h"
+
+namespace trimora::host {
+
+/// A shared library that is loaded when something of it is needed, for those of which most runs of the
+/// program need nothing: loading libcurl, and the two dozen libraries that it stands on, with the program
+/// took a third of the time until the window came.
+///
+/// A library that was opened stays until the process ends, so its functions may be kept. Any thread.
+class LateLibrary {
+ public:
+    /// `name` is that of the file that programs are linked with at run time, with the number of its interface
+    /// ("libcurl.so.4"). Returns an error where it is not installed.
+    [[nodiscard]] static foundation::Result<LateLibrary> open(const char* name);
+
+    /// Points `function` at the library's own of this name. `Function` is its type as the library's header
+    /// declares it.
+    template <typename Function>
+    foundation::Result<void> find(const char* name, Function*& function) const {
+        const auto found = address(name);
+        if (!found)
+            return found.error();
+        function = reinterpret_cast<Function*>(*found);
+        return {};
+    }
+
+ private:
+    explicit LateLibrary(void* handle) : handle_(handle) {}
+    [[nodiscard]] foundation::Result<void*> address(const char* name) const;
+
+    void* handle_;
+};
+
+}  // namespace trimora::host
