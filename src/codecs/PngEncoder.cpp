@@ -33,6 +33,7 @@ using foundation::Error;
 using foundation::PixelBuffer;
 using foundation::Result;
 using Buffer = std::vector<std::uint8_t>;
+using cutengine::PictureRows;
 using Output = cutengine::PictureEncoder::Output;
 
 constexpr std::size_t kBytesPerPixel = 4;
@@ -187,12 +188,12 @@ Result<void> writeChunk(std::string_view type, std::initializer_list<Bytes> cont
     return written ? output(bigEndian(checksum)) : written;
 }
 
-Result<void> writeHead(BitmapView picture, const Output& output) {
+Result<void> writeHead(const PictureRows& picture, const Output& output) {
     if (Result<void> written = output(kernels::kPngSignature); !written)
         return written;
     constexpr std::array<std::uint8_t, 5> kKind = {8, 6, 0, 0, 0};  // 8 bits, RGB with alpha, not interlaced
-    const Buffer width = bigEndian(static_cast<std::uint64_t>(picture.width));
-    const Buffer height = bigEndian(static_cast<std::uint64_t>(picture.height));
+    const Buffer width = bigEndian(static_cast<std::uint64_t>(picture.width()));
+    const Buffer height = bigEndian(static_cast<std::uint64_t>(picture.height()));
     if (Result<void> written = writeChunk("IHDR", {width, height, kKind}, output); !written)
         return written;
     constexpr std::array<std::uint8_t, 1> kPerceptual = {0};
@@ -202,20 +203,44 @@ Result<void> writeHead(BitmapView picture, const Output& output) {
 /// Packs the bands a few at a time and hands them out in order.
 class BandWriter {
  public:
-    BandWriter(BitmapView picture, foundation::Workers& workers, const Output& output)
+    BandWriter(const PictureRows& picture, foundation::Workers& workers, const Output& output)
         : picture_(picture), workers_(workers), output_(output) {
-        const auto rowSize = static_cast<std::size_t>(picture.width) * kBytesPerPixel;
+        const auto rowSize = static_cast<std::size_t>(picture.width()) * kBytesPerPixel;
         rowsPerBand_ = static_cast<int>(std::clamp<std::size_t>(kBandBytes / rowSize, 1, 1U << 20));
-        bands_ = (picture.height + rowsPerBand_ - 1) / rowsPerBand_;
+        bands_ = (picture.height() + rowsPerBand_ - 1) / rowsPerBand_;
     }
 
     Result<void> writeAll() {
-        lookForRepeats();
+        for (int first = 0; first < bands_; first += kBandsPerLot) {
+            if (Result<void> written = writeLot(first, std::min(first + kBandsPerLot, bands_)); !written)
+                return written;
+        }
+        return {};
+    }
+
+ private:
+    // A sample costs as much as a fifth of a band, so several bands share one.
+    static constexpr int kBandsPerSample = 8;
+    // Rows that have to be made are made for so many bands at a time.
+    static constexpr int kBandsPerLot = 8 * kBandsPerSample;
+
+    Result<void> writeLot(int begin, int end) {
+        // The filters of a row look at the one above it. The first lot has none there, and one too many below
+        // in its place: lots alike in size fit the same room.
+        firstRow_ = std::max(begin * rowsPerBand_ - 1, 0);
+        const int endRow = std::min(firstRow_ + kBandsPerLot * rowsPerBand_ + 1, picture_.height());
+        const Result<BitmapView> rows = picture_.rows(firstRow_, endRow, room_);
+        if (!rows)
+            return rows.error();
+        rows_ = *rows;
+        lookForRepeats(begin, end);
         const int atOnce = workers_.width() * 4;
-        for (int first = 0; first < bands_; first += atOnce) {
-            std::vector<Band> group(static_cast<std::size_t>(std::min(atOnce, bands_ - first)));
-            workers_.run(static_cast<int>(group.size()),
-                         [&](int i) { group[static_cast<std::size_t>(i)] = packed(first + i); });
+        for (int first = begin; first < end; first += atOnce) {
+            std::vector<Band> group(static_cast<std::size_t>(std::min(atOnce, end - first)));
+            workers_.run(static_cast<int>(group.size()), [&](int i) {
+                const bool search = repeats_[static_cast<std::size_t>((first + i - begin) / kBandsPerSample)];
+                group[static_cast<std::size_t>(i)] = packed(first + i, search);
+            });
             for (std::size_t i = 0; i < group.size(); ++i) {
                 if (Result<void> written = write(group[i], first + static_cast<int>(i)); !written)
                     return written;
@@ -224,23 +249,25 @@ class BandWriter {
         return {};
     }
 
- private:
-    // A sample costs as much as a fifth of a band, so several bands share one.
-    static constexpr int kBandsPerSample = 8;
-
-    void lookForRepeats() {
-        repeats_.resize(static_cast<std::size_t>((bands_ + kBandsPerSample - 1) / kBandsPerSample));
+    /// In the bands `begin` to `end`, which are those of a lot.
+    void lookForRepeats(int begin, int end) {
+        repeats_.resize(static_cast<std::size_t>((end - begin + kBandsPerSample - 1) / kBandsPerSample));
         workers_.run(static_cast<int>(repeats_.size()), [&](int i) {
-            const int band = std::min(i * kBandsPerSample + kBandsPerSample / 2, bands_ - 1);
+            const int band = std::min(begin + i * kBandsPerSample + kBandsPerSample / 2, bands_ - 1);
             const int first = band * rowsPerBand_;
-            const auto rowSize = static_cast<std::size_t>(picture_.width) * kBytesPerPixel;
+            const auto rowSize = static_cast<std::size_t>(picture_.width()) * kBytesPerPixel;
             const int rows = std::min({static_cast<int>(std::max<std::size_t>(kSampleBytes / rowSize, 1)),
-                                       rowsPerBand_, picture_.height - first});
+                                       rowsPerBand_, picture_.height() - first});
             repeats_[static_cast<std::size_t>(i)] = whether([&] {
-                const PixelBuffer sample = filteredRows(picture_, first, first + rows);
-                return sample && repeats(viewOf(sample, picture_, rows));
+                const PixelBuffer sample = filtered(first, rows);
+                return sample && repeats(viewOf(sample, rows_, rows));
             });
         });
+    }
+
+    /// Of the whole picture's rows, `count` from `first` on.
+    [[nodiscard]] PixelBuffer filtered(int first, int count) const {
+        return filteredRows(rows_, first - firstRow_, first - firstRow_ + count);
     }
 
     /// A task must not throw: false where memory is refused.
@@ -253,18 +280,17 @@ class BandWriter {
         }
     }
 
-    Band packed(int index) const {
+    [[nodiscard]] Band packed(int index, bool search) const {
         const int first = index * rowsPerBand_;
-        const int count = std::min(rowsPerBand_, picture_.height - first);
+        const int count = std::min(rowsPerBand_, picture_.height() - first);
         Band band;
         whether([&] {
-            const PixelBuffer buffer = filteredRows(picture_, first, first + count);
+            const PixelBuffer buffer = filtered(first, count);
             if (!buffer)
                 return false;
-            const kernels::FilteredRows rows = viewOf(buffer, picture_, count);
+            const kernels::FilteredRows rows = viewOf(buffer, rows_, count);
             band.size = rows.bytes.size();
             band.checksum = libdeflate_adler32(1, rows.bytes.data(), rows.bytes.size());
-            const bool search = repeats_[static_cast<std::size_t>(index / kBandsPerSample)] != 0;
             band.packed = search ? packSearching(rows) : kernels::packPixels(rows);
             return true;
         });
@@ -285,19 +311,22 @@ class BandWriter {
                           output_);
     }
 
-    BitmapView picture_;
+    const PictureRows& picture_;
     foundation::Workers& workers_;
     const Output& output_;
     int rowsPerBand_ = 1;
     int bands_ = 1;
-    std::vector<std::uint8_t> repeats_;  // of kBandsPerSample bands each
+    foundation::Bitmap room_;
+    BitmapView rows_;  // of the lot at hand, from firstRow_ on
+    int firstRow_ = 0;
+    std::vector<std::uint8_t> repeats_;  // of kBandsPerSample bands of the lot each
     uLong checksum_ = 1;
 };
 
 }  // namespace
 
-Result<void> PngEncoder::encodePng(BitmapView picture, const Output& output) {
-    if (picture.isEmpty())
+Result<void> PngEncoder::encodePng(const PictureRows& picture, const Output& output) {
+    if (picture.width() <= 0 || picture.height() <= 0)
         return Error{"there is no picture to write"};
     try {
         if (Result<void> written = writeHead(picture, output); !written)
