@@ -26,6 +26,11 @@ target_link_libraries(trimora_compiler INTERFACE Threads::Threads)
 
 # Most of the time that a test took to build went into optimising matchers that run once.
 set(TRIMORA_TEST_OPTIONS $<IF:$<CXX_COMPILER_ID:GNU>,-Og,-O0>)
+if(TRIMORA_SANITIZE)
+  # A half of what was left went into symbols and into watching the matchers for undefined behaviour, where it
+  # is the floors that are watched.
+  list(APPEND TRIMORA_TEST_OPTIONS -g0 -fno-sanitize=undefined)
+endif()
 
 # What is shipped makes a slip in memory end the program instead of being put to use.
 include(CheckPIESupported)

@@ -275,7 +275,9 @@ void ViewController::reset_pressed() {
 
 void ViewController::resetImage() {
     Telemetrix::logEvent("button reset pressed");
-    cutView().resetMask();
+    // The picture may have gone while the person was asked, and a step of nothing could not be undone.
+    if (cutView().image() != nullptr)
+        cutView().resetMask();
 }
 
 // ── What the cut view tells ────────────────────────────────────────────────────────────────────

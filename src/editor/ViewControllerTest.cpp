@@ -41,6 +41,15 @@ TEST_F(ViewControllerTest, NoCommandNeedsAPicture) {
     EXPECT_THAT(panels_.questions, IsEmpty());
 }
 
+TEST_F(ViewControllerTest, RestoringWithoutAPictureIsNoStepOfTheHistory) {
+    view().setImage(nullptr);
+    rest();
+    send("resetImage");
+    rest();
+    EXPECT_EQ(view().historyCurrentState(), 0);
+    EXPECT_EQ(view().historyLength(), 1);
+}
+
 TEST_F(ViewControllerTest, TheSecondSetOfQuickControlsIsInUse) {
     EXPECT_EQ(outlets().btnBrush, outlets().btnBrush2);
     EXPECT_EQ(outlets().btnInvertBrush, outlets().btnInvertBrush2);

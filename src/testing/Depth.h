@@ -9,4 +9,12 @@ namespace trimora::testing {
 /// The one of these that belongs to depth(): how often something random is to be tried.
 [[nodiscard]] int byDepth(int everyRun, int longRun, int beforeRelease);
 
+/// Whether a sanitizer watches: most memory is then its own, all takes several times as long, copies of the
+/// process above all. What was tried in full without one needs a part of the rounds.
+#ifdef TRIMORA_SANITIZED
+inline constexpr bool kSanitized = true;
+#else
+inline constexpr bool kSanitized = false;
+#endif
+
 }  // namespace trimora::testing

@@ -238,7 +238,7 @@ class ClockHistories : public NetworkFaults, public ::testing::WithParamInterfac
 
 TEST_P(ClockHistories, LeaveNoSessionStuckAnHourAfterTheClockIsRight) {
     std::mt19937_64 random(testing::announcedSeed() + static_cast<std::uint64_t>(GetParam()));
-    const int count = testing::byDepth(300, 1'250, 25'000) / (kSanitized ? 5 : 1);
+    const int count = testing::byDepth(300, 1'250, 25'000) / (kSanitized ? 20 : 1);
     for (int history = 0; history < count; ++history) {
         const auto truth = time.wallTime();
         const double began = time.seconds();
@@ -274,7 +274,7 @@ class NetworkSequences : public NetworkFaults, public ::testing::WithParamInterf
 
 TEST_P(NetworkSequences, DeliverEverySessionWithTheSameBytes) {
     std::mt19937_64 random(testing::announcedSeed() + static_cast<std::uint64_t>(GetParam()));
-    const int count = testing::byDepth(250, 500, 5'000) / (kSanitized ? 5 : 1);
+    const int count = testing::byDepth(250, 500, 5'000) / (kSanitized ? 20 : 1);
     std::size_t delivered = 0;
     for (int sequence = 0; sequence < count; ++sequence) {
         for (int i = static_cast<int>(random() % 3); i > 0; --i)

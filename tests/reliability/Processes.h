@@ -5,15 +5,12 @@
 #include <functional>
 #include <string>
 
+#include "testing/Depth.h"
+
 /// Work in a process of its own, for what may end a process or must be measured alone.
 namespace trimora::reliability {
 
-/// Whether the address sanitizer watches: most memory is then its own, and copies of the process are slow.
-#ifdef TRIMORA_SANITIZED
-inline constexpr bool kSanitized = true;
-#else
-inline constexpr bool kSanitized = false;
-#endif
+using testing::kSanitized;
 
 /// How a process ended, and what it took.
 struct Ended {

@@ -56,7 +56,7 @@ class Writer {
 };
 
 TEST_F(StoreKillsTest, NoAcknowledgedEventIsLostInThousandsOfKills) {
-    const int rounds = testing::byDepth(1'000, 5'000, 50'000);
+    const int rounds = testing::byDepth(1'000, 5'000, 50'000) / (testing::kSanitized ? 10 : 1);
     void* const shared =
         ::mmap(nullptr, sizeof(int), PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
     auto* const acknowledged = static_cast<volatile int*>(shared);

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <span>
+#include <vector>
 
 #include "cutengine/kernels/StampCoverage.h"
 #include "cutengine/kernels/StrokePainter.h"
@@ -45,23 +46,26 @@ inline StampEllipse ellipseIn(const foundation::Rect& stamp, int planeHeight) {
             stamp.height / 2};
 }
 
-inline int coverageAt(const StampEllipse& ellipse, double solid, int x, int y) {
-    if (solid >= 1)
-        return static_cast<int>(std::clamp(std::floor(ellipseShare(ellipse, x, y) * 255 + 0.5), 0.0, 255.0));
-    std::uint8_t coverage = 0;
-    stampCoverage(ellipse, solid, x, y, 1, &coverage);
-    return coverage;
+inline void coverageOfRow(const StampEllipse& ellipse, double solid, int y, std::span<std::uint8_t> covered) {
+    const int width = static_cast<int>(covered.size());
+    if (solid < 1)
+        return stampCoverage(ellipse, solid, 0, y, width, covered.data());
+    for (int x = 0; x < width; ++x)
+        covered[static_cast<std::size_t>(x)] = static_cast<std::uint8_t>(
+            std::clamp(std::floor(ellipseShare(ellipse, x, y) * 255 + 0.5), 0.0, 255.0));
 }
 
 inline void paintStamps(foundation::MutableBitmapView plane, std::span<const foundation::Rect> stamps,
                         const Brush& brush) {
     const double solid = brush.soft == nullptr ? 1 : static_cast<double>(brush.soft->hardness());
     const std::uint8_t fill[4] = {brush.fill.blue, brush.fill.green, brush.fill.red, brush.fill.alpha};
+    std::vector<std::uint8_t> covered(static_cast<std::size_t>(plane.width));
     for (const foundation::Rect& stamp : stamps) {
         const StampEllipse ellipse = ellipseIn(stamp, plane.height);
         for (int y = 0; y < plane.height; ++y) {
+            coverageOfRow(ellipse, solid, y, covered);
             for (int x = 0; x < plane.width; ++x) {
-                const int cover = coverageAt(ellipse, solid, x, y);
+                const int cover = covered[static_cast<std::size_t>(x)];
                 for (int k = 0; k < 4; ++k) {
                     std::uint8_t& value = plane.row(y)[4 * x + k];
                     value = static_cast<std::uint8_t>((value * (255 - cover) + fill[k] * cover + 127) / 255);
