@@ -46,16 +46,21 @@ HWY_INLINE V segmentArea(D d, V chordSquared) {
 // `high`, each 0 or more, v 1 at most.
 template <class D, class V = hn::Vec<D>>
 HWY_INLINE V areaInQuadrant(D d, V near, V far, V low, V high) {
-    const auto across = [&](V v) HWY_ATTR {
-        const V squared = hn::Sub(hn::Set(d, 1.0), hn::Mul(v, v));
-        return hn::Sqrt(hn::Max(hn::Zero(d), squared));
-    };
-    const V arcBegin = hn::Min(hn::Max(across(high), near), far);
-    const V arcEnd = hn::Min(hn::Max(across(low), near), far);
-    // Where the arc begins or ends between near and far, the disc there is taller or lower than the rectangle
-    // at near or far: so no root has to wait for another.
-    const V beginHeight = hn::Min(hn::Max(across(near), low), high);
-    const V endHeight = hn::Min(hn::Max(across(far), low), high);
+    const V one = hn::Set(d, 1.0);
+    const auto across = [&](V v)
+                            HWY_ATTR { return hn::Sqrt(hn::Max(hn::Zero(d), hn::Sub(one, hn::Mul(v, v)))); };
+    const auto isInside = [&](V u, V v)
+                              HWY_ATTR { return hn::Lt(hn::Add(hn::Mul(u, u), hn::Mul(v, v)), one); };
+    // The arc comes in over the rectangle's top where the corner there lies inside the disc, or else over its
+    // near side; and it leaves over the far side or the bottom. One root each: they take most of the time.
+    const auto fromTop = isInside(near, high);
+    const auto toFar = isInside(far, low);
+    const V begin = across(hn::IfThenElse(fromTop, high, near));
+    const V end = across(hn::IfThenElse(toFar, far, low));
+    const V arcBegin = hn::IfThenElse(fromTop, hn::Min(begin, far), near);
+    const V arcEnd = hn::IfThenElse(toFar, far, hn::Min(hn::Max(end, near), far));
+    const V beginHeight = hn::IfThenElse(fromTop, high, hn::Max(begin, low));
+    const V endHeight = hn::IfThenElse(toFar, hn::Min(end, high), low);
     const V wide = hn::Sub(arcEnd, arcBegin);
     const V down = hn::Sub(beginHeight, endHeight);
     const V flat = hn::Mul(hn::Sub(arcBegin, near), hn::Sub(high, low));
