@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "codecs/PixelRows.h"
+#include "codecs/RowRepeats.h"
 #include "cutengine/kernels/PixelDeflate.h"
 #include "cutengine/kernels/PngChunks.h"
 #include "cutengine/kernels/RowFilter.h"
@@ -40,8 +41,6 @@ constexpr std::size_t kBytesPerPixel = 4;
 // A band is packed on its own: large enough that a code fitted to it costs nothing, small enough that it
 // stays in a core's cache between the steps.
 constexpr std::size_t kBandBytes = std::size_t{1} << 19;
-// What is looked at to tell a photograph from a drawing.
-constexpr std::size_t kSampleBytes = std::size_t{1} << 14;
 // For drawings; photographs hardly shrink by a search.
 constexpr int kLevel = 6;
 constexpr int kPlainDeflate = -15;  // the largest window, without head and checksum
@@ -106,31 +105,6 @@ PixelBuffer filteredRows(BitmapView picture, int first, int end) {
 kernels::FilteredRows viewOf(const PixelBuffer& rows, BitmapView picture, int count) {
     const auto width = static_cast<std::size_t>(picture.width);
     return {{rows.data(), (1 + width * kBytesPerPixel) * static_cast<std::size_t>(count)}, width};
-}
-
-/// The start of the rows, as if the picture were no larger: enough to tell what kind it is.
-kernels::FilteredRows sampleOf(const kernels::FilteredRows& rows) {
-    const std::size_t pixels = std::min(rows.pixelsPerRow, kSampleBytes / kBytesPerPixel);
-    const std::size_t size = 1 + pixels * kBytesPerPixel;
-    if (pixels < rows.pixelsPerRow)
-        return {rows.bytes.first(size), pixels};
-    return {rows.bytes.first(size * std::clamp<std::size_t>(kSampleBytes / size, 1, rows.count())), pixels};
-}
-
-/// Whether a search for earlier bytes makes the rows so much smaller that it is worth its time: drawings,
-/// text, patterns.
-bool repeats(const kernels::FilteredRows& rows) {
-    const kernels::FilteredRows sample = sampleOf(rows);
-    const kernels::PackedBytes plain = kernels::packPixels(sample);
-    const std::unique_ptr<libdeflate_compressor, void (*)(libdeflate_compressor*)> compressor(
-        libdeflate_alloc_compressor(1), libdeflate_free_compressor);
-    if (!plain.buffer || !compressor)
-        return false;
-    const std::size_t worthwhile = plain.size - plain.size / 8;
-    Buffer searched(worthwhile);
-    const std::size_t size = libdeflate_deflate_compress(
-        compressor.get(), sample.bytes.data(), sample.bytes.size(), searched.data(), searched.size());
-    return size > 0;  // 0: it does not fit
 }
 
 /// The rows with a search for earlier bytes, ended as packPixels() ends.
@@ -256,8 +230,9 @@ class BandWriter {
             const int band = std::min(begin + i * kBandsPerSample + kBandsPerSample / 2, bands_ - 1);
             const int first = band * rowsPerBand_;
             const auto rowSize = static_cast<std::size_t>(picture_.width()) * kBytesPerPixel;
-            const int rows = std::min({static_cast<int>(std::max<std::size_t>(kSampleBytes / rowSize, 1)),
-                                       rowsPerBand_, picture_.height() - first});
+            const int rows =
+                std::min({static_cast<int>(std::max<std::size_t>(kRepeatSampleBytes / rowSize, 1)),
+                          rowsPerBand_, picture_.height() - first});
             repeats_[static_cast<std::size_t>(i)] = whether([&] {
                 const PixelBuffer sample = filtered(first, rows);
                 return sample && repeats(viewOf(sample, rows_, rows));
