@@ -8,6 +8,12 @@ namespace {
 
 constexpr std::size_t kFirstLength = 257;
 
+// In which the lengths of a header's own code stand.
+constexpr std::array<std::uint8_t, 19> kOrder = {16, 17, 18, 0, 8,  7, 9,  6, 10, 5,
+                                                 11, 4,  12, 3, 13, 2, 14, 1, 15};
+
+constexpr std::uint32_t kCodesOfItsOwn = 2;
+
 // Code lengths of a block's header, with runs of zeros shortened: symbol 18 stands for 11 to 138 of
 // them, symbol 17 for 3 to 10.
 struct HeaderSymbol {
@@ -30,6 +36,40 @@ std::vector<HeaderSymbol> headerSymbols(std::span<const std::uint8_t> lengths) {
         i += zeros >= 3 ? zeros : 1;
     }
     return symbols;
+}
+
+// The lengths that a header's own code tells; none where it tells no such thing.
+std::optional<std::vector<std::uint8_t>> takeLengths(BitReader& from, const HuffmanCode& code,
+                                                     std::size_t count) {
+    constexpr int kLongest = 7;
+    std::array<std::uint8_t, std::size_t{1} << kLongest> symbols{};
+    std::array<std::uint8_t, std::size_t{1} << kLongest> bits{};
+    for (std::size_t symbol = 0; symbol < code.lengths.size(); ++symbol) {
+        for (std::size_t i = code.bits[symbol]; code.lengths[symbol] > 0 && i < bits.size();
+             i += std::size_t{1} << code.lengths[symbol]) {
+            symbols[i] = static_cast<std::uint8_t>(symbol);
+            bits[i] = code.lengths[symbol];
+        }
+    }
+    std::vector<std::uint8_t> lengths;
+    while (lengths.size() < count) {
+        const std::size_t next = from.look() % bits.size();
+        if (bits[next] == 0 || from.isBeyondEnd())
+            return std::nullopt;
+        from.skip(bits[next]);
+        const std::uint8_t symbol = symbols[next];
+        if (symbol == 16 && lengths.empty())
+            return std::nullopt;
+        if (symbol < 16)
+            lengths.push_back(symbol);
+        else if (symbol == 16)
+            lengths.insert(lengths.end(), 3 + from.take(2), std::uint8_t{lengths.back()});
+        else
+            lengths.insert(lengths.end(), symbol == 17 ? 3 + from.take(3) : 11 + from.take(7), 0);
+    }
+    if (lengths.size() > count)
+        return std::nullopt;
+    return lengths;
 }
 
 }  // namespace
@@ -59,6 +99,14 @@ MatchPart MatchPart::ofLength(std::uint32_t length) {
     return {kFirstLength + symbol, offset & ((1U << bits) - 1), bits};
 }
 
+std::uint32_t MatchPart::leastLength(std::size_t symbol) {
+    if (symbol == kLiteralSymbols - 1)
+        return kLongestMatch;
+    const auto offset = static_cast<std::uint32_t>(symbol - kFirstLength);
+    const int bits = extraBitsOf(symbol);
+    return kShortestMatch + (bits == 0 ? offset : (offset - 4 * static_cast<std::uint32_t>(bits)) << bits);
+}
+
 MatchPart MatchPart::ofDistance(std::uint32_t distance) {
     // Distances 1 to 4 have a symbol each; from there on every power of two has two symbols.
     const std::uint32_t offset = distance - 1;
@@ -70,8 +118,6 @@ MatchPart MatchPart::ofDistance(std::uint32_t distance) {
 }
 
 void putBlockHeader(BitWriter& to, const BlockCode& code, bool last) {
-    constexpr std::array<std::uint8_t, 19> kOrder = {16, 17, 18, 0, 8,  7, 9,  6, 10, 5,
-                                                     11, 4,  12, 3, 13, 2, 14, 1, 15};
     std::vector<std::uint8_t> lengths = code.literals.lengths;
     lengths.insert(lengths.end(), code.distances.lengths.begin(), code.distances.lengths.end());
     const std::vector<HeaderSymbol> symbols = headerSymbols(lengths);
@@ -81,7 +127,7 @@ void putBlockHeader(BitWriter& to, const BlockCode& code, bool last) {
     const HuffmanCode lengthCode = HuffmanCode::forFrequencies(frequencies, 7);
 
     to.put(last ? 1 : 0, 1);
-    to.put(2, 2);  // codes of its own
+    to.put(kCodesOfItsOwn, 2);
     to.put(kLiteralSymbols - 257, 5);
     to.put(code.distances.lengths.size() - 1, 5);
     to.put(kOrder.size() - 4, 4);
@@ -94,6 +140,29 @@ void putBlockHeader(BitWriter& to, const BlockCode& code, bool last) {
         else if (each.symbol == 18)
             to.put(each.extra, 7);
     }
+}
+
+std::optional<BlockHeader> takeBlockHeader(BitReader& from) {
+    BlockHeader header;
+    header.isLast = from.take(1) != 0;
+    if (from.take(2) != kCodesOfItsOwn)
+        return std::nullopt;
+    const std::size_t literals = 257 + from.take(5);
+    const std::size_t distances = 1 + from.take(5);
+    const std::size_t told = 4 + from.take(4);
+    if (literals > kLiteralSymbols || distances > kDistanceSymbols)
+        return std::nullopt;
+    std::vector<std::uint8_t> own(kOrder.size(), 0);
+    for (std::size_t i = 0; i < told; ++i)
+        own[kOrder[i]] = static_cast<std::uint8_t>(from.take(3));
+    auto lengths = takeLengths(from, HuffmanCode::forLengths(std::move(own)), literals + distances);
+    if (!lengths)
+        return std::nullopt;
+    const auto firstDistance = lengths->begin() + static_cast<std::ptrdiff_t>(literals);
+    header.code.distances = HuffmanCode::forLengths({firstDistance, lengths->end()});
+    lengths->resize(literals);
+    header.code.literals = HuffmanCode::forLengths(std::move(*lengths));
+    return header;
 }
 
 }  // namespace trimora::cutengine::kernels

@@ -3,13 +3,16 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <optional>
+#include <span>
 #include <utility>
 #include <vector>
 
 #include "cutengine/kernels/HuffmanCode.h"
 
-/// What two writers of deflate streams share: bits in the format's order, a block's header, and the way in
-/// which a match is spelt.
+/// What the writers and the reader of deflate streams share: bits in the format's order, a block's header,
+/// and the way in which a match is spelt.
 namespace trimora::cutengine::kernels {
 
 inline constexpr std::uint32_t kLongestMatch = 258;
@@ -41,6 +44,51 @@ class BitWriter {
     std::vector<std::uint8_t> bytes;
 
  private:
+    std::uint64_t bits_ = 0;
+    int count_ = 0;
+};
+
+/// Bits, the first lowest, taken from bytes, which are borrowed. Beyond their end come zeros.
+class BitReader {
+ public:
+    static constexpr std::size_t kSlack = 8;  ///< bytes that must be there beyond the end
+
+    /// All of `bytes` but the last kSlack are read.
+    explicit BitReader(std::span<const std::uint8_t> bytes)
+        : bytes_(bytes.data()), size_(bytes.size() - kSlack) {}
+
+    /// The next bits, of which 56 at least are right, without taking them.
+    [[nodiscard]] std::uint64_t look() {
+        if (next_ <= size_) {
+            std::uint64_t more = 0;
+            std::memcpy(&more, bytes_ + next_, sizeof more);
+            bits_ |= more << count_;
+        }
+        const int whole = (63 - count_) / 8;
+        next_ += static_cast<std::size_t>(whole);
+        count_ += 8 * whole;
+        return bits_;
+    }
+    /// Takes bits that have been looked at.
+    void skip(int count) {
+        bits_ >>= count;
+        count_ -= count;
+    }
+    /// Takes at most 32 bits.
+    std::uint32_t take(int count) {
+        const auto taken = static_cast<std::uint32_t>(look() & ((std::uint64_t{1} << count) - 1));
+        skip(count);
+        return taken;
+    }
+    /// Whether more has been taken than there was.
+    [[nodiscard]] bool isBeyondEnd() const {
+        return 8 * next_ - static_cast<std::size_t>(count_) > 8 * size_;
+    }
+
+ private:
+    const std::uint8_t* bytes_;
+    std::size_t size_;
+    std::size_t next_ = 0;
     std::uint64_t bits_ = 0;
     int count_ = 0;
 };
@@ -84,6 +132,9 @@ struct MatchPart {
                    : static_cast<int>((symbol - kFirstWithExtra) / 4) + 1;
     }
 
+    /// The least length that the symbol of one stands for.
+    [[nodiscard]] static std::uint32_t leastLength(std::size_t symbol);
+
     [[nodiscard]] BitString in(const HuffmanCode& code) const {
         const int count = code.lengths[symbol];
         return {code.bits[symbol] | static_cast<std::uint64_t>(extra) << count, count + extraBits};
@@ -92,5 +143,14 @@ struct MatchPart {
 
 /// Begins a block with these codes.
 void putBlockHeader(BitWriter& to, const BlockCode& code, bool last);
+
+/// What a block begins with.
+struct BlockHeader {
+    BlockCode code;
+    bool isLast = false;
+};
+
+/// Reads that; none for a block without codes of its own, or where it is damaged.
+[[nodiscard]] std::optional<BlockHeader> takeBlockHeader(BitReader& from);
 
 }  // namespace trimora::cutengine::kernels

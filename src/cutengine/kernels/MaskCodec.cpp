@@ -1,6 +1,5 @@
 #include "cutengine/kernels/MaskCodec.h"
 
-#include <libdeflate.h>
 #include <spng.h>
 
 #include <algorithm>
@@ -8,12 +7,13 @@
 #include <bit>
 #include <cstring>
 #include <memory>
-#include <optional>
+#include <span>
 #include <utility>
 
 #include "cutengine/kernels/PixelRows.h"
 #include "cutengine/kernels/PngChunks.h"
 #include "cutengine/kernels/RunDeflate.h"
+#include "cutengine/kernels/RunInflate.h"
 #include "foundation/PixelBuffer.h"
 
 // A mask differs from row to row in a few pixels only. Both directions live on that: the file stores
@@ -66,6 +66,8 @@ std::uint32_t toFile(std::uint32_t plane) {
 
 std::uint32_t toPlane(std::uint32_t file) {
     const std::uint32_t alpha = component(file, 3);
+    if ((file & 0x00FFFFFF) == 0)
+        return file;
     const auto premultiplied = [&](int index) { return (component(file, index) * alpha + 127) / 255; };
     return packed(premultiplied(2), premultiplied(1), premultiplied(0), alpha);
 }
@@ -181,47 +183,6 @@ std::vector<std::uint8_t> joinedData(const std::vector<PngChunk>& chunks) {
     return joined;
 }
 
-bool hasChecksum(const std::vector<PngChunk>& chunks) {
-    return std::any_of(chunks.begin(), chunks.end(),
-                       [](const PngChunk& chunk) { return chunk.type == kChecksumChunk; });
-}
-
-// Inflates a zlib stream to exactly the bytes that are asked for. A stream whose picture is checked later
-// is spared its own checksum, which would read every byte once more.
-bool inflated(libdeflate_decompressor* decompressor, std::span<const std::uint8_t> data, bool checkedLater,
-              std::span<std::uint8_t> bytes) {
-    constexpr std::size_t kHead = 2;
-    constexpr std::size_t kChecksum = 4;
-    constexpr std::uint64_t kOurHead = 0x7801;  // as RunDeflate begins
-    if (!checkedLater || data.size() < kHead + kChecksum || bigEndian(data.first(kHead)) != kOurHead)
-        return libdeflate_zlib_decompress(decompressor, data.data(), data.size(), bytes.data(), bytes.size(),
-                                          nullptr) == LIBDEFLATE_SUCCESS;
-    const auto body = data.subspan(kHead, data.size() - kHead - kChecksum);
-    return libdeflate_deflate_decompress(decompressor, body.data(), body.size(), bytes.data(), bytes.size(),
-                                         nullptr) == LIBDEFLATE_SUCCESS;
-}
-
-// The rows as differences from the ones above, a filter byte before each; none for a file that was not
-// written so.
-std::optional<FileRows> inflatedDifferences(const Header& header, const std::vector<PngChunk>& chunks) {
-    if (!header.isOurKind)
-        return std::nullopt;
-    FileRows rows = rowsFor(header, 1 + kBytesPerPixel * static_cast<std::size_t>(header.width));
-    const std::unique_ptr<libdeflate_decompressor, decltype(&libdeflate_free_decompressor)> decompressor(
-        libdeflate_alloc_decompressor(), &libdeflate_free_decompressor);
-    if (!rows.buffer || decompressor == nullptr)
-        return std::nullopt;
-    const std::vector<std::uint8_t> data = joinedData(chunks);
-    const std::size_t size = rows.bytesPerRow * static_cast<std::size_t>(header.height);
-    if (!inflated(decompressor.get(), data, hasChecksum(chunks), {rows.buffer.data(), size}))
-        return std::nullopt;
-    for (int y = 0; y < header.height; ++y) {
-        if (*rows.row(y) != kFilterUp)
-            return std::nullopt;
-    }
-    return rows;
-}
-
 // The rows of a PNG of any kind as pixels. Only the chunks that make the picture are handed to the
 // library: nothing else in the file can cost time or memory.
 Result<FileRows> decodedRows(const Header& header, const std::vector<PngChunk>& chunks) {
@@ -245,31 +206,33 @@ Result<FileRows> decodedRows(const Header& header, const std::vector<PngChunk>& 
     return rows;
 }
 
-// Builds the plane row by row: each is a copy of the one above with the differing pixels put in.
+// Builds the plane row by row: each is the one above with the differing pixels put in.
 class PlaneBuilder {
  public:
     PlaneBuilder(const Header& header, MutableBitmapView plane)
         : plane_(plane),
           checksum_(header.width, header.height),
-          places_(static_cast<std::size_t>(header.width) + kPlacesSlack),
-          nothing_(kBytesPerPixel * static_cast<std::size_t>(header.width), 0) {}
+          row_(static_cast<std::size_t>(header.width), 0) {}
 
-    void addDifferences(const FileRows& rows) {
-        std::vector<std::uint32_t> current(static_cast<std::size_t>(plane_.width), 0);
-        for (int y = 0; y < plane_.height; ++y) {
-            const std::uint8_t* const changes = rows.row(y) + 1;
-            addRow(y, differing(changes, nothing_.data()), [&](std::int32_t x) {
-                std::uint32_t& pixel = current[static_cast<std::size_t>(x)];
-                return pixel = sum(pixel, pixelAt(changes, x));
-            });
-        }
+    // A pixel of the file that is not the one above it, from left to right.
+    void put(int x, int y, std::uint32_t pixel) {
+        checksum_.add(x, y, pixel);
+        row_[static_cast<std::size_t>(x)] = toPlane(pixel);
+    }
+    void endRow(int y) {
+        streamPixels(reinterpret_cast<const std::uint8_t*>(row_.data()), plane_.row(y), plane_.width);
     }
 
     void addPixels(const FileRows& rows) {
-        const std::uint8_t* above = nothing_.data();
+        std::vector<std::int32_t> places(row_.size() + kPlacesSlack);
+        const std::vector<std::uint8_t> nothing(kBytesPerPixel * row_.size(), 0);
+        const std::uint8_t* above = nothing.data();
         for (int y = 0; y < plane_.height; ++y) {
             const std::uint8_t* const row = rows.row(y);
-            addRow(y, differing(row, above), [&](std::int32_t x) { return pixelAt(row, x); });
+            const int count = differingPixels(row, above, plane_.width, places.data());
+            for (const std::int32_t x : std::span(places).first(static_cast<std::size_t>(count)))
+                put(x, y, pixelAt(row, x));
+            endRow(y);
             above = row;
         }
     }
@@ -277,35 +240,114 @@ class PlaneBuilder {
     [[nodiscard]] std::uint64_t checksum() const { return checksum_.value(); }
 
  private:
-    std::span<const std::int32_t> differing(const std::uint8_t* row, const std::uint8_t* other) {
-        return {places_.data(),
-                static_cast<std::size_t>(differingPixels(row, other, plane_.width, places_.data()))};
+    MutableBitmapView plane_;
+    PictureChecksum checksum_;
+    std::vector<std::uint32_t> row_;
+};
+
+// Puts a plane together from the runs of a file of ours: rows of differences from the ones above, with a
+// filter byte before each.
+class RunReader {
+ public:
+    RunReader(const Header& header, PlaneBuilder& builder)
+        : builder_(builder),
+          height_(header.height),
+          rowBytes_(kBytesPerPixel * static_cast<std::size_t>(header.width)),
+          above_(static_cast<std::size_t>(header.width), 0) {}
+
+    // False where the run belongs to no such rows.
+    [[nodiscard]] bool take(RunInflate::Run run) {
+        if (run.zeros == kBytesPerPixel - 1 && run.count == 1 && isInRow_ && place_ % kBytesPerPixel == 0) {
+            change_ = std::uint32_t{run.value} << 24;
+            moveBy(kBytesPerPixel);
+            return true;
+        }
+        if (run.zeros > 0 && !takeZeros(run.zeros))
+            return false;
+        if (run.value == 0)
+            return takeZeros(run.count);
+        for (; run.count > 0; --run.count) {
+            if (!takeByte(run.value))
+                return false;
+        }
+        return true;
     }
 
-    template <typename FilePixel>
-    void addRow(int y, std::span<const std::int32_t> places, const FilePixel& filePixel) {
-        auto* const row = reinterpret_cast<std::uint32_t*>(plane_.row(y));
-        const std::uint8_t* const above = y == 0 ? nothing_.data() : plane_.row(y - 1);
-        std::memcpy(row, above, nothing_.size());
-        for (const std::int32_t x : places) {
-            const std::uint32_t pixel = filePixel(x);
-            checksum_.add(x, y, pixel);
-            row[x] = toPlane(pixel);
+    [[nodiscard]] bool isComplete() const { return y_ == height_; }
+
+ private:
+    bool takeByte(std::uint8_t value) {
+        if (!isInRow_)
+            return beginRow(value);
+        change_ |= std::uint32_t{value} << (8 * (place_ % kBytesPerPixel));
+        moveBy(1);
+        return true;
+    }
+
+    bool takeZeros(std::uint64_t count) {
+        while (count > 0) {
+            if (!isInRow_)
+                return false;
+            const std::uint64_t step = std::min<std::uint64_t>(count, rowBytes_ - place_);
+            moveBy(step);
+            count -= step;
+        }
+        return true;
+    }
+
+    bool beginRow(std::uint8_t filter) {
+        if (filter != kFilterUp || isComplete())
+            return false;
+        place_ = 0;
+        isInRow_ = true;
+        return true;
+    }
+
+    void moveBy(std::uint64_t bytes) {
+        const std::size_t pixel = place_ / kBytesPerPixel;
+        place_ += bytes;
+        if (change_ != 0 && place_ / kBytesPerPixel != pixel) {
+            above_[pixel] = sum(above_[pixel], change_);
+            builder_.put(static_cast<int>(pixel), y_, above_[pixel]);
+            change_ = 0;
+        }
+        if (place_ == rowBytes_) {
+            isInRow_ = false;
+            builder_.endRow(y_++);
         }
     }
 
-    MutableBitmapView plane_;
-    PictureChecksum checksum_;
-    std::vector<std::int32_t> places_;
-    std::vector<std::uint8_t> nothing_;
+    PlaneBuilder& builder_;
+    int height_;
+    std::size_t rowBytes_;
+    std::vector<std::uint32_t> above_;  // as the file holds it; the row itself as far as it is read
+    int y_ = 0;
+    std::size_t place_ = 0;     // in the row's pixels
+    std::uint32_t change_ = 0;  // what is read of a pixel's difference
+    bool isInRow_ = false;
 };
 
-// Whether the picture is the one that the file's checksum was made of; yes where it has none.
-bool isAsWritten(const std::vector<PngChunk>& chunks, std::uint64_t checksum) {
-    return std::all_of(chunks.begin(), chunks.end(), [&](const PngChunk& chunk) {
+// Builds the plane from a file of ours; false for another, with the plane in any state.
+bool builtFromRuns(const Header& header, const std::vector<PngChunk>& chunks, PlaneBuilder& builder) {
+    // Without our checksum the stream's own would be needed, which RunInflate leaves alone.
+    const bool isOurs = std::any_of(chunks.begin(), chunks.end(),
+                                    [](const PngChunk& chunk) { return chunk.type == kChecksumChunk; });
+    if (!header.isOurKind || !isOurs)
+        return false;
+    RunReader reader(header, builder);
+    return RunInflate(joinedData(chunks)).read([&](RunInflate::Run run) { return reader.take(run); }) &&
+           reader.isComplete();
+}
+
+// The plane, where it is the one that the file's checksum was made of, or the file has none.
+Result<Bitmap> checked(Bitmap plane, const std::vector<PngChunk>& chunks, std::uint64_t checksum) {
+    const bool isAsWritten = std::all_of(chunks.begin(), chunks.end(), [&](const PngChunk& chunk) {
         return chunk.type != kChecksumChunk ||
                (chunk.data.size() == sizeof checksum && bigEndian(chunk.data) == checksum);
     });
+    if (!isAsWritten)
+        return Error{"the PNG file is damaged: its picture is not the one that was written"};
+    return plane;
 }
 
 }  // namespace
@@ -336,18 +378,15 @@ Result<Bitmap> decodeMask(std::span<const std::uint8_t> file, int maxSide) {
     Result<Bitmap> plane = Bitmap::create(header->width, header->height);
     if (!plane)
         return plane;
-    PlaneBuilder builder(*header, plane->view());
-    if (const auto differences = inflatedDifferences(*header, *chunks)) {
-        builder.addDifferences(*differences);
-    } else {
-        const Result<FileRows> rows = decodedRows(*header, *chunks);
-        if (!rows)
-            return rows.error();
-        builder.addPixels(*rows);
-    }
-    if (!isAsWritten(*chunks, builder.checksum()))
-        return Error{"the PNG file is damaged: its picture is not the one that was written"};
-    return plane;
+    PlaneBuilder fromRuns(*header, plane->view());
+    if (builtFromRuns(*header, *chunks, fromRuns))
+        return checked(std::move(*plane), *chunks, fromRuns.checksum());
+    const Result<FileRows> rows = decodedRows(*header, *chunks);
+    if (!rows)
+        return rows.error();
+    PlaneBuilder fromPixels(*header, plane->view());
+    fromPixels.addPixels(*rows);
+    return checked(std::move(*plane), *chunks, fromPixels.checksum());
 }
 
 }  // namespace trimora::cutengine::kernels

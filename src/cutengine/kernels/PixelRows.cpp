@@ -1,5 +1,6 @@
 #include "cutengine/kernels/PixelRows.h"
 
+#include <algorithm>
 #include <cstring>
 
 #undef HWY_TARGET_INCLUDE
@@ -59,6 +60,21 @@ int differingImpl(const std::uint8_t* row, const std::uint8_t* other, int width,
     return count;
 }
 
+void streamImpl(const std::uint8_t* from, std::uint8_t* to, int count) {
+    constexpr int kPixel = 4;
+    const hn::ScalableTag<std::uint32_t> d;
+    const int lanes = static_cast<int>(hn::Lanes(d));
+    const auto place = reinterpret_cast<std::uintptr_t>(to);
+    const auto vector = static_cast<std::uintptr_t>(kPixel * lanes);
+    const auto misplaced = (vector - place % vector) % vector;
+    int x = misplaced % kPixel != 0 ? count : std::min(count, static_cast<int>(misplaced) / kPixel);
+    std::memcpy(to, from, static_cast<std::size_t>(kPixel * x));
+    for (; x + lanes <= count; x += lanes)
+        hn::Stream(loadedPixels(d, from + kPixel * x), d, reinterpret_cast<std::uint32_t*>(to + kPixel * x));
+    std::memcpy(to + kPixel * x, from + kPixel * x, static_cast<std::size_t>(kPixel * (count - x)));
+    hwy::FlushStream();
+}
+
 }  // namespace trimora::cutengine::kernels::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
@@ -66,9 +82,14 @@ HWY_AFTER_NAMESPACE();
 namespace trimora::cutengine::kernels {
 
 HWY_EXPORT(differingImpl);
+HWY_EXPORT(streamImpl);
 
 int differingPixels(const std::uint8_t* row, const std::uint8_t* other, int width, std::int32_t* places) {
     return HWY_DYNAMIC_DISPATCH(differingImpl)(row, other, width, places);
+}
+
+void streamPixels(const std::uint8_t* from, std::uint8_t* to, int count) {
+    HWY_DYNAMIC_DISPATCH(streamImpl)(from, to, count);
 }
 
 }  // namespace trimora::cutengine::kernels

@@ -9,4 +9,8 @@ namespace trimora::cutengine::kernels {
 inline constexpr int kPlacesSlack = 64;
 int differingPixels(const std::uint8_t* row, const std::uint8_t* other, int width, std::int32_t* places);
 
+/// Copies `count` 4-byte pixels past the caches: for rows that nobody reads soon. The rows may begin at any
+/// byte.
+void streamPixels(const std::uint8_t* from, std::uint8_t* to, int count);
+
 }  // namespace trimora::cutengine::kernels
