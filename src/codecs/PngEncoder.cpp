@@ -195,6 +195,7 @@ class BandWriter {
  private:
     // A sample costs as much as a fifth of a band, so several bands share one.
     static constexpr int kBandsPerSample = 8;
+    static constexpr int kPixelsPerPiece = 512;  // of a sample, from one band
     // Rows that have to be made are made for so many bands at a time.
     static constexpr int kBandsPerLot = 8 * kBandsPerSample;
 
@@ -227,17 +228,37 @@ class BandWriter {
     void lookForRepeats(int begin, int end) {
         repeats_.resize(static_cast<std::size_t>((end - begin + kBandsPerSample - 1) / kBandsPerSample));
         workers_.run(static_cast<int>(repeats_.size()), [&](int i) {
-            const int band = std::min(begin + i * kBandsPerSample + kBandsPerSample / 2, bands_ - 1);
-            const int first = band * rowsPerBand_;
-            const auto rowSize = static_cast<std::size_t>(picture_.width()) * kBytesPerPixel;
-            const int rows =
-                std::min({static_cast<int>(std::max<std::size_t>(kRepeatSampleBytes / rowSize, 1)),
-                          rowsPerBand_, picture_.height() - first});
-            repeats_[static_cast<std::size_t>(i)] = whether([&] {
-                const PixelBuffer sample = filtered(first, rows);
-                return sample && repeats(viewOf(sample, rows_, rows));
-            });
+            const int first = begin + i * kBandsPerSample;
+            repeats_[static_cast<std::size_t>(i)] =
+                whether([&] { return repeat(first, std::min(first + kBandsPerSample, end)); });
         });
+    }
+
+    /// Told from a piece of every band, each further to the right: the margins of a cut-out are clear, and
+    /// tell nothing of the rest.
+    [[nodiscard]] bool repeat(int begin, int end) const {
+        const int width = picture_.width();
+        const int piece = std::min(width, kPixelsPerPiece);
+        const std::size_t pieceSize = kBytesPerPixel * static_cast<std::size_t>(piece);
+        const std::size_t rowSize = 1 + kBytesPerPixel * static_cast<std::size_t>(width);
+        Buffer sample;
+        for (int band = begin; band < end; ++band) {
+            const int first = band * rowsPerBand_;
+            const int rows = std::min(rowsPerBand_, picture_.height() - first);
+            const int taken = std::min(std::max(kPixelsPerPiece / width, 1), rows);
+            const PixelBuffer part = filtered(first + (rows - taken) / 2, taken);
+            if (!part)
+                return false;
+            const auto column = static_cast<std::size_t>(std::int64_t{band - begin} * (width - piece) /
+                                                         (kBandsPerSample - 1));
+            for (std::size_t i = 0; i < static_cast<std::size_t>(taken); ++i) {
+                const std::uint8_t* const row = part.data() + i * rowSize;
+                const std::uint8_t* const from = row + 1 + kBytesPerPixel * column;
+                sample.push_back(*row);
+                sample.insert(sample.end(), from, from + pieceSize);
+            }
+        }
+        return repeats({sample, static_cast<std::size_t>(piece)});
     }
 
     /// Of the whole picture's rows, `count` from `first` on.
