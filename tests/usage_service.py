@@ -9,10 +9,11 @@ import threading
 
 
 class UsageService:
-    """On this machine, with an authority of its own. It counts everyone who connects, and keeps what is posted."""
+    """On this machine, with an authority of its own. It counts everyone who connects, and keeps what is posted.
+    `openssl` makes its certificates, which hold for that many days."""
 
-    def __init__(self, folder):
-        self.folder = folder
+    def __init__(self, folder, openssl=("openssl",), days=2):
+        self.folder, self.openssl, self.days = folder, openssl, str(days)
         self.connections, self.posts = 0, []
         self.make_certificates()
         context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
@@ -27,15 +28,15 @@ class UsageService:
 
     def make_certificates(self):
         def openssl(*words):
-            subprocess.run(["openssl", *words], cwd=self.folder, check=True, capture_output=True)
+            subprocess.run([*self.openssl, *words], cwd=self.folder, check=True, capture_output=True)
         key = ["-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:P-256", "-nodes"]
-        openssl("req", "-x509", *key, "-days", "2", "-subj", "/CN=Authority", "-keyout", "authority.key", "-out",
+        openssl("req", "-x509", *key, "-days", self.days, "-subj", "/CN=Authority", "-keyout", "authority.key", "-out",
                 "authority.crt")
         openssl("req", *key, "-subj", "/CN=localhost", "-keyout", "service.key", "-out", "service.csr")
         with open(self.file("service.ext"), "w") as extensions:
             extensions.write("subjectAltName=DNS:localhost\n")
         openssl("x509", "-req", "-in", "service.csr", "-CA", "authority.crt", "-CAkey", "authority.key",
-                "-CAcreateserial", "-days", "2", "-extfile", "service.ext", "-out", "service.crt")
+                "-CAcreateserial", "-days", self.days, "-extfile", "service.ext", "-out", "service.crt")
 
     def accept(self, context):
         while True:
@@ -50,7 +51,11 @@ class UsageService:
             if post is None:
                 return
             self.posts.append(post)
+            self.before_answer(post)
             stream.sendall(b"HTTP/1.1 200 OK\r\nContent-Length: 2\r\nConnection: close\r\n\r\nok")
+
+    def before_answer(self, post):
+        """What happens between the last byte of a post and the answer."""
 
     @staticmethod
     def read(stream):

@@ -230,6 +230,26 @@ TEST_F(HistoryTest, StrokesGoOnOverAMaskFromElsewhere) {
     EXPECT_EQ(view.historyLength(), 3);
 }
 
+TEST_F(CutViewTest, HistoryFolderThatCannotBeMadeIsToldOnceAndPaintingGoesOn) {
+    std::ofstream(home.path() / "in the way") << "a file";
+    testing::CapturedLog log;
+    RKImageCutView other({queues, time, notifications, home.path() / "in the way"}, host);
+    other.setViewSize({400, 300});
+    other.setImage(greyPicture(400, 300));
+    for (const Point at : {Point{200, 150}, Point{50, 50}}) {
+        other.mouseDown({MouseButton::left, at});
+        other.mouseUp({MouseButton::left, at});
+        queues.settle();
+    }
+    EXPECT_EQ(host.troubles.size(), 1U);
+    EXPECT_THAT(log.texts(foundation::log::Level::warning),
+                ::testing::Contains(::testing::StartsWith("no history folder: ")));
+    other.prevHistoryState();
+    queues.settle();
+    EXPECT_EQ(other.copyMaskPlane().pixel(200, 150).alpha, 0) << "there is no state to go back to";
+    EXPECT_EQ(other.copyMaskPlane().pixel(50, 249).alpha, 0);
+}
+
 TEST_F(CutViewTest, WithoutAFolderForItNoHistoryIsKeptAndNobodyIsToldOfTrouble) {
     RKImageCutView bare({queues, time, notifications, std::nullopt}, host);
     bare.setViewSize({400, 300});

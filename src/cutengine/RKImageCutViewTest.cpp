@@ -150,6 +150,47 @@ TEST_F(CutViewTest, EitherButtonEndsAGestureAndScrollingDuringItIsDropped) {
     EXPECT_EQ(view.historyLength(), 2);
 }
 
+TEST_F(CutViewTest, SecondPressDuringAGestureIsDropped) {
+    load(800, 600);
+    press(kMiddle);
+    press({10, 10});
+    view.mouseUp({MouseButton::left, kMiddle});
+    EXPECT_THAT(delegate.calls, ElementsAre("willStart", "didEnd"));
+    queues.settle();
+    EXPECT_EQ(maskAt({10, 10}), 255);
+    EXPECT_EQ(maskAt(kMiddle), 0);
+}
+
+TEST_F(CutViewTest, WithoutADelegateAllIsDoneAndNobodyIsTold) {
+    view.setDelegate(nullptr);
+    load(800, 600);
+    view.setBrushDiameter(30);
+    stroke({kMiddle});
+    EXPECT_EQ(maskAt(kMiddle), 0);
+    view.prevHistoryState();
+    queues.settle();
+    EXPECT_EQ(maskAt(kMiddle), 255);
+    view.setScale(4);
+    view.correctImagePositionWithFiting(false);
+    EXPECT_TRUE(delegate.calls.empty());
+    EXPECT_TRUE(delegate.diameters.empty());
+    EXPECT_TRUE(delegate.miniMaps.empty());
+    EXPECT_EQ(delegate.historyChanges, 0);
+}
+
+TEST_F(CutViewTest, EmptyViewTakesNoteOfTheBackgroundAndHasNothingToShow) {
+    view.setBlurOn(true);
+    view.setColorOn(true);
+    view.drawBackground();
+    queues.settle();
+    EXPECT_TRUE(view.isBlurOn());
+    EXPECT_TRUE(view.isColorOn());
+    EXPECT_EQ(view.mask(), nullptr);
+    EXPECT_EQ(view.getResult(), nullptr);
+    EXPECT_TRUE(view.copyMaskPlane().isEmpty());
+    EXPECT_FALSE(view.isAnimating());
+}
+
 TEST_F(CutViewTest, DragWithoutAPressDoesNothing) {
     load(800, 600);
     drag({100, 100}, kMiddle);
@@ -246,6 +287,8 @@ TEST_F(CutViewTest, SettersWithoutEffectOnlyStore) {
     EXPECT_EQ(view.imageCursor()->kind, Cursor::Kind::openHand);
     view.setBrushHardness(3);
     EXPECT_EQ(view.brushHardness(), 1);
+    view.setBrushHardness(-3);
+    EXPECT_EQ(view.brushHardness(), 0);
 }
 
 TEST_F(CutViewTest, ViewMayGoWhileWorkIsQueued) {

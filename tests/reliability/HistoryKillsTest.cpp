@@ -6,10 +6,10 @@
 #include <set>
 #include <string>
 
+#include "HistoryEditor.h"
 #include "IoFaults.h"
 #include "Processes.h"
 #include "SentinelTree.h"
-#include "cutengine/CutViewForTests.h"
 #include "cutengine/kernels/MaskCodec.h"
 #include "testing/Depth.h"
 #include "testing/Seed.h"
@@ -20,76 +20,7 @@ namespace trimora::reliability {
 namespace {
 
 namespace fs = std::filesystem;
-using cutengine::RKImageCutView;
 using foundation::Bitmap;
-
-std::string pixelsOf(const Bitmap& mask) {
-    std::string pixels = std::to_string(mask.width()) + "x" + std::to_string(mask.height()) + " ";
-    for (int y = 0; y < mask.height(); ++y)
-        pixels.append(reinterpret_cast<const char*>(mask.view().row(y)),
-                      static_cast<std::size_t>(mask.width()) * 4);
-    return pixels;
-}
-
-/// A cut view on a history folder, in which a person works.
-class Editor {
- public:
-    explicit Editor(const fs::path& folder) : view({queues_, time_, notifications_, folder}, host_) {
-        view.setViewSize({200, 150});
-    }
-
-    void open() {
-        view.setImage(cutengine::Picture::create(
-            Bitmap::createFilled(100, 75, {128, 128, 128, 255}, foundation::AlphaMode::opaque).value()));
-        queues_.settle();
-    }
-    void stroke(double x, double y) {
-        view.mouseDown({cutengine::MouseButton::left, {x, y}});
-        view.mouseUp({cutengine::MouseButton::left, {x, y}});
-        queues_.settle();
-    }
-    void undo() {
-        view.prevHistoryState();
-        queues_.settle();
-    }
-    void redo() {
-        view.nextHistoryState();
-        queues_.settle();
-    }
-    /// Strokes, undos, redos and resets by chance, `noted` after each with what is shown.
-    template <typename Noted>
-    void work(std::uint64_t seed, const Noted& noted) {
-        std::mt19937_64 random(seed);
-        open();
-        noted(view.copyMaskPlane());
-        for (int i = 0; i < 40; ++i) {
-            switch (random() % 8) {
-                case 0:
-                    undo();
-                    break;
-                case 1:
-                    redo();
-                    break;
-                case 2:
-                    view.resetMask();
-                    queues_.settle();
-                    break;
-                default:
-                    stroke(static_cast<double>(random() % 200), static_cast<double>(random() % 150));
-            }
-            noted(view.copyMaskPlane());
-        }
-    }
-
- private:
-    foundation::ManualQueueFactory queues_;
-    foundation::VirtualTime time_;
-    foundation::NotificationCenter notifications_;
-    cutengine::RecordingHost host_;
-
- public:
-    RKImageCutView view;
-};
 
 class HistoryKills : public ::testing::Test {
  protected:
@@ -105,7 +36,7 @@ class HistoryKills : public ::testing::Test {
         Script script{seed, {}, 0};
         fs::remove_all(folder_);  // with what others left the script only makes more calls
         const IoFaults watcher;
-        Editor(folder_).work(seed, [&](const Bitmap& mask) { script.shown.insert(pixelsOf(mask)); });
+        HistoryEditor(folder_).work(seed, [&](const Bitmap& mask) { script.shown.insert(pixelsOf(mask)); });
         script.calls = static_cast<int>(watcher.calls().size());
         return script;
     }
@@ -115,7 +46,7 @@ class HistoryKills : public ::testing::Test {
         plan.fault = IoFault::kill;
         const Ended ended = inOwnProcess([&] {
             const IoFaults faults(plan);
-            Editor(folder_).work(script.seed, [](const Bitmap&) {});
+            HistoryEditor(folder_).work(script.seed, [](const Bitmap&) {});
             return 0;
         });
         ASSERT_TRUE(ended.wasKilled()) << ended.text();
@@ -136,15 +67,7 @@ class HistoryKills : public ::testing::Test {
         ASSERT_LE(hidden, 1);
     }
     void checkNextEditor() const {
-        Editor next(folder_);
-        next.open();
-        EXPECT_EQ(next.view.historyLength(), 1);
-        EXPECT_EQ(files::entriesIn(folder_), 1U);
-        const std::string untouched = pixelsOf(next.view.copyMaskPlane());
-        next.stroke(100, 75);
-        EXPECT_NE(pixelsOf(next.view.copyMaskPlane()), untouched);
-        next.undo();
-        EXPECT_EQ(pixelsOf(next.view.copyMaskPlane()), untouched);
+        expectToBeginWell(folder_);
         fs::remove_all(folder_);  // its masks are none of the script's
     }
 

@@ -10,19 +10,28 @@
 
 namespace trimora::reliability {
 
-bool onSmallFileSystem(const std::filesystem::path& folder, const std::string& size,
-                       const std::function<void()>& test) {
+bool onOwnMounts(const std::function<void()>& test) {
     bool allowed = false;
     std::thread thread([&] {
-        const std::string options = "size=" + size;
-        allowed = ::unshare(CLONE_NEWNS) == 0 &&
-                  ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-                  ::mount("tmpfs", folder.c_str(), "tmpfs", MS_NOSUID | MS_NODEV, options.c_str()) == 0;
+        allowed =
+            ::unshare(CLONE_NEWNS) == 0 && ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0;
         if (allowed)
             test();
     });
     thread.join();
     return allowed;
+}
+
+bool onSmallFileSystem(const std::filesystem::path& folder, const std::string& size,
+                       const std::function<void()>& test) {
+    bool allowed = false;
+    const bool mine = onOwnMounts([&] {
+        const std::string options = "size=" + size;
+        allowed = ::mount("tmpfs", folder.c_str(), "tmpfs", MS_NOSUID | MS_NODEV, options.c_str()) == 0;
+        if (allowed)
+            test();
+    });
+    return mine && allowed;
 }
 
 int asPlainAccount(const std::function<int()>& work) {

@@ -7,6 +7,10 @@
 /// Surroundings that only root can make. Where they cannot be made, a line says so and the test is skipped.
 namespace trimora::reliability {
 
+/// Runs the test on a thread that alone sees what it mounts; all of it goes with the thread. False where that
+/// is not permitted.
+[[nodiscard]] bool onOwnMounts(const std::function<void()>& test);
+
 /// Runs the test on a thread that sees a file system of `size` ("512k") in the folder; false where that is
 /// not permitted.
 [[nodiscard]] bool onSmallFileSystem(const std::filesystem::path& folder, const std::string& size,

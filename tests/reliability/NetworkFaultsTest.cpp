@@ -37,8 +37,14 @@ class NetworkFaults : public TelemetrixTest {
         service_.setClock(time);
     }
 
-    void restart() {
+    enum class End : std::uint8_t { byQuit, byKill };
+    void end(End how) {
+        if (how == End::byQuit)
+            post(analytics::kNSApplicationWillTerminateNotification);
+        note();
         quit();
+    }
+    void begin() {
         install();
         start();
         note();
@@ -75,8 +81,10 @@ class NetworkFaults : public TelemetrixTest {
                 settle();
                 break;
             case 5:
-                if (random() % 4 == 0)
-                    restart();
+                if (random() % 4 == 0) {
+                    end(random() % 2 == 0 ? End::byQuit : End::byKill);
+                    begin();
+                }
                 break;
             case 6:
                 advance(static_cast<double>(random() % 4'000) / 10);
@@ -103,7 +111,8 @@ class NetworkFaults : public TelemetrixTest {
         settle();
         advance(1'800);
         for (int starts = 0; starts == 0 || (starts < 10 && !isDrained()); ++starts) {
-            restart();
+            end(End::byKill);  // by Quit each run would leave a further session without events
+            begin();
             advance(360);
         }
         note();
@@ -169,7 +178,8 @@ TEST_F(NetworkFaults, PoisonSessionsKeepNoGoodOneAndAreTriedNowAndThen) {
     start();
     for (int i = 0; i < 9; ++i) {
         advance(1'200);
-        restart();
+        end(End::byKill);
+        begin();
     }
     for (int i = 0; i < 50; ++i)
         EXPECT_TRUE(service_.accepted().contains("good " + std::to_string(i))) << i;
@@ -190,6 +200,21 @@ TEST_F(NetworkFaults, SessionThatWasBeingSentUnderAClockYearsAheadIsSentAgain) {
     time.setWallTime(time.wallTime() - kYears);
     start();
     advance(60);
+    EXPECT_THAT(service_.accepted(), ::testing::Contains("ahead"));
+}
+
+TEST_F(NetworkFaults, SessionFinishedUnderAClockYearsAheadIsSentThoughEachRunLeavesOneWithoutEvents) {
+    constexpr auto kYears = std::chrono::hours(24 * 365 * 10);
+    time.setWallTime(time.wallTime() + kYears);
+    leaveSession("ahead", kDone, 0);
+    time.setWallTime(time.wallTime() - kYears);
+    start();
+    for (int runs = 0; runs < 3; ++runs) {
+        end(End::byQuit);
+        advance(60);
+        begin();
+        advance(60);
+    }
     EXPECT_THAT(service_.accepted(), ::testing::Contains("ahead"));
 }
 

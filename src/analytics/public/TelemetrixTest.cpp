@@ -324,7 +324,7 @@ TEST_F(TelemetrixPublicTest, DelegateHearsEveryCallBeforeItIsStored) {
     EXPECT_EQ(currentNames().size(), 6U);
     delegate.calls.clear();
     Telemetrix::resetInnerId();
-    TXAnalyticsCollector::gameOverWithMode("m");
+    logEveryGameEvent();
     EXPECT_THAT(delegate.calls, IsEmpty());
     EXPECT_EQ(TXAnalyticsCollector::analyticsCollectorDelegate(), &delegate);
 }
@@ -465,6 +465,22 @@ TEST_F(TelemetrixPublicTest, BridgeDropsWhatItCannotRead) {
     EXPECT_TRUE(log.contains("a text is missing"));
     telemetrix_log_event_with_data(nullptr);
     EXPECT_THAT(recordedNames(), ElementsAre("custom."));
+}
+
+TEST_F(TelemetrixPublicTest, BridgeDropsCallsOfWhichAnyTextIsMissing) {
+    start();
+    log.clear();
+    telemetrix_scene_start(nullptr, "menu");
+    telemetrix_level_start("1", nullptr);
+    telemetrix_level_win(nullptr, "easy");
+    telemetrix_level_lose("1", nullptr);
+    telemetrix_loot_append(nullptr, "3");
+    telemetrix_loot_consume(nullptr, "3", "door");
+    telemetrix_loot_consume("coin", nullptr, "door");
+    telemetrix_loot_consume("coin", "3", nullptr);
+    telemetrix_game_over(nullptr);
+    EXPECT_THAT(recordedNames(), IsEmpty());
+    EXPECT_EQ(log.texts().size(), 9U);
 }
 
 TEST_F(TelemetrixPublicTest, QueueRunsTasksInTheOrderOfTheCalls) {

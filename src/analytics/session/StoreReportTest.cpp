@@ -44,6 +44,25 @@ TEST_F(StoreReportTest, EventsAreListedWithTimeNameAndData) {
     EXPECT_EQ(printed(printEvents, std::string("S9")), "error: no session S9 in the store");
 }
 
+TEST_F(StoreReportTest, EventIsListedWithWhatItHas) {
+    file = home.path() / "sparse.db";
+    {
+        StoreCoordinator coordinator(file, {}, clock);
+        ManagedObjectContext store(coordinator);
+        TXSSID session{0, "S", 1, 0};
+        ASSERT_TRUE(store.save(session));
+        for (const char* body : {R"({"event":"no time"})", R"({"timestamp":0})",
+                                 R"({"timestamp":1,"event":7,"data":null,"end_timed_event":7})"}) {
+            TXEvent event{0, "S", body};
+            ASSERT_TRUE(store.save(event));
+        }
+    }
+    EXPECT_EQ(printed(printEvents, std::string("S")),
+              "{\"event\":\"no time\"}\n"
+              "1970-01-01 00:00:00.000    \n"
+              "1970-01-01 00:00:00.001    \n");
+}
+
 TEST_F(StoreReportTest, RequestIsWhatIsSentByteForByte) {
     EXPECT_EQ(printed(printRequest, std::string("S1")), formatted("[%s,%s,not an event]", kFirst, kSecond));
     EXPECT_EQ(printed(printRequest, std::string("S9")), "error: no session S9 in the store");

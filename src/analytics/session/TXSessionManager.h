@@ -108,7 +108,8 @@ class TXSessionManager {
     void sendAllInactiveSessions();
     /// Finds sessions that a process left behind when it was killed, and makes them done.
     void resetAllInactiveSessions();
-    /// The done session whose status was written longest ago, in whole seconds.
+    /// The done session whose status was written longest ago, in whole seconds; before all others one that
+    /// was written in the future, as the clock has it.
     [[nodiscard]] std::optional<std::string> getOldestDoneSession();
 
  private:

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 #include "analytics/Diagnostics.h"
@@ -211,10 +212,16 @@ std::optional<std::string> TXSessionManager::getOldestDoneSession() {
     auto done = sessions().allSSIDWithStatus(SessionStatus::done, PropertyValues::fetched, context);
     // Nobody could ask for a session without a name, which would keep all others waiting.
     std::erase_if(done, [](const TXSSID& session) { return !session.name; });
-    const auto wholeSeconds = [](const TXSSID& session) { return std::floor(session.changeStatusTime); };
+    // One of the future was written under a wrong clock. In its place among the others it would wait behind
+    // the session without events that each run leaves, and which ends the chain.
+    const double now = std::floor(TXAnalyticsSSIDDataAccessDefault::creationTime());
+    const auto written = [now](const TXSSID& session) {
+        const double second = std::floor(session.changeStatusTime);
+        return second > now ? -std::numeric_limits<double>::infinity() : second;
+    };
     const auto oldest = std::min_element(
         done.begin(), done.end(),
-        [&](const TXSSID& one, const TXSSID& other) { return wholeSeconds(one) < wholeSeconds(other); });
+        [&](const TXSSID& one, const TXSSID& other) { return written(one) < written(other); });
     if (oldest == done.end())
         return std::nullopt;
     return oldest->name;

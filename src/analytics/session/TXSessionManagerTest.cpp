@@ -58,6 +58,14 @@ TEST_F(TXSessionManagerTest, NothingHappensBeforeTheFirstStart) {
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
+TEST_F(TXSessionManagerTest, DoneSessionOfTheFutureGoesBeforeAllOthers) {
+    leaveSession("old", 1, 100);
+    leaveSession("of this second", 1, 0);
+    EXPECT_EQ(manager().getOldestDoneSession(), "old");
+    leaveSession("ahead", 1, -1000);
+    EXPECT_EQ(manager().getOldestDoneSession(), "ahead");
+}
+
 TEST_F(TXSessionManagerTest, LaterStartPostsDoneSessionsOldestFirstOneSecondApart) {
     leaveSession("middle", 1, 200);
     leaveSession("oldest", 1, 300);

@@ -55,11 +55,29 @@ TEST(BezierPath, ALineWithoutHeightKeepsItWhenScaled) {
     expectNear(quartzPathWithSize(line, {20, 8}).bounds(), {0, 5, 20, 0}, 1e-12);
 }
 
+TEST(BezierPath, ALineWithoutWidthKeepsItWhenScaled) {
+    BezierPath line;
+    line.moveTo({5, 0});
+    line.lineTo({5, 10});
+    expectNear(quartzPathWithSize(line, {20, 8}).bounds(), {5, 0, 0, 8}, 1e-12);
+}
+
 TEST(BezierPath, BoundsFollowTheCurveAndNotItsControlPoints) {
     BezierPath curve;
     curve.moveTo({0, 0});
     curve.curveTo({0, 4}, {10, 4}, {10, 0});
     expectNear(curve.bounds(), {0, 0, 10, 3}, 1e-12);
+}
+
+TEST(BezierPath, BoundsOfACurveThatNeverTurnsAreThoseOfItsEnds) {
+    BezierPath straight;
+    straight.moveTo({0, 0});
+    straight.curveTo({1, 2}, {2, 4}, {3, 6});
+    expectNear(straight.bounds(), {0, 0, 3, 6}, 1e-12);
+    BezierPath bent;
+    bent.moveTo({0, 0});
+    bent.curveTo({2, 0}, {1, 4}, {3, 4});
+    expectNear(bent.bounds(), {0, 0, 3, 4}, 1e-12);
 }
 
 TEST(BezierPath, AnOvalTouchesAllFourSides) {
@@ -70,6 +88,11 @@ TEST(BezierPath, RoundedCornersNeverExceedHalfASide) {
     expectNear(BezierPath::roundedRectangle({0, 0, 8, 20}, 100).bounds(), {0, 0, 8, 20}, 1e-9);
     EXPECT_EQ(BezierPath::roundedRectangle({0, 0, 8, 20}, 100),
               BezierPath::roundedRectangle({0, 0, 8, 20}, 4));
+}
+
+TEST(BezierPath, CornersOfLessThanNothingAreSquare) {
+    EXPECT_EQ(BezierPath::roundedRectangle({1, 2, 8, 20}, -5),
+              BezierPath::roundedRectangle({1, 2, 8, 20}, 0));
 }
 
 TEST(BezierPath, AnArcRunsCounterClockwise) {

@@ -103,6 +103,35 @@ TEST_F(PictureActionsTest, ResizeToItsOwnSizeKeepsThePicture) {
     EXPECT_EQ(resize(picture, 4, 3, workers), picture);
 }
 
+TEST_F(PictureActionsTest, ResizeToAnotherHeightAloneMakesAnotherPicture) {
+    const PicturePtr picture = imageFromURL("x", decoder).picture;
+    const PicturePtr higher = resize(picture, 4, 9, workers);
+    ASSERT_NE(higher, nullptr);
+    EXPECT_EQ(higher->size(), (Size{4, 9}));
+    EXPECT_EQ(higher->bestRepresentation()->pixel(1, 8), picture->bestRepresentation()->pixel(1, 2));
+}
+
+TEST_F(PictureActionsTest, ResizedPictureIsOpaqueWhereItsSourceIs) {
+    const auto opaque =
+        Picture::create(Bitmap::createFilled(4, 3, {1, 2, 3, 255}, foundation::AlphaMode::opaque).value());
+    EXPECT_EQ(resize(opaque, 8, 6, workers)->bestRepresentation()->alphaMode(),
+              foundation::AlphaMode::opaque);
+}
+
+TEST_F(PictureActionsTest, NothingIsMadeOfAPictureWithoutPixels) {
+    EXPECT_EQ(Picture::create(BitmapPtr()), nullptr);
+    EXPECT_EQ(Picture::create(std::make_shared<const Bitmap>()), nullptr);
+    std::vector<Bitmap> without;
+    without.emplace_back();
+    const PicturePtr hollow = Picture::createSized({4, 3}, std::move(without));
+    EXPECT_FALSE(hollow->isValid());
+    EXPECT_EQ(hollow->bestRepresentation(), nullptr);
+    EXPECT_EQ(makeDrawable(hollow, workers), nullptr);
+    EXPECT_EQ(makeDrawable(nullptr, workers), nullptr);
+    EXPECT_TRUE(FilterImage::fromPicture(hollow).isEmpty());
+    EXPECT_TRUE(FilterImage().view().isEmpty());
+}
+
 TEST_F(PictureActionsTest, ResizeOfNothingLogsInvalidImage) {
     testing::CapturedLog log;
     EXPECT_EQ(resize(nullptr, 4, 3, workers), nullptr);
