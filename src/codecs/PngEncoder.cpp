@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "codecs/PixelRows.h"
+#include "codecs/RowRepeats.h"
 #include "cutengine/kernels/PixelDeflate.h"
 #include "cutengine/kernels/PngChunks.h"
 #include "cutengine/kernels/RowFilter.h"
@@ -33,14 +34,13 @@ using foundation::Error;
 using foundation::PixelBuffer;
 using foundation::Result;
 using Buffer = std::vector<std::uint8_t>;
+using cutengine::PictureRows;
 using Output = cutengine::PictureEncoder::Output;
 
 constexpr std::size_t kBytesPerPixel = 4;
 // A band is packed on its own: large enough that a code fitted to it costs nothing, small enough that it
 // stays in a core's cache between the steps.
 constexpr std::size_t kBandBytes = std::size_t{1} << 19;
-// What is looked at to tell a photograph from a drawing.
-constexpr std::size_t kSampleBytes = std::size_t{1} << 14;
 // For drawings; photographs hardly shrink by a search.
 constexpr int kLevel = 6;
 constexpr int kPlainDeflate = -15;  // the largest window, without head and checksum
@@ -107,31 +107,6 @@ kernels::FilteredRows viewOf(const PixelBuffer& rows, BitmapView picture, int co
     return {{rows.data(), (1 + width * kBytesPerPixel) * static_cast<std::size_t>(count)}, width};
 }
 
-/// The start of the rows, as if the picture were no larger: enough to tell what kind it is.
-kernels::FilteredRows sampleOf(const kernels::FilteredRows& rows) {
-    const std::size_t pixels = std::min(rows.pixelsPerRow, kSampleBytes / kBytesPerPixel);
-    const std::size_t size = 1 + pixels * kBytesPerPixel;
-    if (pixels < rows.pixelsPerRow)
-        return {rows.bytes.first(size), pixels};
-    return {rows.bytes.first(size * std::clamp<std::size_t>(kSampleBytes / size, 1, rows.count())), pixels};
-}
-
-/// Whether a search for earlier bytes makes the rows so much smaller that it is worth its time: drawings,
-/// text, patterns.
-bool repeats(const kernels::FilteredRows& rows) {
-    const kernels::FilteredRows sample = sampleOf(rows);
-    const kernels::PackedBytes plain = kernels::packPixels(sample);
-    const std::unique_ptr<libdeflate_compressor, void (*)(libdeflate_compressor*)> compressor(
-        libdeflate_alloc_compressor(1), libdeflate_free_compressor);
-    if (!plain.buffer || !compressor)
-        return false;
-    const std::size_t worthwhile = plain.size - plain.size / 8;
-    Buffer searched(worthwhile);
-    const std::size_t size = libdeflate_deflate_compress(
-        compressor.get(), sample.bytes.data(), sample.bytes.size(), searched.data(), searched.size());
-    return size > 0;  // 0: it does not fit
-}
-
 /// The rows with a search for earlier bytes, ended as packPixels() ends.
 kernels::PackedBytes packSearching(const kernels::FilteredRows& rows) {
     z_stream stream{};
@@ -187,12 +162,12 @@ Result<void> writeChunk(std::string_view type, std::initializer_list<Bytes> cont
     return written ? output(bigEndian(checksum)) : written;
 }
 
-Result<void> writeHead(BitmapView picture, const Output& output) {
+Result<void> writeHead(const PictureRows& picture, const Output& output) {
     if (Result<void> written = output(kernels::kPngSignature); !written)
         return written;
     constexpr std::array<std::uint8_t, 5> kKind = {8, 6, 0, 0, 0};  // 8 bits, RGB with alpha, not interlaced
-    const Buffer width = bigEndian(static_cast<std::uint64_t>(picture.width));
-    const Buffer height = bigEndian(static_cast<std::uint64_t>(picture.height));
+    const Buffer width = bigEndian(static_cast<std::uint64_t>(picture.width()));
+    const Buffer height = bigEndian(static_cast<std::uint64_t>(picture.height()));
     if (Result<void> written = writeChunk("IHDR", {width, height, kKind}, output); !written)
         return written;
     constexpr std::array<std::uint8_t, 1> kPerceptual = {0};
@@ -202,20 +177,45 @@ Result<void> writeHead(BitmapView picture, const Output& output) {
 /// Packs the bands a few at a time and hands them out in order.
 class BandWriter {
  public:
-    BandWriter(BitmapView picture, foundation::Workers& workers, const Output& output)
+    BandWriter(const PictureRows& picture, foundation::Workers& workers, const Output& output)
         : picture_(picture), workers_(workers), output_(output) {
-        const auto rowSize = static_cast<std::size_t>(picture.width) * kBytesPerPixel;
+        const auto rowSize = static_cast<std::size_t>(picture.width()) * kBytesPerPixel;
         rowsPerBand_ = static_cast<int>(std::clamp<std::size_t>(kBandBytes / rowSize, 1, 1U << 20));
-        bands_ = (picture.height + rowsPerBand_ - 1) / rowsPerBand_;
+        bands_ = (picture.height() + rowsPerBand_ - 1) / rowsPerBand_;
     }
 
     Result<void> writeAll() {
-        lookForRepeats();
+        for (int first = 0; first < bands_; first += kBandsPerLot) {
+            if (Result<void> written = writeLot(first, std::min(first + kBandsPerLot, bands_)); !written)
+                return written;
+        }
+        return {};
+    }
+
+ private:
+    // A sample costs as much as a fifth of a band, so several bands share one.
+    static constexpr int kBandsPerSample = 8;
+    static constexpr int kPixelsPerPiece = 512;  // of a sample, from one band
+    // Rows that have to be made are made for so many bands at a time.
+    static constexpr int kBandsPerLot = 8 * kBandsPerSample;
+
+    Result<void> writeLot(int begin, int end) {
+        // The filters of a row look at the one above it. The first lot has none there, and one too many below
+        // in its place: lots alike in size fit the same room.
+        firstRow_ = std::max(begin * rowsPerBand_ - 1, 0);
+        const int endRow = std::min(firstRow_ + kBandsPerLot * rowsPerBand_ + 1, picture_.height());
+        const Result<BitmapView> rows = picture_.rows(firstRow_, endRow, room_);
+        if (!rows)
+            return rows.error();
+        rows_ = *rows;
+        lookForRepeats(begin, end);
         const int atOnce = workers_.width() * 4;
-        for (int first = 0; first < bands_; first += atOnce) {
-            std::vector<Band> group(static_cast<std::size_t>(std::min(atOnce, bands_ - first)));
-            workers_.run(static_cast<int>(group.size()),
-                         [&](int i) { group[static_cast<std::size_t>(i)] = packed(first + i); });
+        for (int first = begin; first < end; first += atOnce) {
+            std::vector<Band> group(static_cast<std::size_t>(std::min(atOnce, end - first)));
+            workers_.run(static_cast<int>(group.size()), [&](int i) {
+                const bool search = repeats_[static_cast<std::size_t>((first + i - begin) / kBandsPerSample)];
+                group[static_cast<std::size_t>(i)] = packed(first + i, search);
+            });
             for (std::size_t i = 0; i < group.size(); ++i) {
                 if (Result<void> written = write(group[i], first + static_cast<int>(i)); !written)
                     return written;
@@ -224,23 +224,46 @@ class BandWriter {
         return {};
     }
 
- private:
-    // A sample costs as much as a fifth of a band, so several bands share one.
-    static constexpr int kBandsPerSample = 8;
-
-    void lookForRepeats() {
-        repeats_.resize(static_cast<std::size_t>((bands_ + kBandsPerSample - 1) / kBandsPerSample));
+    /// In the bands `begin` to `end`, which are those of a lot.
+    void lookForRepeats(int begin, int end) {
+        repeats_.resize(static_cast<std::size_t>((end - begin + kBandsPerSample - 1) / kBandsPerSample));
         workers_.run(static_cast<int>(repeats_.size()), [&](int i) {
-            const int band = std::min(i * kBandsPerSample + kBandsPerSample / 2, bands_ - 1);
-            const int first = band * rowsPerBand_;
-            const auto rowSize = static_cast<std::size_t>(picture_.width) * kBytesPerPixel;
-            const int rows = std::min({static_cast<int>(std::max<std::size_t>(kSampleBytes / rowSize, 1)),
-                                       rowsPerBand_, picture_.height - first});
-            repeats_[static_cast<std::size_t>(i)] = whether([&] {
-                const PixelBuffer sample = filteredRows(picture_, first, first + rows);
-                return sample && repeats(viewOf(sample, picture_, rows));
-            });
+            const int first = begin + i * kBandsPerSample;
+            repeats_[static_cast<std::size_t>(i)] =
+                whether([&] { return repeat(first, std::min(first + kBandsPerSample, end)); });
         });
+    }
+
+    /// Told from a piece of every band, each further to the right: the margins of a cut-out are clear, and
+    /// tell nothing of the rest.
+    [[nodiscard]] bool repeat(int begin, int end) const {
+        const int width = picture_.width();
+        const int piece = std::min(width, kPixelsPerPiece);
+        const std::size_t pieceSize = kBytesPerPixel * static_cast<std::size_t>(piece);
+        const std::size_t rowSize = 1 + kBytesPerPixel * static_cast<std::size_t>(width);
+        Buffer sample;
+        for (int band = begin; band < end; ++band) {
+            const int first = band * rowsPerBand_;
+            const int rows = std::min(rowsPerBand_, picture_.height() - first);
+            const int taken = std::min(std::max(kPixelsPerPiece / width, 1), rows);
+            const PixelBuffer part = filtered(first + (rows - taken) / 2, taken);
+            if (!part)
+                return false;
+            const auto column = static_cast<std::size_t>(std::int64_t{band - begin} * (width - piece) /
+                                                         (kBandsPerSample - 1));
+            for (std::size_t i = 0; i < static_cast<std::size_t>(taken); ++i) {
+                const std::uint8_t* const row = part.data() + i * rowSize;
+                const std::uint8_t* const from = row + 1 + kBytesPerPixel * column;
+                sample.push_back(*row);
+                sample.insert(sample.end(), from, from + pieceSize);
+            }
+        }
+        return repeats({sample, static_cast<std::size_t>(piece)});
+    }
+
+    /// Of the whole picture's rows, `count` from `first` on.
+    [[nodiscard]] PixelBuffer filtered(int first, int count) const {
+        return filteredRows(rows_, first - firstRow_, first - firstRow_ + count);
     }
 
     /// A task must not throw: false where memory is refused.
@@ -253,18 +276,17 @@ class BandWriter {
         }
     }
 
-    Band packed(int index) const {
+    [[nodiscard]] Band packed(int index, bool search) const {
         const int first = index * rowsPerBand_;
-        const int count = std::min(rowsPerBand_, picture_.height - first);
+        const int count = std::min(rowsPerBand_, picture_.height() - first);
         Band band;
         whether([&] {
-            const PixelBuffer buffer = filteredRows(picture_, first, first + count);
+            const PixelBuffer buffer = filtered(first, count);
             if (!buffer)
                 return false;
-            const kernels::FilteredRows rows = viewOf(buffer, picture_, count);
+            const kernels::FilteredRows rows = viewOf(buffer, rows_, count);
             band.size = rows.bytes.size();
             band.checksum = libdeflate_adler32(1, rows.bytes.data(), rows.bytes.size());
-            const bool search = repeats_[static_cast<std::size_t>(index / kBandsPerSample)] != 0;
             band.packed = search ? packSearching(rows) : kernels::packPixels(rows);
             return true;
         });
@@ -285,19 +307,22 @@ class BandWriter {
                           output_);
     }
 
-    BitmapView picture_;
+    const PictureRows& picture_;
     foundation::Workers& workers_;
     const Output& output_;
     int rowsPerBand_ = 1;
     int bands_ = 1;
-    std::vector<std::uint8_t> repeats_;  // of kBandsPerSample bands each
+    foundation::Bitmap room_;
+    BitmapView rows_;  // of the lot at hand, from firstRow_ on
+    int firstRow_ = 0;
+    std::vector<std::uint8_t> repeats_;  // of kBandsPerSample bands of the lot each
     uLong checksum_ = 1;
 };
 
 }  // namespace
 
-Result<void> PngEncoder::encodePng(BitmapView picture, const Output& output) {
-    if (picture.isEmpty())
+Result<void> PngEncoder::encodePng(const PictureRows& picture, const Output& output) {
+    if (picture.width() <= 0 || picture.height() <= 0)
         return Error{"there is no picture to write"};
     try {
         if (Result<void> written = writeHead(picture, output); !written)

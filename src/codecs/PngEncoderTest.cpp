@@ -182,5 +182,47 @@ TEST_F(PngEncoderTest, EmptyPictureIsAnError) {
     EXPECT_FALSE(encoder_.encodePng({}, [](auto) { return Result<void>(); }));
 }
 
+/// A picture of which no more than the rows that were asked for is there at a time.
+class RowsOnDemand final : public cutengine::PictureRows {
+ public:
+    RowsOnDemand(BitmapView source, int rowsThatFit) : source_(source), rowsThatFit_(rowsThatFit) {}
+
+    [[nodiscard]] int width() const override { return source_.width; }
+    [[nodiscard]] int height() const override { return source_.height; }
+    [[nodiscard]] Result<BitmapView> rows(int first, int end, Bitmap& room) const override {
+        if (end - first > rowsThatFit_)
+            return Error{"too many rows at a time"};
+        room = Bitmap::create(source_.width, end - first, source_.alphaMode).value();
+        copyPixels(subview(source_, {0, first, source_.width, end - first}), room.view());
+        return BitmapView(room.view());
+    }
+
+ private:
+    BitmapView source_;
+    int rowsThatFit_;
+};
+
+TEST_F(PngEncoderTest, PictureMadeByTheRowGivesTheSameFileInThirtyTwoMegabytes) {
+    const Bitmap picture = pattern(4000, 2300);
+    const int fitting = (32 << 20) / (4000 * 4) + 1;
+    samples::Buffer file;
+    const Result<void> outcome =
+        encoder_.encodePng(RowsOnDemand(picture.view(), fitting), [&](std::span<const std::uint8_t> bytes) {
+            file.insert(file.end(), bytes.begin(), bytes.end());
+            return Result<void>();
+        });
+    ASSERT_TRUE(outcome) << outcome.error().message;
+    EXPECT_EQ(file, encoded(picture.view()));
+    EXPECT_TRUE(samePixels(samples::readByLibpng(file).view(), picture.view()));
+}
+
+TEST_F(PngEncoderTest, RowsThatCannotBeMadeEndTheEncoding) {
+    const Bitmap picture = pattern(100, 100);
+    const Result<void> outcome = encoder_.encodePng(
+        RowsOnDemand(picture.view(), 10), [](std::span<const std::uint8_t>) { return Result<void>(); });
+    ASSERT_FALSE(outcome);
+    EXPECT_EQ(outcome.error().message, "too many rows at a time");
+}
+
 }  // namespace
 }  // namespace trimora::codecs

@@ -16,7 +16,7 @@ namespace trimora::cutengine {
 
 /// A picture made ready to be drawn at any size: its best bitmap and the smaller copies of it.
 struct DrawablePicture {
-    PicturePtr picture;
+    PicturePtr picture;  ///< none where the copies alone are kept
     kernels::MipPyramid pyramid;
 };
 

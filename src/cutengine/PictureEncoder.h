@@ -4,6 +4,7 @@
 #include <functional>
 #include <span>
 
+#include "cutengine/PictureRows.h"
 #include "foundation/Bitmap.h"
 #include "foundation/Result.h"
 
@@ -19,10 +20,14 @@ class PictureEncoder {
     PictureEncoder(const PictureEncoder&) = delete;
     PictureEncoder& operator=(const PictureEncoder&) = delete;
 
-    /// The picture as a PNG of 8 bits a sample, RGB with alpha, in sRGB. A premultiplied view is
-    /// un-premultiplied on the way; a straight one is written as it stands.
-    [[nodiscard]] virtual foundation::Result<void> encodePng(foundation::BitmapView picture,
+    /// The picture as a PNG of 8 bits a sample, RGB with alpha, in sRGB. Premultiplied rows are
+    /// un-premultiplied on the way; straight ones are written as they stand.
+    [[nodiscard]] virtual foundation::Result<void> encodePng(const PictureRows& picture,
                                                              const Output& output) = 0;
+
+    [[nodiscard]] foundation::Result<void> encodePng(foundation::BitmapView picture, const Output& output) {
+        return encodePng(BitmapRows(picture), output);
+    }
 
  protected:
     PictureEncoder() = default;

@@ -15,6 +15,7 @@
 #include "cutengine/Layer.h"
 #include "cutengine/MaskPainter.h"
 #include "cutengine/Picture.h"
+#include "cutengine/ResultRows.h"
 #include "cutengine/StrokeBuilder.h"
 #include "foundation/Clock.h"
 #include "foundation/NotificationCenter.h"
@@ -71,6 +72,10 @@ class RKImageCutView {
     /// Background and masked picture flattened to one picture of the picture's size, in straight
     /// alpha; none where there is no picture or no memory. Zoom and position play no part.
     [[nodiscard]] PicturePtr getResult();
+
+    /// The same as it is at this moment, to be composed part by part on any thread while the view goes on;
+    /// a blurred background is made as it is needed. The view's queues must outlive it.
+    [[nodiscard]] std::shared_ptr<const ResultRows> resultRows();
 
     // ── The brush ──────────────────────────────────────────────────────────────────────────────
     static constexpr float kSmallestBrush = 10;
@@ -233,7 +238,7 @@ class RKImageCutView {
     [[nodiscard]] Cursor brushCursor() const;
     void startBlur();
     void showBlur(std::uint64_t request, std::shared_ptr<const DrawablePicture> blurred);
-    void finishPendingBlur();
+    [[nodiscard]] ResultBackground resultBackground();
 
     Services services_;
     CutViewHost& host_;

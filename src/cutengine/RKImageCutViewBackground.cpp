@@ -5,54 +5,47 @@
 #include "cutengine/RKImageCutView.h"
 #include "cutengine/imageutil/FilterImage.h"
 #include "cutengine/imageutil/PictureActions.h"
-#include "cutengine/kernels/ResultComposer.h"
-#include "foundation/Log.h"
 
 namespace trimora::cutengine {
 
-using foundation::Bitmap;
 using foundation::Pixel;
-using foundation::Result;
-
-namespace {
-
-/// What the background plane's layer shows, as the composer takes it. The contents are borrowed.
-kernels::Background backgroundOf(const Layer& layer, const LayerContents& contents) {
-    kernels::Background background;
-    if (layer.isHidden())
-        return background;
-    if (const auto* colour = std::get_if<Pixel>(&contents)) {
-        background.kind = kernels::Background::Kind::colour;
-        background.colour = *colour;
-    } else if (const auto* blurred = std::get_if<std::shared_ptr<const DrawablePicture>>(&contents)) {
-        background.kind = kernels::Background::Kind::picture;
-        background.picture = (*blurred)->pyramid.level(0);
-    }
-    return background;
-}
-
-}  // namespace
 
 PicturePtr RKImageCutView::getResult() {
+    const auto rows = resultRows();
+    return rows ? rows->whole() : nullptr;
+}
+
+std::shared_ptr<const ResultRows> RKImageCutView::resultRows() {
     if (!image_ || !image_->isValid())
         return nullptr;
-    finishPendingBlur();
-    const int width = image_->pixelWidth();
-    const int height = image_->pixelHeight();
-    Result<Bitmap> result = Bitmap::create(width, height, foundation::AlphaMode::straight);
-    if (!result) {
-        foundation::log::warning("no result: %s", result.error().message.c_str());
-        return nullptr;
-    }
-
-    const LayerContents behind = bluredLayer_->contents();
-    const kernels::MaskSnapshotPtr shownMask = mask();
-    const PicturePtr whole = resize(image_, width, height, services_.queues.workers());
+    const PicturePtr whole =
+        resize(image_, image_->pixelWidth(), image_->pixelHeight(), services_.queues.workers());
     if (!whole)
         return nullptr;
-    kernels::composeResult(whole->bestRepresentation()->view(), shownMask.get(),
-                           backgroundOf(*bluredLayer_, behind), result->view(), services_.queues.workers());
-    return Picture::create(std::move(*result));
+    return std::make_shared<const ResultRows>(whole->bestRepresentation(), mask(), resultBackground(),
+                                              services_.queues.workers());
+}
+
+/// What the background plane's layer shows, or will show when its blur is done.
+ResultBackground RKImageCutView::resultBackground() {
+    using Kind = ResultBackground::Kind;
+    if (bluredLayer_->isHidden())
+        return {};
+    if (!blurPending_) {
+        const LayerContents contents = bluredLayer_->contents();
+        if (const auto* colour = std::get_if<Pixel>(&contents))
+            return {Kind::colour, *colour, nullptr};
+        const auto* blurred = std::get_if<std::shared_ptr<const DrawablePicture>>(&contents);
+        if (blurred == nullptr)
+            return {};
+        if ((*blurred)->picture)
+            return {Kind::picture, {}, (*blurred)->picture->bestRepresentation()};
+    }
+    const BitmapPtr sharp = image_->bestRepresentation();
+    if (sharp->width() == image_->pixelWidth() && sharp->height() == image_->pixelHeight())
+        return {Kind::blurred, {}, sharp};
+    const PicturePtr copy = blurredCopy(image_, services_.queues.workers());
+    return copy ? ResultBackground{Kind::picture, {}, copy->bestRepresentation()} : ResultBackground();
 }
 
 void RKImageCutView::setBlurOn(bool on) {
@@ -93,7 +86,7 @@ void RKImageCutView::startBlur() {
                                               request = blurRequest_, &main = services_.queues.mainQueue(),
                                               &workers = services_.queues.workers()] {
         const auto blur = [&] {
-            auto blurred = makeDrawable(blurredCopy(picture, workers), workers);
+            auto blurred = blurredDrawable(picture, workers);
             main.async([this, alive, request, blurred = std::move(blurred)]() mutable {
                 if (!alive.expired())
                     showBlur(request, std::move(blurred));
@@ -109,16 +102,6 @@ void RKImageCutView::showBlur(std::uint64_t request, std::shared_ptr<const Drawa
     blurPending_ = false;
     bluredLayer_->setContents(blurred ? LayerContents(std::move(blurred)) : LayerContents());
     needsDisplay();
-}
-
-/// A result that is asked for while its blur is still being made waits for it.
-void RKImageCutView::finishPendingBlur() {
-    if (!blurPending_ || bluredLayer_->isHidden())
-        return;
-    foundation::Workers& workers = services_.queues.workers();
-    auto blurred = makeDrawable(blurredCopy(image_, workers), workers);
-    showBlur(blurRequest_, std::move(blurred));
-    ++blurRequest_;
 }
 
 }  // namespace trimora::cutengine

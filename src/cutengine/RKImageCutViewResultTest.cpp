@@ -1,6 +1,7 @@
 #include <gmock/gmock.h>
 
 #include "cutengine/CutViewForTests.h"
+#include "cutengine/imageutil/FilterImage.h"
 
 namespace trimora::cutengine {
 namespace {
@@ -138,6 +139,46 @@ TEST_F(ResultTest, ZoomAndPositionPlayNoPart) {
     view.scrollWheel({{10, 10}, 100});
     const PicturePtr after = view.getResult();
     EXPECT_TRUE(samePixels(before->bestRepresentation()->view(), after->bestRepresentation()->view()));
+}
+
+/// So large that its blur is not kept whole: 15,900 x 100, every column another shade.
+PicturePtr longPicture() {
+    Bitmap bitmap = Bitmap::create(15'900, 100, foundation::AlphaMode::opaque).value();
+    for (int y = 0; y < 100; ++y) {
+        for (int x = 0; x < 15'900; ++x) {
+            const auto shade = static_cast<std::uint8_t>(x * 7 + y * y);
+            bitmap.setPixel(x, y, {shade, static_cast<std::uint8_t>(x / 50), 90, 255});
+        }
+    }
+    return Picture::create(std::move(bitmap));
+}
+
+TEST_F(ResultTest, BlurThatIsNotKeptWholeIsExactInTheResultWhetherItIsDoneOrNot) {
+    const PicturePtr picture = longPicture();
+    view.setImage(picture);
+    view.loadMask(Bitmap::createFilled(4, 4, {}).value());
+    queues.settle();
+    view.setBlurOn(true);
+    const BitmapPtr early = view.getResult()->bestRepresentation();
+    queues.settle();
+    const BitmapPtr late = view.getResult()->bestRepresentation();
+    const BitmapPtr blurred = blurredCopy(picture, queues.workers())->bestRepresentation();
+    EXPECT_TRUE(samePixels(early->view(), blurred->view()));
+    EXPECT_TRUE(samePixels(late->view(), blurred->view()));
+}
+
+TEST_F(ResultTest, RowsStayAsTheResultWasWhenTheyWereTaken) {
+    load(400, 300);
+    view.setBlurOn(true);
+    queues.settle();
+    const BitmapPtr before = view.getResult()->bestRepresentation();
+    const auto rows = view.resultRows();
+    stroke({kMiddle});
+    view.setBrushColor(Colour{1, 0, 0, 1});
+    view.setBlurOn(false);
+    ASSERT_FALSE(samePixels(view.getResult()->bestRepresentation()->view(), before->view()));
+    view.setImage(nullptr);
+    EXPECT_TRUE(samePixels(rows->whole()->bestRepresentation()->view(), before->view()));
 }
 
 TEST_F(ResultTest, FrameShowsThePictureTheCutAndTheCheckerboard) {

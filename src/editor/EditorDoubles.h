@@ -61,8 +61,9 @@ class FakeEncoder final : public cutengine::PictureEncoder {
         return "picture " + std::to_string(width) + "x" + std::to_string(height);
     }
 
-    foundation::Result<void> encodePng(foundation::BitmapView picture, const Output& output) override {
-        for (const char byte : bytesFor(picture.width, picture.height)) {
+    using PictureEncoder::encodePng;
+    foundation::Result<void> encodePng(const cutengine::PictureRows& picture, const Output& output) override {
+        for (const char byte : bytesFor(picture.width(), picture.height())) {
             const auto octet = static_cast<std::uint8_t>(byte);
             if (auto written = output({&octet, 1}); !written)
                 return written;

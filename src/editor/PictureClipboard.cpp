@@ -19,13 +19,12 @@ using cutengine::PicturePtr;
 using foundation::Bitmap;
 using foundation::Result;
 
-Result<QByteArray> pngBytes(cutengine::PictureEncoder& encoder, const Picture& picture) {
+Result<QByteArray> pngBytes(cutengine::PictureEncoder& encoder, const cutengine::PictureRows& picture) {
     QByteArray bytes;
-    const auto encoded =
-        encoder.encodePng(picture.bestRepresentation()->view(), [&bytes](auto piece) -> Result<void> {
-            bytes.append(reinterpret_cast<const char*>(piece.data()), static_cast<qsizetype>(piece.size()));
-            return {};
-        });
+    const auto encoded = encoder.encodePng(picture, [&bytes](auto piece) -> Result<void> {
+        bytes.append(reinterpret_cast<const char*>(piece.data()), static_cast<qsizetype>(piece.size()));
+        return {};
+    });
     if (!encoded)
         return encoded.error();
     return bytes;
@@ -57,7 +56,8 @@ void PictureClipboard::copy(const PicturePtr& result) {
     copying_ = std::make_shared<int>();
     services_.queues.backgroundQueue().async(
         [this, result, services = services_, current = std::weak_ptr(copying_)] {
-            auto png = std::make_shared<Result<QByteArray>>(pngBytes(services.encoder, *result));
+            auto png = std::make_shared<Result<QByteArray>>(
+                pngBytes(services.encoder, cutengine::BitmapRows(result->bestRepresentation()->view())));
             services.queues.mainQueue().async([this, result, png, current] {
                 if (!current.expired())
                     place(result, *png);

@@ -18,7 +18,7 @@ namespace trimora::editor {
 
 /// The picture as PNG bytes in memory, or why not. Any thread.
 [[nodiscard]] foundation::Result<QByteArray> pngBytes(cutengine::PictureEncoder& encoder,
-                                                      const cutengine::Picture& picture);
+                                                      const cutengine::PictureRows& picture);
 
 /// The image's pixels as a picture, in sRGB; none where it is empty or there is no memory.
 [[nodiscard]] cutengine::PicturePtr pictureOf(const QImage& image);

@@ -8,7 +8,7 @@
 namespace trimora::editor {
 
 using cutengine::PictureEncoder;
-using cutengine::PicturePtr;
+using cutengine::PictureRows;
 using foundation::Result;
 using std::filesystem::path;
 
@@ -16,12 +16,11 @@ namespace {
 
 constexpr const char* kFolderKey = "saveFolder";
 
-Result<void> writePng(PictureEncoder& encoder, const cutengine::Picture& picture, const path& target) {
+Result<void> writePng(PictureEncoder& encoder, const PictureRows& picture, const path& target) {
     auto file = files::AtomicFile::create(target);
     if (!file)
         return file.error();
-    const auto pixels = picture.bestRepresentation(picture.size().width, picture.size().height);
-    auto encoded = encoder.encodePng(pixels->view(), [&file](auto bytes) { return file->write(bytes); });
+    auto encoded = encoder.encodePng(picture, [&file](auto bytes) { return file->write(bytes); });
     if (!encoded)
         return encoded;
     return file->commit();
@@ -69,22 +68,23 @@ void SaveFlow::pictureWillGo() {
     for (const auto& open : questions_) {
         const auto question = open.lock();
         if (question && question->isOpen && question->result == nullptr)
-            question->result = view_.getResult();
+            question->result = view_.resultRows();
     }
 }
 
 void SaveFlow::answer(const path& file, const Question& question) {
-    const PicturePtr result = question.result != nullptr ? question.result : view_.getResult();
+    const auto result = question.result != nullptr ? question.result : view_.resultRows();
     if (confirmed_)
         confirmed_();
     write(result, file, question.whenSaved);
 }
 
 void SaveFlow::saveTo(const path& file) {
-    write(view_.getResult(), file);
+    write(view_.resultRows(), file);
 }
 
-void SaveFlow::write(const PicturePtr& result, const path& file, const std::function<void()>& whenSaved) {
+void SaveFlow::write(const std::shared_ptr<const PictureRows>& result, const path& file,
+                     const std::function<void()>& whenSaved) {
     folder_ = file.parent_path();
     if (services_.settings != nullptr)
         services_.settings->setText(kFolderKey, folder_.string());

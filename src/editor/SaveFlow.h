@@ -24,10 +24,10 @@ namespace trimora::editor {
 /// How the result leaves the editor: a panel asks where to, and a PNG is written there, whatever ending
 /// the person gave the name.
 ///
-/// The result is taken at the moment of the panel's answer; encoding and writing run on the background
-/// queue while the person goes on. The file is written whole or not at all: where that fails the person
-/// is told once, and an old file of the name is as it was. Where the picture leaves the view before the
-/// panel is answered, what is written is the result that it had (see pictureWillGo()).
+/// The result is that of the moment of the panel's answer; composing, encoding and writing run on the
+/// background queue while the person goes on. The file is written whole or not at all: where that fails the
+/// person is told once, and an old file of the name is as it was. Where the picture leaves the view before
+/// the panel is answered, what is written is the result that it had (see pictureWillGo()).
 ///
 /// Main thread only. The services outlive the background queue's work. A flow that goes finishes the
 /// writing that it began, without a word.
@@ -73,12 +73,12 @@ class SaveFlow {
     /// A panel, and the result of a picture that left the view while it was open.
     struct Question {
         bool isOpen = true;
-        cutengine::PicturePtr result;
+        std::shared_ptr<const cutengine::PictureRows> result;
         std::function<void()> whenSaved;
     };
     [[nodiscard]] std::filesystem::path folderToBeginIn(const std::filesystem::path& folder) const;
     void answer(const std::filesystem::path& file, const Question& question);
-    void write(const cutengine::PicturePtr& result, const std::filesystem::path& file,
+    void write(const std::shared_ptr<const cutengine::PictureRows>& result, const std::filesystem::path& file,
                const std::function<void()>& whenSaved = {});
     void finish(const std::filesystem::path& file, const std::string& problem,
                 const std::function<void()>& whenSaved);

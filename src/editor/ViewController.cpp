@@ -195,7 +195,7 @@ void ViewController::connectMiniMap() {
     MiniMap& map = *screen_->outlets().miniMap;
     map.onCentreWanted([this](foundation::Point share) { parts_->zoom.centreOn(share); });
     map.setResultSupply([this]() -> OutgoingPicture {
-        const cutengine::PicturePtr result = cutView().getResult();
+        const auto result = cutView().resultRows();
         if (result == nullptr)
             return {};
         auto png = pngBytes(services_.encoder, *result);

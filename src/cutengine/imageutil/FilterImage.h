@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "cutengine/Layer.h"
 #include "cutengine/Picture.h"
 #include "foundation/Bitmap.h"
 #include "foundation/Geometry.h"
@@ -44,7 +45,16 @@ class FilterImage {
     foundation::IntRect part_;  ///< of bitmap_, top row first
 };
 
-/// The blurred copy that stands behind a cut-out: a disc of radius (width + height) / 200 pixels.
+/// The radius in pixels of the disc that blurs a picture of this size behind its cut-out.
+[[nodiscard]] double backgroundBlurRadius(double width, double height);
+
+/// The blurred copy that stands behind a cut-out: a disc of backgroundBlurRadius().
 [[nodiscard]] PicturePtr blurredCopy(const PicturePtr& picture, foundation::Workers& workers);
+
+/// The same with its smaller copies, ready to be drawn; none for none, or without memory. Of a large picture
+/// the copies of half its size and less are all there is, which take a quarter of the memory: after a large
+/// disc nothing is so fine that it shows, and a frame drawn from them differs by one level of 255 at most.
+[[nodiscard]] std::shared_ptr<const DrawablePicture> blurredDrawable(const PicturePtr& picture,
+                                                                     foundation::Workers& workers);
 
 }  // namespace trimora::cutengine

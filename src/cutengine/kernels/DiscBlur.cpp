@@ -64,9 +64,11 @@ class Disc {
 /// neighbouring bytes.
 class DiscStrip {
  public:
-    DiscStrip(const Disc& disc, BitmapView from, MutableBitmapView to)
+    /// `to` holds the rows from `firstRow` on.
+    DiscStrip(const Disc& disc, BitmapView from, int firstRow, MutableBitmapView to)
         : disc_(disc),
           from_(from),
+          firstRow_(firstRow),
           to_(to),
           planes_(from.alphaMode == foundation::AlphaMode::opaque ? kComponents - 1 : kComponents),
           held_(2 * disc.reach() + 1),
@@ -157,7 +159,7 @@ class DiscStrip {
         for (std::size_t i = 0; i < planes_; ++i)
             meansOfSums(sums_[i].data(), static_cast<std::int32_t>(disc_.count()), means_[i].data(), width_);
         joinRow({means_[0].data(), means_[1].data(), means_[2].data(), means_[3].data()},
-                to_.row(y) + static_cast<std::size_t>(area.x) * kComponents, area.width);
+                to_.row(y - firstRow_) + static_cast<std::size_t>(area.x) * kComponents, area.width);
     }
 
     void keepLastRows() {
@@ -167,6 +169,7 @@ class DiscStrip {
 
     const Disc& disc_;
     BitmapView from_;
+    int firstRow_;
     MutableBitmapView to_;
     std::size_t planes_;  ///< components worth blurring: an opaque picture's alpha stays 255
     int held_;            ///< rows that the disc covers
@@ -194,7 +197,7 @@ std::int64_t clampedSum(BitmapView from, int y, int first, int last, std::size_t
 
 /// The same blur with no memory and no limit on the radius, sliding along each row in 64 bits; for
 /// discs too large for DiscStrip, which no picture of less than half a million pixels around needs.
-void blurPlainly(const Disc& disc, BitmapView from, MutableBitmapView to, const IntRect& area) {
+void blurPlainly(const Disc& disc, BitmapView from, int firstRow, MutableBitmapView to, const IntRect& area) {
     for (int y = area.y; y < area.bottom(); ++y) {
         for (std::size_t component = 0; component < kComponents; ++component) {
             std::int64_t sum = 0;
@@ -202,7 +205,7 @@ void blurPlainly(const Disc& disc, BitmapView from, MutableBitmapView to, const 
                 sum +=
                     clampedSum(from, y + dy, area.x - disc.extent(dy), area.x + disc.extent(dy), component);
             for (int x = area.x; x < area.right(); ++x) {
-                to.row(y)[static_cast<std::size_t>(x) * kComponents + component] =
+                to.row(y - firstRow)[static_cast<std::size_t>(x) * kComponents + component] =
                     static_cast<std::uint8_t>((2 * sum + disc.count()) / (2 * disc.count()));
                 for (int dy = -disc.reach(); dy <= disc.reach(); ++dy) {
                     const int extent = disc.extent(dy);
@@ -217,9 +220,15 @@ void blurPlainly(const Disc& disc, BitmapView from, MutableBitmapView to, const 
 }  // namespace
 
 void discBlur(BitmapView from, MutableBitmapView to, double radius, foundation::Workers& workers) {
-    assert(from.width == to.width && from.height == to.height);
+    assert(from.height == to.height);
+    discBlurRows(from, 0, to, radius, workers);
+}
+
+void discBlurRows(BitmapView from, int firstRow, MutableBitmapView to, double radius,
+                  foundation::Workers& workers) {
+    assert(from.width == to.width && firstRow >= 0 && firstRow + to.height <= from.height);
     if (!(radius >= 1)) {
-        foundation::copyPixels(from, to);
+        foundation::copyPixels(subview(from, {0, firstRow, to.width, to.height}), to);
         return;
     }
     const Disc disc(radius);
@@ -229,14 +238,15 @@ void discBlur(BitmapView from, MutableBitmapView to, double radius, foundation::
     // are much taller than the disc, whose height each of them reads twice.
     const int strips = (from.width + kStripWidth - 1) / kStripWidth;
     const int wanted = (2 * workers.width() + strips - 1) / strips;
-    const int bands = std::clamp(from.height / (8 * disc.reach()), 1, wanted);
+    const int bands = std::clamp(to.height / (8 * disc.reach()), 1, wanted);
     workers.run(strips * bands, [&](int part) {
         const int x = part % strips * kStripWidth;
-        const auto top = [&](int band) { return static_cast<int>(std::int64_t{band} * from.height / bands); };
+        const auto top = [&](int band) { return static_cast<int>(std::int64_t{band} * to.height / bands); };
         const int y = top(part / strips);
-        const IntRect area{x, y, std::min(kStripWidth, from.width - x), top(part / strips + 1) - y};
-        if (!sumsFit || !std::make_unique<DiscStrip>(disc, from, to)->blur(area))
-            blurPlainly(disc, from, to, area);
+        const IntRect area{x, firstRow + y, std::min(kStripWidth, from.width - x),
+                           top(part / strips + 1) - y};
+        if (!sumsFit || !std::make_unique<DiscStrip>(disc, from, firstRow, to)->blur(area))
+            blurPlainly(disc, from, firstRow, to, area);
     });
 }
 

@@ -14,4 +14,9 @@ namespace trimora::cutengine::kernels {
 void discBlur(foundation::BitmapView from, foundation::MutableBitmapView to, double radius,
               foundation::Workers& workers);
 
+/// The same pixels, but no more than some rows of them: `to` is as wide as `from` and its first row is row
+/// `firstRow` of the whole blur. Each call sums its first row anew, which costs what some rows more would.
+void discBlurRows(foundation::BitmapView from, int firstRow, foundation::MutableBitmapView to, double radius,
+                  foundation::Workers& workers);
+
 }  // namespace trimora::cutengine::kernels

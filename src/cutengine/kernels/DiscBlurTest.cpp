@@ -188,5 +188,23 @@ TEST(DiscBlur, EveryMeanNearAHalfIsRoundedExactly) {
     });
 }
 
+TEST(DiscBlur, SomeRowsAreThoseOfTheWholeBlur) {
+    auto random = testing::seededGenerator();
+    for (int round = 0; round < 20; ++round) {
+        const int width = randomBetween(random, 1, 300);
+        const int height = randomBetween(random, 1, 90);
+        const double radius = std::uniform_real_distribution<>(0.5, 20)(random);
+        const Bitmap picture = randomPicture(random, width, height);
+        const Bitmap whole = blurred(picture.view(), radius);
+        const int first = randomBetween(random, 0, height - 1);
+        const int count = randomBetween(random, 1, height - first);
+        Bitmap rows = Bitmap::create(width, count).value();
+        foundation::ThreadWorkers workers(randomBetween(random, 1, 3));
+        discBlurRows(picture.view(), first, rows.view(), radius, workers);
+        EXPECT_TRUE(samePixels(rows.view(), foundation::subview(whole.view(), {0, first, width, count})))
+            << width << " x " << height << ", " << count << " from " << first << ", radius " << radius;
+    }
+}
+
 }  // namespace
 }  // namespace trimora::cutengine::kernels

@@ -94,5 +94,53 @@ TEST(MipPyramid, NoPictureHasNoLevels) {
     EXPECT_EQ(MipPyramid::build({}, workers).levelCount(), 0);
 }
 
+TEST(MipPyramid, CopiesOfAPictureThatIsNowhereWholeAreTheSame) {
+    auto random = testing::seededGenerator();
+    InlineWorkers workers;
+    // The last is made in more than one go.
+    for (const auto& [width, height] :
+         {std::pair(1, 1), std::pair(7, 4), std::pair(64, 33), std::pair(9000, 941)}) {
+        Bitmap picture = Bitmap::create(width, height).value();
+        const Bitmap patch = randomPicture(random, width, 20);
+        for (int y = 0; y < height; ++y)
+            copyPixels(subview(patch.view(), {0, y % 20, width, 1}),
+                       subview(picture.view(), {0, y, width, 1}));
+        int due = 0;
+        const MipPyramid pyramid = MipPyramid::buildWithoutBase(
+            width, height, AlphaMode::premultiplied,
+            [&](int firstRow, foundation::MutableBitmapView rows) {
+                EXPECT_EQ(firstRow, due);
+                due += rows.height;
+                copyPixels(subview(picture.view(), {0, firstRow, width, rows.height}), rows);
+            },
+            workers);
+        EXPECT_EQ(due, height);
+        const MipPyramid whole = MipPyramid::build(picture.view(), workers);
+        EXPECT_EQ(pyramid.finestLevel(), 1);
+        EXPECT_EQ(whole.finestLevel(), 0);
+        EXPECT_EQ(pyramid.level(0).width, width);
+        EXPECT_EQ(pyramid.level(0).height, height);
+        for (int index = 1; index < whole.levelCount(); ++index)
+            EXPECT_TRUE(samePixels(pyramid.level(index), whole.level(index))) << index;
+        EXPECT_EQ(pyramid.levelCount(), std::max(whole.levelCount(), 2));
+    }
+}
+
+TEST(MipPyramid, OneLevelMadeAloneIsThatOfThePyramid) {
+    auto random = testing::seededGenerator();
+    foundation::ThreadWorkers workers(2);
+    for (int round = 0; round < 12; ++round) {
+        const Bitmap picture =
+            randomPicture(random, randomBetween(random, 1, 300), randomBetween(random, 1, 300));
+        const MipPyramid pyramid = MipPyramid::build(picture.view(), workers);
+        for (int index = 1; index < pyramid.levelCount(); ++index) {
+            const auto level = mipLevel(picture.view(), index, workers);
+            ASSERT_TRUE(level);
+            EXPECT_TRUE(samePixels(level->view(), pyramid.level(index)))
+                << index << " of " << picture.width() << " x " << picture.height();
+        }
+    }
+}
+
 }  // namespace
 }  // namespace trimora::cutengine::kernels

@@ -41,10 +41,14 @@ std::size_t bytes(Span span) {
 /// The background at the picture's size, row by row. One a band of rows.
 class BackgroundRows {
  public:
-    BackgroundRows(const Background& background, int width, int height)
+    /// `firstRow` is the first that is composed.
+    BackgroundRows(const Background& background, int width, int height, int firstRow)
         : background_(background),
-          fits_(background.picture.width == width && background.picture.height == height) {
-        if (background.kind == Background::Kind::picture && fits_)
+          firstRow_(background.kind == Background::Kind::rows ? firstRow : 0),
+          fits_(background.kind == Background::Kind::rows ||
+                (background.kind == Background::Kind::picture && background.picture.width == width &&
+                 background.picture.height == height)) {
+        if (fits_)
             return;
         line_.resize(static_cast<std::size_t>(width) * kPixelBytes);
         if (background.kind == Background::Kind::picture) {
@@ -58,11 +62,10 @@ class BackgroundRows {
     }
 
     [[nodiscard]] const std::uint8_t* row(int y) {
-        if (background_.kind != Background::Kind::picture)
-            return line_.data();
         if (fits_)
-            return background_.picture.row(y);
-        stretchRow(y);
+            return background_.picture.row(y - firstRow_);
+        if (background_.kind == Background::Kind::picture)
+            stretchRow(y);
         return line_.data();
     }
 
@@ -73,6 +76,7 @@ class BackgroundRows {
             case Background::Kind::colour:
                 return background_.colour.alpha == 255;
             case Background::Kind::picture:
+            case Background::Kind::rows:
                 return background_.picture.alphaMode == AlphaMode::opaque;
         }
         return false;
@@ -101,7 +105,8 @@ class BackgroundRows {
     }
 
     const Background& background_;
-    bool fits_;
+    int firstRow_;
+    bool fits_;  ///< its rows are taken as they are
     Stretch across_;
     Stretch down_;
     std::vector<std::uint8_t> line_;
@@ -135,7 +140,7 @@ class SpanComposer {
         if (backgroundHidden_)
             std::memset(result_ + offset(span), 0, bytes(span));
         else if (backgroundOpaque_)
-            std::memcpy(result_ + offset(span), background_ + offset(span), bytes(span));
+            copyBackground(span);
         else
             each(span, [this](int x) { return composedPixel({}, 0, pixelAt(background_, x)); });
     }
@@ -159,6 +164,12 @@ class SpanComposer {
     }
 
  private:
+    /// Where the background lies in the result's own memory it is there already.
+    void copyBackground(Span span) const {
+        if (background_ != result_)
+            std::memcpy(result_ + offset(span), background_ + offset(span), bytes(span));
+    }
+
     template <typename Compose>
     void each(Span span, const Compose& compose) const {
         for (int x = span.begin; x < span.end; ++x)
@@ -190,25 +201,32 @@ void composeRow(const SpanComposer& composer, const StretchedMask& mask, int wid
 
 void composeResult(BitmapView picture, const MaskSnapshot* mask, const Background& background,
                    MutableBitmapView result, foundation::Workers& workers) {
-    assert(picture.width == result.width && picture.height == result.height);
+    assert(picture.height == result.height);
+    composeRows(picture, mask, background, 0, result, workers);
+}
+
+void composeRows(BitmapView picture, const MaskSnapshot* mask, const Background& background, int firstRow,
+                 MutableBitmapView rows, foundation::Workers& workers) {
+    assert(picture.width == rows.width && firstRow >= 0 && firstRow + rows.height <= picture.height);
     const MaskSnapshot::Level* const level = mask != nullptr ? &mask->levels().front() : nullptr;
     const Stretch across = level != nullptr ? Stretch(level->width, picture.width) : Stretch();
     const Stretch down = level != nullptr ? Stretch(level->height, picture.height) : Stretch();
 
     constexpr int kSmallestBand = 64;
-    const int bands = std::clamp(picture.height / kSmallestBand, 1, 4 * workers.width());
+    const int bands = std::clamp(rows.height / kSmallestBand, 1, 4 * workers.width());
     workers.run(bands, [&](int band) {
         const auto top = [&](int index) {
-            return static_cast<int>(std::int64_t{index} * picture.height / bands);
+            return static_cast<int>(std::int64_t{index} * rows.height / bands);
         };
-        BackgroundRows backgroundRows(background, picture.width, picture.height);
+        BackgroundRows backgroundRows(background, picture.width, picture.height, firstRow);
         SpanComposer composer(picture.alphaMode == AlphaMode::opaque,
                               background.kind == Background::Kind::hidden, backgroundRows.isOpaque());
         std::optional<StretchedMask> stretched;
         if (level != nullptr)
             stretched.emplace(*level, across, down, picture.width);
-        for (int y = top(band); y < top(band + 1); ++y) {
-            composer.moveTo(picture.row(y), backgroundRows.row(y), result.row(y));
+        for (int i = top(band); i < top(band + 1); ++i) {
+            const int y = firstRow + i;
+            composer.moveTo(picture.row(y), backgroundRows.row(y), rows.row(i));
             if (stretched) {
                 stretched->moveTo(y);
                 composeRow(composer, *stretched, picture.width);

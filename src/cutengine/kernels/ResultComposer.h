@@ -8,10 +8,12 @@ namespace trimora::cutengine::kernels {
 
 /// What shows where the picture is cut away.
 struct Background {
-    enum class Kind : std::uint8_t { hidden, colour, picture };
+    enum class Kind : std::uint8_t { hidden, colour, picture, rows };
     Kind kind = Kind::hidden;
-    foundation::Pixel colour;        ///< premultiplied; of Kind::colour
-    foundation::BitmapView picture;  ///< of Kind::picture; stretched over the whole picture's rectangle
+    foundation::Pixel colour;  ///< premultiplied; of Kind::colour
+    /// Of Kind::picture: stretched over the whole picture's rectangle. Of Kind::rows: as wide as the picture,
+    /// and only the rows that are composed; it may be the very memory that they are written to.
+    foundation::BitmapView picture;
 };
 
 /// Flattens background and masked picture into `result`, which has the picture's size and is written
@@ -27,5 +29,10 @@ struct Background {
 /// same way as the mask, and rounded. Bands of rows run on `workers`.
 void composeResult(foundation::BitmapView picture, const MaskSnapshot* mask, const Background& background,
                    foundation::MutableBitmapView result, foundation::Workers& workers);
+
+/// The same pixels, but no more than some rows of them: `rows` is as wide as `picture`, which is whole, and
+/// its first row is row `firstRow` of the result.
+void composeRows(foundation::BitmapView picture, const MaskSnapshot* mask, const Background& background,
+                 int firstRow, foundation::MutableBitmapView rows, foundation::Workers& workers);
 
 }  // namespace trimora::cutengine::kernels

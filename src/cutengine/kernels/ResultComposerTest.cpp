@@ -252,5 +252,47 @@ TEST(ResultComposer, BackgroundOfAnotherSizeIsStretchedOverThePicture) {
         EXPECT_EQ(result.pixel(x, 1).green, expected[x]) << x;
 }
 
+/// Rows `first` to `end` composed by themselves, over a background of Kind::rows in their own memory where
+/// `behind` has one.
+Bitmap composedRows(const Bitmap& picture, const MaskSnapshot* mask, Background background,
+                    const Bitmap* behind, int first, int end) {
+    foundation::ThreadWorkers workers(2);
+    Bitmap rows = Bitmap::create(picture.width(), end - first, AlphaMode::straight).value();
+    if (behind != nullptr) {
+        copyPixels(subview(behind->view(), {0, first, rows.width(), rows.height()}), rows.view());
+        background = {Background::Kind::rows, {}, rows.view()};
+        background.picture.alphaMode = behind->alphaMode();
+    }
+    composeRows(picture.view(), mask, background, first, rows.view(), workers);
+    return rows;
+}
+
+TEST(ResultComposer, SomeRowsAreThoseOfTheWholeResult) {
+    auto random = testing::seededGenerator();
+    for (int round = 0; round < 20; ++round) {
+        const int width = randomBetween(random, 1, 150);
+        const int height = randomBetween(random, 1, 400);
+        const auto mode = round % 3 == 0 ? AlphaMode::premultiplied : AlphaMode::opaque;
+        const Bitmap picture = randomPicture(random, width, height, mode);
+        const auto mask = snapshotOf(randomMaskPlane(random, (width + 1) / 2, (height + 1) / 2));
+        const Bitmap opaque = randomPicture(random, width, height, AlphaMode::opaque);
+        const Bitmap translucent = randomPicture(random, width, height);
+        const int first = randomBetween(random, 0, height - 1);
+        const int end = randomBetween(random, first + 1, height);
+        const foundation::IntRect part{0, first, width, end - first};
+        for (const Background& background : backgrounds(opaque, translucent)) {
+            const Bitmap whole = composed(picture, mask.get(), background);
+            EXPECT_TRUE(samePixels(composedRows(picture, mask.get(), background, nullptr, first, end).view(),
+                                   subview(whole.view(), part)));
+        }
+        for (const Bitmap* const behind : {&opaque, &translucent}) {
+            const Bitmap whole =
+                composed(picture, mask.get(), {Background::Kind::picture, {}, behind->view()});
+            EXPECT_TRUE(samePixels(composedRows(picture, mask.get(), {}, behind, first, end).view(),
+                                   subview(whole.view(), part)));
+        }
+    }
+}
+
 }  // namespace
 }  // namespace trimora::cutengine::kernels

@@ -17,7 +17,8 @@ int suitableLevel(const ViewLayerSource& source, int width, int height, int leve
 
 ViewPlane placedPlane(const ViewLayerSource& source) {
     const foundation::BitmapView whole = source.picture->level(0);
-    const int index = suitableLevel(source, whole.width, whole.height, source.picture->levelCount());
+    const int index = std::max(suitableLevel(source, whole.width, whole.height, source.picture->levelCount()),
+                               source.picture->finestLevel());
     const foundation::BitmapView level = source.picture->level(index);
     return {level, placed(source.across, whole.width, index, level.width),
             placed(source.down, whole.height, index, level.height)};

@@ -36,9 +36,9 @@ struct ViewScene {
 ///
 /// Sampling: bilinear between pixel centres, edges repeated, from the level of the pyramid whose
 /// pixels are just finer than the screen's: level k for a zoom (device pixels per pixel of level 0; the
-/// larger one, should they differ across and down) in (2^-(k+1), 2^-k]. A pixel of level k lies where
-/// the 2^k pixels of level 0 lie that it is made of. The mask is sampled in the same way, at its own
-/// level.
+/// larger one, should they differ across and down) in (2^-(k+1), 2^-k], or from the pyramid's finest where
+/// that level is left out. A pixel of level k lies where the 2^k pixels of level 0 lie that it is made of.
+/// The mask is sampled in the same way, at its own level.
 ///
 /// Composing: every layer lies over what is below it, out = p s + b (1 - alpha(p) s), where the share s
 /// is the mask times the part of the device pixel's area inside the picture's rectangle, so that the
