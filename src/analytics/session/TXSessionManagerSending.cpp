@@ -212,12 +212,14 @@ std::optional<std::string> TXSessionManager::getOldestDoneSession() {
     auto done = sessions().allSSIDWithStatus(SessionStatus::done, PropertyValues::fetched, context);
     // Nobody could ask for a session without a name, which would keep all others waiting.
     std::erase_if(done, [](const TXSSID& session) { return !session.name; });
-    // One of the future was written under a wrong clock. In its place among the others it would wait behind
-    // the session without events that each run leaves, and which ends the chain.
-    const double now = std::floor(TXAnalyticsSSIDDataAccessDefault::creationTime());
-    const auto written = [now](const TXSSID& session) {
+    // One far in the future was written under a wrong clock. In its place among the others it would wait
+    // behind the session without events that each run leaves, and which ends the chain, until the clock is
+    // there; one of the next hour need not wait longer than that.
+    constexpr double kNearFuture = 3600;
+    const double latest = std::floor(TXAnalyticsSSIDDataAccessDefault::creationTime()) + kNearFuture;
+    const auto written = [latest](const TXSSID& session) {
         const double second = std::floor(session.changeStatusTime);
-        return second > now ? -std::numeric_limits<double>::infinity() : second;
+        return second > latest ? -std::numeric_limits<double>::infinity() : second;
     };
     const auto oldest = std::min_element(
         done.begin(), done.end(),

@@ -58,12 +58,14 @@ TEST_F(TXSessionManagerTest, NothingHappensBeforeTheFirstStart) {
     EXPECT_THAT(log.lines(), IsEmpty());
 }
 
-TEST_F(TXSessionManagerTest, DoneSessionOfTheFutureGoesBeforeAllOthers) {
+TEST_F(TXSessionManagerTest, DoneSessionOfTheFarFutureGoesBeforeAllOthers) {
     leaveSession("old", 1, 100);
     leaveSession("of this second", 1, 0);
     EXPECT_EQ(manager().getOldestDoneSession(), "old");
-    leaveSession("ahead", 1, -1000);
-    EXPECT_EQ(manager().getOldestDoneSession(), "ahead");
+    leaveSession("of the next hour", 1, -3600);
+    EXPECT_EQ(manager().getOldestDoneSession(), "old");
+    leaveSession("far ahead", 1, -3700);
+    EXPECT_EQ(manager().getOldestDoneSession(), "far ahead");
 }
 
 TEST_F(TXSessionManagerTest, LaterStartPostsDoneSessionsOldestFirstOneSecondApart) {
