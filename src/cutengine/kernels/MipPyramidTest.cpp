@@ -111,7 +111,7 @@ TEST(MipPyramid, CopiesOfAPictureThatIsNowhereWholeAreTheSame) {
             [&](int firstRow, foundation::MutableBitmapView rows) {
                 EXPECT_EQ(firstRow, due);
                 due += rows.height;
-                copyPixels(subview(picture.view(), {0, firstRow, width, rows.height}), rows);
+                copyPixels(subview(picture.view(), {0, firstRow, rows.width, rows.height}), rows);
             },
             workers);
         EXPECT_EQ(due, height);
