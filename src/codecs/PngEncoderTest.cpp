@@ -179,7 +179,7 @@ TEST_F(PngEncoderTest, ErrorOfTheOutputEndsTheEncodingAtEveryPiece) {
 }
 
 TEST_F(PngEncoderTest, EmptyPictureIsAnError) {
-    EXPECT_FALSE(encoder_.encodePng({}, [](auto) { return Result<void>(); }));
+    EXPECT_FALSE(encoder_.encodePng(foundation::BitmapView(), [](auto) { return Result<void>(); }));
 }
 
 /// A picture of which no more than the rows that were asked for is there at a time.
