@@ -109,7 +109,7 @@ class TXSessionManager {
     /// Finds sessions that a process left behind when it was killed, and makes them done.
     void resetAllInactiveSessions();
     /// The done session whose status was written longest ago, in whole seconds; before all others one that
-    /// was written more than an hour in the future, as the clock has it.
+    /// was written more than a day in the future, as the clock has it.
     [[nodiscard]] std::optional<std::string> getOldestDoneSession();
 
  private:

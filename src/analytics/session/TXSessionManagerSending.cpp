@@ -214,8 +214,8 @@ std::optional<std::string> TXSessionManager::getOldestDoneSession() {
     std::erase_if(done, [](const TXSSID& session) { return !session.name; });
     // One far in the future was written under a wrong clock. In its place among the others it would wait
     // behind the session without events that each run leaves, and which ends the chain, until the clock is
-    // there; one of the next hour need not wait longer than that.
-    constexpr double kNearFuture = 3600;
+    // there; one of the next day need not wait longer than that.
+    constexpr double kNearFuture = 86400;
     const double latest = std::floor(TXAnalyticsSSIDDataAccessDefault::creationTime()) + kNearFuture;
     const auto written = [latest](const TXSSID& session) {
         const double second = std::floor(session.changeStatusTime);

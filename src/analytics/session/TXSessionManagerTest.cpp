@@ -62,9 +62,9 @@ TEST_F(TXSessionManagerTest, DoneSessionOfTheFarFutureGoesBeforeAllOthers) {
     leaveSession("old", 1, 100);
     leaveSession("of this second", 1, 0);
     EXPECT_EQ(manager().getOldestDoneSession(), "old");
-    leaveSession("of the next hour", 1, -3600);
+    leaveSession("of the next day", 1, -86400);
     EXPECT_EQ(manager().getOldestDoneSession(), "old");
-    leaveSession("far ahead", 1, -3700);
+    leaveSession("far ahead", 1, -86500);
     EXPECT_EQ(manager().getOldestDoneSession(), "far ahead");
 }
 
