@@ -94,7 +94,7 @@ class DeliveryKills : public TelemetrixTest {
         installOn(dying);
         rememberLaunch();
         Telemetrix::startSession();
-        for (int i = 0; i < 100 || (i < 10'000 && unsent() > 0); ++i) {
+        for (int i = 0; i < 100 || (i < 4'000 && unsent() > 0); ++i) {
             advance(1);
             ::usleep(2'000);
         }
@@ -170,15 +170,21 @@ TEST_F(DeliveryKills, BetweenTheLastByteAndTheDeletionLoseNothing) {
         if (HasFailure())
             return;
     }
-    const Ended last = inOwnProcess([&] {
-        send(kNever);
-        return 0;
-    });
-    EXPECT_EQ(last.text(), "exit 0");
-    noteArrivals();
-    installOn(transport);
-    EXPECT_EQ(unsent(), 0U);
-    quit();
+    // A session without events ends what one start sends; what is left goes with the next.
+    constexpr int kStarts = 6;
+    std::size_t left = 1;
+    for (int start = 0; start < kStarts && left > 0; ++start) {
+        const Ended last = inOwnProcess([&] {
+            send(kNever);
+            return 0;
+        });
+        EXPECT_EQ(last.text(), "exit 0");
+        noteArrivals();
+        installOn(transport);
+        left = unsent();
+        quit();
+    }
+    EXPECT_EQ(left, 0U);
     int again = 0;
     for (const auto& [session, body] : expected_) {
         EXPECT_GE(copies_[session], 1) << session << " never arrived";
