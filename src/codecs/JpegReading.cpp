@@ -22,7 +22,7 @@ constexpr std::uint64_t kPixelsPerByteAtMost = 8 * DCTSIZE2;  // a block takes o
 
 }  // namespace
 
-JpegReading::JpegReading(Bytes file) : file_(file) {
+JpegReading::JpegReading(Bytes file, Bytes rest) : file_(file), rest_(rest) {
     info_.err = jpeg_std_error(&errors_);
     info_.client_data = this;
     errors_.error_exit = [](j_common_ptr info) { from(info).fail(); };
@@ -40,7 +40,7 @@ bool JpegReading::readHeader() {
         return false;
     jpeg_create_decompress(&info_);
     jpeg_mem_src(&info_, file_.data(), file_.size());
-    info_.src->fill_input_buffer = [](j_decompress_ptr info) { return from(info).endOfFile(); };
+    info_.src->fill_input_buffer = [](j_decompress_ptr info) { return from(info).nextPiece(); };
     info_.src->skip_input_data = [](j_decompress_ptr info, long count) { from(info).skip(count); };
     info_.progress = &progress_;
     jpeg_read_header(&info_, TRUE);
@@ -92,6 +92,15 @@ bool JpegReading::canSkip() {
     return jpeg_has_multiple_scans(&info_) == 0 && info_.arith_code == 0;
 }
 
+int JpegReading::groupsPerRow() const {
+    const unsigned width = static_cast<unsigned>(info_.max_h_samp_factor) * DCTSIZE;
+    return static_cast<int>((info_.image_width + width - 1) / width);
+}
+
+int JpegReading::blocksOfGroup(std::size_t component) const {
+    return info_.cur_comp_info[component]->h_samp_factor * info_.cur_comp_info[component]->v_samp_factor;
+}
+
 bool JpegReading::isImplausible() {
     const std::uint64_t pixels = width() * height();
     return pixels > kPixelsNeverDoubted && pixels / kPixelsPerByteAtMost > file_.size() &&
@@ -129,6 +138,15 @@ void JpegReading::notice(int level) {
 void JpegReading::noMoreData() {
     if (!dataEndsAtRow_)
         dataEndsAtRow_ = rowsRead();
+}
+
+boolean JpegReading::nextPiece() {
+    if (rest_.empty())
+        return endOfFile();
+    info_.src->next_input_byte = rest_.data();
+    info_.src->bytes_in_buffer = rest_.size();
+    rest_ = {};
+    return TRUE;
 }
 
 /// The file ends before its picture does: hands the library an end marker, as often as it asks.

@@ -22,7 +22,9 @@ namespace trimora::codecs {
 /// The bytes outlive the reading. One thread at a time; several readings may share the bytes.
 class JpegReading {
  public:
-    explicit JpegReading(Bytes file);
+    explicit JpegReading(Bytes file) : JpegReading(file, {}) {}
+    /// Of a file that lies in memory in two pieces.
+    JpegReading(Bytes file, Bytes rest);
     ~JpegReading();
     JpegReading(const JpegReading&) = delete;
     JpegReading& operator=(const JpegReading&) = delete;
@@ -48,8 +50,11 @@ class JpegReading {
     /// Whether rows can be passed over, at a gain: the file holds the picture from top to bottom, once.
     [[nodiscard]] bool canSkip();
 
-    /// After start(): rows of a row of blocks, as the file holds them.
+    /// After readHeader(): rows of a row of blocks, as the file holds them. A picture's data is groups of
+    /// blocks that cover the same pixels, some of each component.
     [[nodiscard]] int blockRows() const { return info_.max_v_samp_factor * DCTSIZE; }
+    [[nodiscard]] int groupsPerRow() const;
+    [[nodiscard]] int blocksOfGroup(std::size_t component) const;
     [[nodiscard]] int rowsDisturbedBySkipping() const { return 2 * blockRows(); }
 
     /// Whether the file is so short that it cannot even hold the first scan of a very large picture that is
@@ -68,6 +73,10 @@ class JpegReading {
     [[nodiscard]] const std::string& reason() const { return reason_; }
     [[nodiscard]] ColourModel model() const;
 
+    /// After readHeader(): what the library knows, and where in the file the first scan's data begins.
+    [[nodiscard]] const jpeg_decompress_struct& info() const { return info_; }
+    [[nodiscard]] std::size_t dataStart() const { return file_.size() - info_.src->bytes_in_buffer; }
+
  private:
     template <typename Info>
     static JpegReading& from(Info* info) {
@@ -81,12 +90,14 @@ class JpegReading {
     [[noreturn]] void fail(const char* reason);
     void notice(int level);
     void noMoreData();
+    boolean nextPiece();
     boolean endOfFile();
     void skip(long count);
     void checkScans();
     [[nodiscard]] int lastRowWorthReading();
 
     Bytes file_;
+    Bytes rest_;  // what of the second piece the library has not been given
     jpeg_decompress_struct info_{};
     jpeg_error_mgr errors_{};
     jpeg_progress_mgr progress_{};
