@@ -6,14 +6,26 @@ namespace trimora::codecs {
 namespace {
 
 constexpr int kLongest = 16;
-constexpr std::size_t kEnd = 0x00;         // the rest of the block is nothing
+constexpr std::size_t kWholeCodes = std::size_t{1} << kLongest;
 constexpr std::size_t kSixteenOff = 0xF0;  // sixteen numbers are nothing
 
-JpegSteps::Step stepOf(std::size_t symbol, std::uint8_t length) {
-    const auto further = static_cast<std::uint8_t>(symbol & 15);
-    const auto run = static_cast<std::uint8_t>(symbol >> 4);
-    const bool ends = further == 0 && symbol != kSixteenOff;
-    return {length, further, ends ? JpegSteps::kEndOfBlock : static_cast<std::uint8_t>(run + 1)};
+JpegStep stepOf(std::size_t symbol, std::uint8_t length) {
+    const auto number = static_cast<std::uint8_t>(symbol & 15);
+    const auto passed = static_cast<std::uint8_t>(symbol >> 4);
+    const bool ends = number == 0 && symbol != kSixteenOff;
+    return {length, static_cast<std::uint8_t>(length + number),
+            ends ? JpegStep::kEndOfBlock : static_cast<std::uint8_t>(passed + 1)};
+}
+
+/// The code with its first bit where that of the longest is.
+std::size_t wholeCode(const JpegCode& code, std::size_t symbol) {
+    return static_cast<std::size_t>(code.bits[symbol]) << (kLongest - code.lengths[symbol]);
+}
+
+std::uint32_t pairOf(JpegStep first, JpegStep second) {
+    const auto bits = static_cast<std::uint32_t>(first.bits + second.bits);
+    const auto distance = static_cast<std::uint32_t>(first.distance + second.distance);
+    return bits | distance << 8 | std::uint32_t{first.bits} << 16 | std::uint32_t{first.distance} << 24;
 }
 
 }  // namespace
@@ -37,25 +49,43 @@ std::optional<JpegCode> JpegCode::of(const JHUFF_TBL* table) {
 
 JpegSteps::JpegSteps(const JpegCode& code) {
     for (std::size_t symbol = 0; symbol < code.lengths.size(); ++symbol) {
-        const int length = code.lengths[symbol];
-        if (length == 0)
+        if (code.lengths[symbol] > kIndexBits)
+            firstRare_ = std::min(firstRare_, wholeCode(code, symbol));
+    }
+    rare_.resize(kWholeCodes - firstRare_);
+    for (std::size_t symbol = 0; symbol < code.lengths.size(); ++symbol)
+        add(code, symbol);
+    for (std::size_t index = 0; index < steps_.size(); ++index) {
+        const JpegStep first = steps_[index];
+        if (first.codeBits == 0)
             continue;
-        const Step step = stepOf(symbol, code.lengths[symbol]);
-        if (length > kCommonBits) {
-            rare_.push_back({static_cast<std::uint16_t>(code.bits[symbol] << (kLongest - length)), step});
-            continue;
-        }
-        const auto first = static_cast<std::size_t>(code.bits[symbol]) << (kCommonBits - length);
-        std::fill_n(common_.begin() + static_cast<std::ptrdiff_t>(first), 1 << (kCommonBits - length), step);
+        const JpegStep second = steps_[index << first.bits & (steps_.size() - 1)];
+        const bool isKnown = second.codeBits != 0 && first.bits + second.codeBits <= kIndexBits &&
+                             first.distance != JpegStep::kEndOfBlock;
+        pairs_[index] = pairOf(first, isKnown ? second : JpegStep());
     }
 }
 
-JpegSteps::Step JpegSteps::rare(std::uint64_t next) const {
-    for (const Rare& each : rare_) {
-        if (((next >> (64 - kLongest)) ^ each.bits) >> (kLongest - each.step.bits) == 0)
-            return each.step;
-    }
-    return {};
+void JpegSteps::add(const JpegCode& code, std::size_t symbol) {
+    const int length = code.lengths[symbol];
+    if (length == 0)
+        return;
+    const JpegStep step = stepOf(symbol, code.lengths[symbol]);
+    const std::size_t whole = wholeCode(code, symbol);
+    if (length > kIndexBits)
+        std::fill_n(rare_.begin() + static_cast<std::ptrdiff_t>(whole - firstRare_), 1 << (kLongest - length),
+                    step);
+    else
+        std::fill_n(steps_.begin() + static_cast<std::ptrdiff_t>(whole >> (kLongest - kIndexBits)),
+                    1 << (kIndexBits - length), step);
+}
+
+JpegStep JpegSteps::one(std::uint64_t next) const {
+    const JpegStep common = steps_[next >> (64 - kIndexBits)];
+    if (common.codeBits != 0)
+        return common;
+    const std::size_t whole = next >> (64 - kLongest);
+    return whole >= firstRare_ ? rare_[whole - firstRare_] : JpegStep();
 }
 
 }  // namespace trimora::codecs

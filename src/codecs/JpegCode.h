@@ -22,34 +22,41 @@ struct JpegCode {
     [[nodiscard]] bool has(std::size_t symbol) const { return lengths[symbol] != 0; }
 };
 
-/// The same code by what comes next in the data: what a symbol means for somebody who passes over it.
+/// What comes next in the data of a file, for somebody who passes over it.
+struct alignas(4) JpegStep {
+    std::uint8_t codeBits = 0;  ///< 1..16; 0 where no code begins so
+    std::uint8_t bits = 0;      ///< those and the number's that follows the code, 1..31
+    /// How far it leads in its block, as a count of numbers; kEndOfBlock where the block ends with it.
+    std::uint8_t distance = 0;
+
+    static constexpr std::uint8_t kEndOfBlock = 128;
+};
+
+/// A code by what comes next in the data.
 class JpegSteps {
  public:
-    struct alignas(4) Step {
-        std::uint8_t bits = 0;      ///< of the code, 1..16; 0 where no code begins so
-        std::uint8_t further = 0;   ///< bits of the number that follows the code, 0..15
-        std::uint8_t distance = 0;  ///< numbers further in the block, kEndOfBlock or more where it ends here
-    };
-    static constexpr std::uint8_t kEndOfBlock = 128;
+    /// The bits that most codes fit into.
+    static constexpr int kIndexBits = 11;
 
     explicit JpegSteps(const JpegCode& code);
 
-    /// `next` holds the next bits of the data, the first of them the highest; 16 of them or more count.
-    [[nodiscard]] Step at(std::uint64_t next) const {
-        const Step step = common_[next >> (64 - kCommonBits)];
-        return step.bits != 0 ? step : rare(next);
-    }
+    /// The next step. `next` holds the next bits of the data, the first of them the highest; 16 or more
+    /// count.
+    [[nodiscard]] JpegStep one(std::uint64_t next) const;
+
+    /// The next step and, where it is known as well, the one after it, so as to pass over both at once: four
+    /// bytes, from the lowest on the bits of both, the distance of both, the bits of the first and its
+    /// distance. 0 where one() is to be asked.
+    [[nodiscard]] std::uint32_t two(std::uint64_t next) const { return pairs_[next >> (64 - kIndexBits)]; }
 
  private:
-    static constexpr int kCommonBits = 11;
-    struct Rare {
-        std::uint16_t bits;
-        Step step;
-    };
-    [[nodiscard]] Step rare(std::uint64_t next) const;
+    void add(const JpegCode& code, std::size_t symbol);
 
-    std::array<Step, std::size_t{1} << kCommonBits> common_{};
-    std::vector<Rare> rare_;  // what is longer
+    std::array<JpegStep, std::size_t{1} << kIndexBits> steps_{};
+    std::array<std::uint32_t, std::size_t{1} << kIndexBits> pairs_{};
+    // Longer codes, by 16 bits: they are the highest ones, from this one on.
+    std::size_t firstRare_ = std::size_t{1} << 16;
+    std::vector<JpegStep> rare_;
 };
 
 }  // namespace trimora::codecs

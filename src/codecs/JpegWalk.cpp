@@ -1,25 +1,25 @@
 #include "codecs/JpegWalk.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
 
 namespace trimora::codecs {
 namespace {
 
-constexpr int kMostBitsOfAStep = 32;
 constexpr std::uint8_t kMarker = 0xFF;  // in front of a marker, and of a zero where it is data itself
-constexpr int kNumbersOfABlock = DCTSIZE2;
+constexpr unsigned kNumbersOfABlock = DCTSIZE2;
 
-bool holdsMarker(std::uint32_t four) {
-    return ((~four - 0x01010101U) & four & 0x80808080U) != 0;
-}
+constexpr std::size_t kCleanedAtOnce = 1 << 16;
+// 64 numbers of 31 bits, and what refill() reads ahead.
+constexpr std::size_t kMostBytesOfABlock = 64 * 31 / 8 + 16;
 
 /// The number that follows a symbol which says how many bits it has: the lower half of them is negative.
+/// Without branches, as nobody could foretell them.
 int numberOf(std::uint64_t waiting, int bits) {
-    if (bits == 0)
-        return 0;
-    const int value = static_cast<int>(waiting >> (64 - bits));
-    return value >= 1 << (bits - 1) ? value : value - (1 << bits) + 1;
+    const int value = static_cast<int>(waiting >> 1 >> (63 - bits));
+    const int isPositive = -static_cast<int>(waiting >> 63);
+    return value + (~isPositive & (1 - (1 << bits)));
 }
 
 }  // namespace
@@ -38,9 +38,10 @@ std::optional<JpegWalk> JpegWalk::begin(const JpegReading& header, Bytes file) {
             return std::nullopt;
     }
     walk.groupsPerRow_ = header.groupsPerRow();
-    walk.file_ = file.data();
-    walk.bits_.next = file.data() + header.dataStart();
-    walk.bits_.end = file.data() + file.size();
+    walk.file_ = file;
+    walk.clean_.assign(kCleanedAtOnce + 2 * kMostBytesOfABlock, 0);
+    walk.cleanStart_ = walk.cleanEnd_ = header.dataStart();
+    walk.bits_.next = walk.clean_.data();
     return walk;
 }
 
@@ -65,68 +66,97 @@ bool JpegWalk::addBlocksOf(const JpegReading& header, std::size_t component) {
     return true;
 }
 
-/// Makes the waiting bits 32 or more.
 inline void JpegWalk::Bits::refill() {
-    if (count >= kMostBitsOfAStep)
-        return;
-    std::uint32_t four = 0;
-    if (end - next < static_cast<std::ptrdiff_t>(sizeof four)) {
-        refillByByte();
-        return;
-    }
-    std::memcpy(&four, next, sizeof four);
-    if (holdsMarker(four)) {
-        refillByByte();
-        return;
-    }
     static_assert(std::endian::native == std::endian::little);
-    waiting |= static_cast<std::uint64_t>(__builtin_bswap32(four)) << (32 - count);
-    count += 32;
-    next += sizeof four;
+    std::uint64_t eight = 0;
+    std::memcpy(&eight, next, sizeof eight);
+    waiting |= __builtin_bswap64(eight) >> count;
+    next += (63 - count) >> 3;
+    count |= 56;
 }
 
-void JpegWalk::Bits::refillByByte() {
-    for (; count <= 56; count += 8) {
-        if (next == end || (*next == kMarker && (next + 1 == end || next[1] != 0))) {
-            made += 8;
+/// Bytes of the clean piece that have been used, one that was begun not counted.
+std::size_t JpegWalk::bytesUsed() const {
+    return static_cast<std::size_t>(bits_.next - clean_.data()) -
+           static_cast<std::size_t>((bits_.count + 7) / 8);
+}
+
+/// Puts another piece of the data behind what is left of this one. False where more was used than there was.
+bool JpegWalk::clean() {
+    const std::size_t used = bytesUsed();
+    if (used > cleanSize_)
+        return false;
+    const auto start = clean_.begin();
+    const auto usedEnd = start + static_cast<std::ptrdiff_t>(used);
+    cleanStart_ += used + static_cast<std::size_t>(std::count(start, usedEnd, kMarker));
+    std::copy(usedEnd, start + static_cast<std::ptrdiff_t>(cleanSize_), start);
+    bits_.next -= used;
+    cleanSize_ -= used;
+    while (cleanSize_ < kCleanedAtOnce && cleanEnd_ < file_.size()) {
+        const std::uint8_t* const from = file_.data() + cleanEnd_;
+        const std::size_t most = std::min(kCleanedAtOnce - cleanSize_, file_.size() - cleanEnd_);
+        const auto* const marker = static_cast<const std::uint8_t*>(std::memchr(from, kMarker, most));
+        const std::size_t plain = marker == nullptr ? most : static_cast<std::size_t>(marker - from);
+        std::memcpy(clean_.data() + cleanSize_, from, plain);
+        cleanSize_ += plain;
+        cleanEnd_ += plain;
+        if (marker == nullptr)
             continue;
-        }
-        waiting |= static_cast<std::uint64_t>(*next) << (56 - count);
-        next += *next == kMarker ? 2 : 1;
+        if (cleanEnd_ + 1 >= file_.size() || file_[cleanEnd_ + 1] != 0)
+            break;
+        clean_[cleanSize_++] = kMarker;
+        cleanEnd_ += 2;
     }
+    std::fill_n(clean_.begin() + static_cast<std::ptrdiff_t>(cleanSize_), 2 * kMostBytesOfABlock, 0);
+    return true;
 }
 
 inline bool JpegWalk::passBlock(const Block& block, Bits& bits) {
     bits.refill();
-    const JpegSteps::Step mean = block.codes->means.at(bits.waiting);
-    if (mean.bits == 0)
+    const JpegStep mean = block.codes->means.one(bits.waiting);
+    if (mean.codeBits == 0)
         return false;
-    bits.drop(mean.bits);
-    means_[block.component] += numberOf(bits.waiting, mean.further);
-    bits.drop(mean.further);
-    int reached = 1;
+    bits.drop(mean.codeBits);
+    means_[block.component] += numberOf(bits.waiting, mean.bits - mean.codeBits);
+    bits.drop(mean.bits - mean.codeBits);
+    const JpegSteps& rest = block.codes->rest;
+    unsigned reached = 1;
     while (reached < kNumbersOfABlock) {
         bits.refill();
-        const JpegSteps::Step step = block.codes->rest.at(bits.waiting);
-        if (step.bits == 0)
-            return false;
-        bits.drop(step.bits + step.further);
-        reached += step.distance;
+        std::uint32_t step = rest.two(bits.waiting);
+        if (step == 0) {
+            const JpegStep rare = rest.one(bits.waiting);
+            if (rare.codeBits == 0)
+                return false;
+            const std::uint32_t alone = rare.bits | std::uint32_t{rare.distance} << 8;
+            step = alone << 16 | alone;
+        }
+        // The second is of this block only where the first does not end it.
+        const std::uint32_t taken = reached + (step >> 24) < kNumbersOfABlock ? step : step >> 16;
+        bits.drop(static_cast<int>(taken & 0xFF));
+        reached += taken >> 8 & 0xFF;
     }
-    return reached == kNumbersOfABlock || reached >= JpegSteps::kEndOfBlock;
+    return reached == kNumbersOfABlock || reached >= JpegStep::kEndOfBlock;
 }
 
 bool JpegWalk::passRow() {
-    Bits bits = bits_;
+    Bits bits = bits_;  // a copy whose address nobody has: it is to stay in registers
     for (int group = 0; group < groupsPerRow_; ++group) {
         for (const Block& block : blocks_) {
+            const auto taken = static_cast<std::size_t>(bits.next - clean_.data());
+            if (taken + kMostBytesOfABlock > cleanSize_) {
+                bits_ = bits;
+                if (!clean())
+                    return false;
+                bits = bits_;
+            }
             if (!passBlock(block, bits))
                 return false;
         }
     }
     bits_ = bits;
     ++blockRow_;
-    return bits.made <= bits.count;
+    return bytesUsed() <= cleanSize_;
 }
 
 bool JpegWalk::goTo(int blockRow) {
@@ -138,13 +168,11 @@ bool JpegWalk::goTo(int blockRow) {
 }
 
 JpegPlace JpegWalk::place() const {
+    const std::size_t used = bytesUsed();
+    const auto usedEnd = clean_.begin() + static_cast<std::ptrdiff_t>(used);
     JpegPlace place;
-    const int unread = bits_.count - bits_.made;
-    const std::uint8_t* at = bits_.next;
-    for (int byte = 0; byte < (unread + 7) / 8; ++byte)
-        at -= at[-1] == 0 && at[-2] == kMarker ? 2 : 1;
-    place.byte = static_cast<std::size_t>(at - file_);
-    place.bit = (8 - unread % 8) % 8;
+    place.byte = cleanStart_ + used + static_cast<std::size_t>(std::count(clean_.begin(), usedEnd, kMarker));
+    place.bit = (8 - bits_.count % 8) % 8;
     place.means = means_;
     return place;
 }

@@ -37,16 +37,14 @@ class JpegWalk {
     [[nodiscard]] JpegPlace place() const;
 
  private:
-    /// Data with the next bits in front.
+    /// What is next in the data, without what the file puts between its bytes.
     struct Bits {
-        const std::uint8_t* next;
-        const std::uint8_t* end;
+        const std::uint8_t* next;   // of the bytes that are not waiting
         std::uint64_t waiting = 0;  // the first of them the highest
         int count = 0;
-        int made = 0;  // bits at the end of them that the file does not hold
 
+        /// Makes 56 bits or more wait.
         void refill();
-        void refillByByte();
         void drop(int bits) {
             waiting <<= bits;
             count -= bits;
@@ -64,8 +62,14 @@ class JpegWalk {
     [[nodiscard]] bool addBlocksOf(const JpegReading& header, std::size_t component);
     [[nodiscard]] bool passBlock(const Block& block, Bits& bits);
     [[nodiscard]] bool passRow();
+    [[nodiscard]] std::size_t bytesUsed() const;
+    [[nodiscard]] bool clean();
 
-    const std::uint8_t* file_ = nullptr;
+    Bytes file_;
+    std::vector<std::uint8_t> clean_;  // a piece of the data, and zeros
+    std::size_t cleanStart_ = 0;       // where in the file the piece begins,
+    std::size_t cleanEnd_ = 0;         // and ends
+    std::size_t cleanSize_ = 0;        // of the piece without the zeros
     Bits bits_{};
     std::vector<Block> blocks_;  // of one group, whose samples cover the same pixels
     int groupsPerRow_ = 0;

@@ -8,7 +8,7 @@ namespace trimora::codecs {
 namespace {
 
 // What passing over a row costs of reading it. It decides how well more than two parts are balanced.
-constexpr double kPassingShare = 0.45;
+constexpr double kPassingShare = 0.3;
 
 /// How long `parts` parts that are at the same row take for what is left, if one alone took 1.
 double timeOfSeveral(std::size_t parts) {

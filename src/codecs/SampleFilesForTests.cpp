@@ -155,6 +155,7 @@ Buffer jpeg(BitmapView picture, const JpegOptions& options) {
     info.comp_info[0].h_samp_factor = options.across;
     info.comp_info[0].v_samp_factor = options.down;
     info.restart_in_rows = options.restartRows;
+    info.optimize_coding = options.ownCodes ? TRUE : FALSE;
     if (options.progressive)
         jpeg_simple_progression(&info);
     std::vector<jpeg_scan_info> scans;
