@@ -231,9 +231,10 @@ TEST(JpegParts, ThatFindNothingWrongInADamagedFileGiveTheBytesOfOneReading) {
             LowestFirst three(3);
             const Decoded parts = inParts(file, three);
             found += parts.isWhole ? 0 : 1;
-            if (parts.isWhole)
-                EXPECT_TRUE(samePixels(parts.pixels.view(), byOneReading(file).pixels.view()))
-                    << kind.name << ", round " << round;
+            if (!parts.isWhole)
+                continue;
+            EXPECT_TRUE(samePixels(parts.pixels.view(), byOneReading(file).pixels.view()))
+                << kind.name << ", round " << round;
         }
     }
     EXPECT_GT(found, 0);
