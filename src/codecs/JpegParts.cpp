@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <new>
 #include <vector>
 
 #include "codecs/JpegTail.h"
@@ -36,7 +37,11 @@ class Part {
 
     /// Stops all shares where anything is wrong.
     void run() {
-        const bool isSound = index_ == 0 ? readFromTop() : readShareBelow();
+        bool isSound = false;
+        try {
+            isSound = index_ == 0 ? readFromTop() : readShareBelow();
+        } catch (const std::bad_alloc&) {  // of the few kilobytes of a part; one reading may have enough
+        }
         if (!isSound)
             job_.shares.stop();
     }

@@ -22,7 +22,7 @@ struct JpegPlace {
 };
 
 /// Goes through the data of a JPEG file without decoding it, to find where its rows begin: the data says so
-/// nowhere. It only adds up lengths, which takes a quarter of the time of the library's own way.
+/// nowhere. It only adds up lengths, which takes half of the time of the library's own way.
 class JpegWalk {
  public:
     /// A walk from the picture's top; none where the file is of a kind that is not worth the trouble, for
