@@ -10,6 +10,7 @@
 #define HWY_TARGET_INCLUDE "cutengine/kernels/StampRows.cpp"
 #include "hwy/foreach_target.h"  // compiles this file again for every target
 //
+#include "cutengine/kernels/RimCoverage-inl.h"
 #include "cutengine/kernels/StampCoverage-inl.h"
 
 #ifndef TRIMORA_STAMP_ROWS_SHARED
@@ -171,23 +172,84 @@ HWY_INLINE auto hardCover(D d, const StampBatch& batch, std::size_t i, int x, in
     return roundedCover(d, hn::Mul(area, hn::LoadU(d, &batch.scale[i])));
 }
 
-// One pixel under some stamps of the batch, one after another.
-HWY_INLINE std::uint32_t hardPixel(const StampBatch& batch, Range<std::size_t> stamps, int x, int y,
-                                   std::uint32_t old, std::uint32_t fill) {
-    const hn::ScalableTag<double> d;
-    const hn::Rebind<std::int32_t, decltype(d)> d32;
-    StampBatch::Values<std::int32_t> covers;
-    for (std::size_t i = stamps.begin; i < stamps.end; i += hn::Lanes(d))
-        hn::StoreU(hardCover(d, batch, i, x, y), d32, &covers[i]);
-    const std::uint64_t end = spread(fill);
-    std::uint64_t pixel = spread(old);
-    for (std::size_t i = stamps.begin; i < stamps.end; ++i)
-        pixel = mixed(pixel, end, static_cast<std::uint32_t>(covers[i]));
-    return joined(pixel);
-}
+using Covers = StampBatch::Values<std::int32_t>;
+
+// Rim pixels that wait to be painted. Mixing is a chain in which every step waits for the one before: that
+// of several pixels goes on side by side.
+class RimQueue {
+ public:
+    RimQueue(const StampBatch& batch, std::uint32_t fill) : batch_(batch), fill_(spread(fill)) {}
+
+    HWY_INLINE void add(std::uint32_t* pixel, Range<std::size_t> stamps, int x, int y) {
+        const std::size_t k = count_++;
+        pixels_[k] = pixel;
+        steps_[k] = stamps.begin < stamps.end ? stamps.end - stamps.begin : 0;
+        findCovers(stamps, x, y, covers_[k]);
+        if (count_ == kTogether)
+            paint();
+    }
+
+    // Paints all that wait.
+    HWY_INLINE void paint() {
+        std::size_t steps = 0;
+        for (std::size_t k = 0; k < count_; ++k)
+            steps = std::max(steps, steps_[k]);
+        std::uint64_t mixing[kTogether] = {};
+        for (std::size_t k = 0; k < count_; ++k) {
+            mixing[k] = spread(*pixels_[k]);
+            clearFrom(steps_[k], steps, covers_[k]);
+        }
+        for (std::size_t i = 0; i < steps; ++i) {
+            for (std::size_t k = 0; k < kTogether; ++k)
+                mixing[k] = mixed(mixing[k], fill_, static_cast<std::uint32_t>(covers_[k][i]));
+        }
+        for (std::size_t k = 0; k < count_; ++k)
+            *pixels_[k] = joined(mixing[k]);
+        count_ = 0;
+    }
+
+ private:
+    static constexpr std::size_t kTogether = 8;
+
+    static HWY_INLINE void clearFrom(std::size_t begin, std::size_t end, Covers& covers) {
+        const hn::ScalableTag<std::int32_t> d;
+        for (; begin < end; begin += hn::Lanes(d))
+            hn::StoreU(hn::Zero(d), d, &covers[begin]);
+    }
+
+    // The coverage of a pixel by some stamps, and by some beyond.
+    HWY_INLINE void findExactCovers(Range<std::size_t> stamps, int x, int y, std::int32_t* covers) const {
+        const hn::ScalableTag<double> d;
+        const hn::Rebind<std::int32_t, decltype(d)> d32;
+        for (std::size_t i = stamps.begin; i < stamps.end; i += hn::Lanes(d), covers += hn::Lanes(d))
+            hn::StoreU(hardCover(d, batch_, i, x, y), d32, covers);
+    }
+
+    HWY_INLINE void findCovers(Range<std::size_t> stamps, int x, int y, Covers& covers) const {
+#if HWY_TARGET == HWY_SCALAR
+        findExactCovers(stamps, x, y, covers.data());
+#else
+        if (batch_.round.squared <= 0)
+            return findExactCovers(stamps, x, y, covers.data());
+        const std::size_t lanes = hn::Lanes(hn::ScalableTag<float>());
+        std::int32_t* to = covers.data();
+        for (std::size_t i = stamps.begin; i < stamps.end; i += lanes, to += lanes) {
+            if (HWY_UNLIKELY(!rimCover(batch_, i, x, y, to)))
+                findExactCovers({i, std::min(i + lanes, stamps.end)}, x, y, to);
+        }
+#endif
+    }
+
+    const StampBatch& batch_;
+    std::uint64_t fill_;
+    std::size_t count_ = 0;
+    std::uint32_t* pixels_[kTogether] = {};
+    std::size_t steps_[kTogether] = {};
+    Covers covers_[kTogether] = {};
+};
 
 HWY_INLINE void paintHardRow(const PlaneRow& row, const StampBatch& batch, const RowReach& reach,
-                             std::uint32_t fill) {
+                             std::uint32_t fill, RimQueue& queue) {
     const hn::ScalableTag<std::uint32_t> d;
     const int lanes = static_cast<int>(hn::Lanes(d));
     for (int x = reach.pixels.begin; x < reach.pixels.end; x += lanes) {
@@ -198,8 +260,7 @@ HWY_INLINE void paintHardRow(const PlaneRow& row, const StampBatch& batch, const
             const int at = x + std::countr_zero(bits);
             if (at >= reach.pixels.end)
                 break;
-            std::uint32_t& pixel = row.pixels[at];
-            pixel = hardPixel(batch, touching(batch, reach, at, at + 1), at, row.y, pixel, fill);
+            queue.add(row.pixels + at, touching(batch, reach, at, at + 1), at, row.y);
         }
     }
 }
@@ -299,14 +360,16 @@ HWY_INLINE void paintSoftRow(const PlaneRow& row, const StampBatch& batch, const
 void paintImpl(const foundation::MutableBitmapView& plane, const StampBatch& batch,
                const foundation::IntRect& bounds, const StampPaint& paint) {
     RowReach reach;
+    RimQueue rim(batch, paint.fill);
     for (int y = bounds.y; y < bounds.bottom(); ++y) {
         findReach(batch, y, {bounds.x, bounds.right()}, reach);
         const PlaneRow row{reinterpret_cast<std::uint32_t*>(plane.row(y)), plane.width, y};
         if (batch.soft.empty())
-            paintHardRow(row, batch, reach, paint.fill);
+            paintHardRow(row, batch, reach, paint.fill, rim);
         else
             paintSoftRow(row, batch, reach, paint.fill);
     }
+    rim.paint();
 }
 
 }  // namespace trimora::cutengine::kernels::HWY_NAMESPACE
@@ -316,42 +379,6 @@ HWY_AFTER_NAMESPACE();
 namespace trimora::cutengine::kernels {
 
 HWY_EXPORT(paintImpl);
-
-bool StampBatch::takes(const StampEllipse& stamp) const {
-    if (count_ == 0)
-        return true;
-    return count_ < kMost && std::abs(stamp.cx - last_.cx) <= stamp.rx + last_.rx &&
-           std::abs(stamp.cy - last_.cy) <= stamp.ry + last_.ry;
-}
-
-void StampBatch::add(const StampEllipse& stamp, double solid) {
-    constexpr double kBit = 1e-5;  // more than float is wrong by, relatively
-    if (count_ == 0) {
-        originX = std::floor(stamp.cx);
-        originY = std::floor(stamp.cy);
-    }
-    const std::size_t i = count_++;
-    const bool asLast = i > 0 && stamp.rx == last_.rx && stamp.ry == last_.ry;
-    last_ = stamp;
-    cx[i] = stamp.cx;
-    cy[i] = stamp.cy;
-    perRx[i] = asLast ? perRx[i - 1] : 1 / stamp.rx;
-    perRy[i] = asLast ? perRy[i - 1] : 1 / stamp.ry;
-    scale[i] = 255 * stamp.rx * stamp.ry;
-    if (solid < 1)
-        soft.emplace_back(stamp, solid);
-    x[i] = static_cast<float>(stamp.cx - originX);
-    y[i] = static_cast<float>(stamp.cy - originY);
-    steepness[i] = static_cast<float>(stamp.rx * perRy[i]);
-    reach[i] = static_cast<float>(stamp.rx * stamp.rx * (1 + kBit));
-}
-
-void StampBatch::clear() {
-    // Stamps of radius 0 touch nothing: what is left over in a last vector is never asked for.
-    std::fill(reach.begin(), reach.begin() + static_cast<std::ptrdiff_t>(count_), 0.0F);
-    count_ = 0;
-    soft.clear();
-}
 
 void paintBatch(foundation::MutableBitmapView plane, const StampBatch& batch,
                 const foundation::IntRect& bounds, const StampPaint& paint) {
