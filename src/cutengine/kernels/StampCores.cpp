@@ -132,9 +132,11 @@ HWY_INLINE void fillRow(const CoreList& cores, int y, int width, RowFill row) {
     row.finish();
 }
 
-void fillImpl(const CoreList& cores, const foundation::MutableBitmapView& plane,
-              const foundation::IntRect& bounds, std::uint32_t fill) {
-    for (int y = bounds.y; y < bounds.bottom(); ++y)
+void fillImpl(const CoreList& cores, const foundation::MutableBitmapView& plane, std::uint32_t fill) {
+    const auto count = static_cast<std::ptrdiff_t>(cores.count());
+    const int top = *std::min_element(cores.tops.begin(), cores.tops.begin() + count);
+    const int bottom = *std::max_element(cores.bottoms.begin(), cores.bottoms.begin() + count);
+    for (int y = std::max(top, 0); y < std::min(bottom, plane.height); ++y)
         fillRow(cores, y, plane.width, {reinterpret_cast<std::uint32_t*>(plane.row(y)), fill});
 }
 
@@ -145,7 +147,6 @@ HWY_AFTER_NAMESPACE();
 namespace trimora::cutengine::kernels {
 namespace {
 
-using foundation::IntRect;
 using foundation::MutableBitmapView;
 
 constexpr std::size_t kEnough = 8;   // stamps that cover a pixel by half bring it to fill
@@ -231,9 +232,9 @@ void CoreList::add(const StampEllipse& first, const StampEllipse& second) {
     ++count_;
 }
 
-void CoreList::fill(MutableBitmapView plane, const IntRect& bounds, std::uint32_t fill) const {
+void CoreList::fill(MutableBitmapView plane, std::uint32_t fill) const {
     if (count_ > 0)
-        HWY_DYNAMIC_DISPATCH(fillImpl)(*this, plane, bounds, fill);
+        HWY_DYNAMIC_DISPATCH(fillImpl)(*this, plane, fill);
 }
 
 StampCores::StampCores(double solid) : solid_(solid), covered_(0.5), shared_(solid < 1 ? 0.5 : 0) {}
@@ -288,9 +289,9 @@ bool StampCores::addShared(std::span<const StampEllipse> stamps) {
     return true;
 }
 
-void StampCores::fill(MutableBitmapView plane, const IntRect& bounds, std::uint32_t fill) const {
-    covered_.fill(plane, bounds, fill);
-    shared_.fill(plane, bounds, fill);
+void StampCores::fill(MutableBitmapView plane, std::uint32_t fill) const {
+    covered_.fill(plane, fill);
+    shared_.fill(plane, fill);
 }
 
 }  // namespace trimora::cutengine::kernels

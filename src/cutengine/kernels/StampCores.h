@@ -33,9 +33,8 @@ class CoreList {
     void clear();
     void add(const StampEllipse& first, const StampEllipse& second);
 
-    /// Sets every pixel of the cores within `bounds` to `fill`.
-    void fill(foundation::MutableBitmapView plane, const foundation::IntRect& bounds,
-              std::uint32_t fill) const;
+    /// Sets every pixel of the cores within the plane to `fill`.
+    void fill(foundation::MutableBitmapView plane, std::uint32_t fill) const;
 
     // By the vector; longer than count() by the widest one.
     std::vector<double> firstX, firstY, secondX, secondY, rx, perRy;
@@ -56,8 +55,7 @@ class StampCores {
 
     /// Finds the cores of `stamps`, which follow each other in this order, in place of those found before.
     void find(std::span<const StampEllipse> stamps);
-    void fill(foundation::MutableBitmapView plane, const foundation::IntRect& bounds,
-              std::uint32_t fill) const;
+    void fill(foundation::MutableBitmapView plane, std::uint32_t fill) const;
 
  private:
     void add(std::span<const StampEllipse> stamps);

@@ -54,7 +54,7 @@ Bitmap coresOf(const std::vector<Rect>& stamps, double solid) {
     cores.find(ellipses);
     std::uint32_t fill = 0;
     std::memcpy(&fill, &kFill, sizeof fill);
-    cores.fill(plane.view(), plane.view().bounds(), fill);
+    cores.fill(plane.view(), fill);
     return plane;
 }
 

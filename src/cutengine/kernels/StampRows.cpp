@@ -10,6 +10,7 @@
 #define HWY_TARGET_INCLUDE "cutengine/kernels/StampRows.cpp"
 #include "hwy/foreach_target.h"  // compiles this file again for every target
 //
+#include "cutengine/kernels/MixedPixels-inl.h"
 #include "cutengine/kernels/RimCoverage-inl.h"
 #include "cutengine/kernels/StampCoverage-inl.h"
 
@@ -35,26 +36,6 @@ struct Range {
 // How far beside a stamp a pixel still counts as touched. More than float is wrong by within any plane;
 // a pixel touched by less than a 700th of its width has coverage 0.
 constexpr float kSlack = 1.0F / 64;
-
-// The four components of a pixel, 16 bits each: all are mixed at once.
-constexpr std::uint64_t kComponents = 0x00FF00FF00FF00FF;
-
-inline std::uint64_t spread(std::uint32_t pixel) {
-    const std::uint64_t halves = (pixel | std::uint64_t{pixel} << 16) & 0x0000FFFF0000FFFF;
-    return (halves | halves << 8) & kComponents;
-}
-
-inline std::uint32_t joined(std::uint64_t components) {
-    const std::uint64_t halves = (components | components >> 8) & 0x0000FFFF0000FFFF;
-    return static_cast<std::uint32_t>(halves | halves >> 16);
-}
-
-// round((old (255 - cover) + fill cover) / 255), component by component.
-inline std::uint64_t mixed(std::uint64_t old, std::uint64_t fill, std::uint32_t cover) {
-    constexpr std::uint64_t kHalf = 0x0080008000800080;
-    const std::uint64_t sum = old * (255 - cover) + (fill * cover + kHalf);
-    return ((sum + (sum >> 8 & kComponents)) >> 8) & kComponents;
-}
 
 }  // namespace trimora::cutengine::kernels
 
@@ -174,11 +155,11 @@ HWY_INLINE auto hardCover(D d, const StampBatch& batch, std::size_t i, int x, in
 
 using Covers = StampBatch::Values<std::int32_t>;
 
-// Rim pixels that wait to be painted. Mixing is a chain in which every step waits for the one before: that
-// of several pixels goes on side by side.
+// Rim pixels that wait to be painted. Mixing is a chain in which every step waits for the one before, so
+// pixels are mixed side by side, whichever stamps each of them lies under.
 class RimQueue {
  public:
-    RimQueue(const StampBatch& batch, std::uint32_t fill) : batch_(batch), fill_(spread(fill)) {}
+    RimQueue(const StampBatch& batch, std::uint32_t fill) : batch_(batch), fill_(fill) {}
 
     HWY_INLINE void add(std::uint32_t* pixel, Range<std::size_t> stamps, int x, int y) {
         const std::size_t k = count_++;
@@ -194,22 +175,27 @@ class RimQueue {
         std::size_t steps = 0;
         for (std::size_t k = 0; k < count_; ++k)
             steps = std::max(steps, steps_[k]);
-        std::uint64_t mixing[kTogether] = {};
+        const D d;
+        const hn::RebindToSigned<D> d32;
+        HWY_ALIGN std::uint32_t values[kTogether] = {};
         for (std::size_t k = 0; k < count_; ++k) {
-            mixing[k] = spread(*pixels_[k]);
+            values[k] = *pixels_[k];
             clearFrom(steps_[k], steps, covers_[k]);
         }
-        for (std::size_t i = 0; i < steps; ++i) {
-            for (std::size_t k = 0; k < kTogether; ++k)
-                mixing[k] = mixed(mixing[k], fill_, static_cast<std::uint32_t>(covers_[k][i]));
-        }
+        MixedPixels<D> mixing(d, hn::Load(d, values), fill_);
+        const auto lanes =
+            hn::Mul(hn::Iota(d32, 0), hn::Set(d32, static_cast<std::int32_t>(StampBatch::kRoom)));
+        for (std::size_t i = 0; i < steps; ++i)
+            mixing.mix(hn::GatherIndex(d32, &covers_[0][i], lanes));
+        hn::Store(mixing.pixels(d), d, values);
         for (std::size_t k = 0; k < count_; ++k)
-            *pixels_[k] = joined(mixing[k]);
+            *pixels_[k] = values[k];
         count_ = 0;
     }
 
  private:
-    static constexpr std::size_t kTogether = 8;
+    using D = hn::CappedTag<std::uint32_t, 16>;  // more would hold too much of the first-level cache
+    static constexpr std::size_t kTogether = hn::MaxLanes(D());
 
     static HWY_INLINE void clearFrom(std::size_t begin, std::size_t end, Covers& covers) {
         const hn::ScalableTag<std::int32_t> d;
@@ -241,7 +227,7 @@ class RimQueue {
     }
 
     const StampBatch& batch_;
-    std::uint64_t fill_;
+    std::uint32_t fill_;
     std::size_t count_ = 0;
     std::uint32_t* pixels_[kTogether] = {};
     std::size_t steps_[kTogether] = {};
@@ -264,80 +250,6 @@ HWY_INLINE void paintHardRow(const PlaneRow& row, const StampBatch& batch, const
         }
     }
 }
-
-#if HWY_TARGET == HWY_SCALAR
-
-// A vector of pixels while stamps are mixed into it.
-template <class D>
-class MixedPixels {
- public:
-    MixedPixels(D d, hn::Vec<D> pixels, std::uint32_t fill)
-        : pixel_(spread(hn::GetLane(pixels))), fill_(spread(fill)) {
-        (void)d;
-    }
-    template <class V>
-    void mix(V cover) {
-        pixel_ = mixed(pixel_, fill_, static_cast<std::uint32_t>(hn::GetLane(cover)));
-    }
-    [[nodiscard]] hn::Vec<D> pixels(D d) const { return hn::Set(d, joined(pixel_)); }
-
- private:
-    std::uint64_t pixel_;
-    std::uint64_t fill_;
-};
-
-#else
-
-// Every second component of a vector of pixels, 16 bits each, while stamps are mixed into them. A sum
-// old (255 - c) + fill c, at most 255 x 255, is divided by 255 and rounded exactly.
-template <class D16>
-struct MixedComponents {
-    hn::Vec<D16> values, fill;
-
-    HWY_INLINE void mix(D16 d, hn::Vec<D16> cover, hn::Vec<D16> rest) {
-        const auto added = hn::Add(hn::Mul(fill, cover), hn::Set(d, 128));
-        const auto biased = hn::Add(hn::Mul(values, rest), added);
-        values = hn::ShiftRight<8>(hn::Add(biased, hn::ShiftRight<8>(biased)));
-    }
-};
-
-// A vector of pixels while stamps are mixed into it. In a mask blue and red are the same everywhere, in
-// pixels and fill: they are left alone where that is so.
-template <class D>
-class MixedPixels {
- public:
-    HWY_INLINE MixedPixels(D d, hn::Vec<D> pixels, std::uint32_t fill)
-        : even_{evenOf(d, pixels), evenOf(d, hn::Set(d, fill))},
-          odd_{oddOf(d, pixels), oddOf(d, hn::Set(d, fill))},
-          hasEven_(!hn::AllTrue(D16(), hn::Eq(even_.values, even_.fill))) {}
-
-    template <class V>
-    HWY_INLINE void mix(V cover) {
-        const D16 d;
-        const auto both = hn::BitCast(d, hn::Or(cover, hn::ShiftLeft<16>(cover)));
-        const auto rest = hn::Sub(hn::Set(d, 255), both);
-        odd_.mix(d, both, rest);
-        if (hasEven_)
-            even_.mix(d, both, rest);
-    }
-    [[nodiscard]] HWY_INLINE hn::Vec<D> pixels(D d) const {
-        return hn::BitCast(d, hn::Or(even_.values, hn::ShiftLeft<8>(odd_.values)));
-    }
-
- private:
-    using D16 = hn::Repartition<std::uint16_t, D>;
-    static HWY_INLINE hn::Vec<D16> evenOf(D, hn::Vec<D> pixels) {
-        return hn::And(hn::BitCast(D16(), pixels), hn::Set(D16(), 0x00FF));
-    }
-    static HWY_INLINE hn::Vec<D16> oddOf(D, hn::Vec<D> pixels) {
-        return hn::ShiftRight<8>(hn::BitCast(D16(), pixels));
-    }
-
-    MixedComponents<D16> even_, odd_;
-    bool hasEven_;
-};
-
-#endif
 
 HWY_INLINE void paintSoftRow(const PlaneRow& row, const StampBatch& batch, const RowReach& reach,
                              std::uint32_t fill) {

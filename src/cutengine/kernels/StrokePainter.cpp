@@ -45,14 +45,16 @@ class GroupPainter {
     // Paints `stamps`, kGroup at most, and returns where that may have changed the plane.
     IntRect paint(std::span<const Rect> stamps) {
         const auto group = ellipsesOf(stamps);
-        const IntRect bounds = StampExtent(group).within(plane_.width, plane_.height);
         cores_.find(group);
-        cores_.fill(plane_, bounds, paint_.fill);
+        cores_.fill(plane_, paint_.fill);
+        IntRect painted;
         for (auto left = group; !left.empty();) {
             left = left.subspan(batch_.take(left, paint_.solid));
-            paintBatch(plane_, batch_, batch_.extent().within(plane_.width, plane_.height), paint_);
+            const IntRect bounds = batch_.extent().within(plane_.width, plane_.height);
+            paintBatch(plane_, batch_, bounds, paint_);
+            painted = united(painted, bounds);
         }
-        return bounds;
+        return painted;
     }
 
  private:
