@@ -41,4 +41,18 @@ bool isConstant(const std::uint8_t* values, int count, std::uint8_t value) {
     return values[0] == value && std::memcmp(values, values + 1, static_cast<std::size_t>(count) - 1) == 0;
 }
 
+int endOfEqualValues(const std::uint8_t* values, int begin, int end, std::uint8_t value) {
+    constexpr int kStep = sizeof(std::uint64_t);
+    const std::uint64_t same = value * 0x0101010101010101U;
+    std::uint64_t word = same;
+    for (; begin + kStep <= end; begin += kStep) {
+        std::memcpy(&word, values + begin, kStep);
+        if (word != same)
+            break;
+    }
+    while (begin < end && values[begin] == value)
+        ++begin;
+    return begin;
+}
+
 }  // namespace trimora::cutengine::kernels

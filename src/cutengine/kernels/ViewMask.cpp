@@ -1,7 +1,6 @@
 #include "cutengine/kernels/ViewMask.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "cutengine/kernels/MaskRow.h"
 
@@ -10,21 +9,6 @@ namespace {
 
 float real(Share weight) {
     return static_cast<float>(weight) / 32768;
-}
-
-/// Where the values from `begin` on that are `value` end.
-int endOfRun(const std::uint8_t* values, int begin, int end, std::uint8_t value) {
-    constexpr int kStep = sizeof(std::uint64_t);
-    const std::uint64_t same = value * 0x0101010101010101U;
-    std::uint64_t word = same;
-    for (; begin + kStep <= end; begin += kStep) {
-        std::memcpy(&word, values + begin, kStep);
-        if (word != same)
-            break;
-    }
-    while (begin < end && values[begin] == value)
-        ++begin;
-    return begin;
 }
 
 }  // namespace
@@ -125,7 +109,7 @@ int ViewMask::endOfEqual(const Line& line, int column) const {
     for (int tile = (before + column) / kSide; column < columns_; ++tile) {
         const int end = std::min(columns_, (tile + 1) * kSide - before);
         if (line.tiles[static_cast<std::size_t>(tile)] != value) {
-            const int stop = endOfRun(line.values.data(), column, end, value);
+            const int stop = endOfEqualValues(line.values.data(), column, end, value);
             if (stop < end)
                 return stop;
         }
