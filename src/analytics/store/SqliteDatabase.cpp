@@ -21,6 +21,11 @@ void makeFile(const std::filesystem::path& file) {
         ::close(made);
 }
 
+/// SQLite counts all memory that it holds, under a lock. Too late where something else has used it before.
+void stopCountingMemory() {
+    [[maybe_unused]] static const int kOutcome = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
+}
+
 Error errorOf(sqlite3* handle) {
     return {sqlite3_errmsg(handle), sqlite3_extended_errcode(handle)};
 }
@@ -98,6 +103,7 @@ std::optional<std::string> SqliteStatement::text(int column) const {
 
 Result<std::unique_ptr<SqliteDatabase>> SqliteDatabase::open(const std::filesystem::path& file, Mode mode,
                                                              int busyMilliseconds) {
+    stopCountingMemory();
     if (mode == Mode::readWrite)
         makeFile(file);
     const int access = mode == Mode::readWrite ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY;
