@@ -41,7 +41,7 @@ Toolkit::Toolkit(Screen screen) : settings_(screen), application_(argumentCount_
     fonts_.wait();
     // Every sample of a stroke counts. Not sooner: the X11 platform sets this when it starts.
     QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
-    controls::applyAppStyle(application_);
+    controls::applyAppStyle();
 }
 
 }  // namespace trimora

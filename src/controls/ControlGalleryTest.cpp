@@ -75,7 +75,7 @@ class StillAnimations final : public QAnimationDriver {
 class ControlGalleryTest : public ::testing::Test {
  protected:
     ControlGalleryTest() {
-        applyAppStyle(*qobject_cast<QApplication*>(QCoreApplication::instance()));
+        applyAppStyle();
         QApplication::setCursorFlashTime(0);
         gallery.show();
         gallery.activateWindow();
