@@ -70,7 +70,10 @@ void Toolbar::resizeEvent(QResizeEvent* event) {
 void Toolbar::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.fillRect(rect(), controls::palette::kPanel);
-    painter.fillRect(0, height() - 1, width(), 1, controls::palette::kLine);
+    painter.setRenderHint(QPainter::Antialiasing);  // the line is a point wide at every scale
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(controls::palette::kLine);
+    painter.drawRect(QRectF(0, height() - 1, width(), 1));
 }
 
 void Toolbar::layOut() {

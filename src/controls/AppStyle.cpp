@@ -94,15 +94,17 @@ class AppStyle final : public QProxyStyle {
     /// The base style draws a line under the menu bar, and its titles on a raised ground.
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override {
-        if (element == CE_MenuBarEmptyArea)
+        if (element == CE_MenuBarEmptyArea) {
+            painter->fillRect(option->rect, palette::kPanel);
             return;
+        }
         const auto* const title = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
         if (element != CE_MenuBarItem || title == nullptr) {
             QProxyStyle::drawControl(element, option, painter, widget);
             return;
         }
-        if (title->state.testFlag(State_Selected))
-            painter->fillRect(title->rect, palette::kAccent);
+        painter->fillRect(title->rect,
+                          title->state.testFlag(State_Selected) ? palette::kAccent : palette::kPanel);
         const bool keysShown = styleHint(SH_UnderlineShortcut, title, widget, nullptr) != 0;
         drawItemText(painter, title->rect,
                      Qt::AlignCenter | Qt::TextDontClip | Qt::TextSingleLine |
