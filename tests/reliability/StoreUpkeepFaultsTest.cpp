@@ -13,8 +13,8 @@
 #include "analytics/session/StoreReport.h"
 #include "files/FilesForTests.h"
 
-// A store that has to make room, and one that is only looked at, with every call for a file failing in every
-// way.
+// A store that has to make room, one that is found damaged, and one that is only looked at, with every call
+// for a file failing in every way.
 namespace trimora::reliability {
 namespace {
 
@@ -30,6 +30,8 @@ using ::testing::AnyOf;
 class FullStoreIoFaults : public ::testing::Test {
  protected:
     static constexpr int kEvents = 8;  ///< of each session
+    /// With the one more that another program leaves.
+    static constexpr const char* kFound = "oldest 8, older 8, old 8, now 8, none 9";
 
     /// Three finished sessions, one that goes on, and events of none.
     void SetUp() override {
@@ -43,13 +45,12 @@ class FullStoreIoFaults : public ::testing::Test {
             for (int i = 0; i < kEvents; ++i)
                 ASSERT_TRUE(saveEvent(context, name));
         }
-        found_ = contentsOf(context);
     }
-    static bool saveEvent(ManagedObjectContext& context, const char* session) {
+    static bool saveEvent(ManagedObjectContext context, const char* session) {
         TXEvent event{0, session, std::string(2'000, 'x')};
         return context.save(event).ok();
     }
-    /// "now 8, old 8, none 0" and so on; the events of no session last.
+    /// As kFound below; the events of no session last.
     static std::string contentsOf(ManagedObjectContext& context) {
         std::string text;
         const auto sessions = context.allSessions(PropertyValues::fetched);
@@ -69,7 +70,7 @@ class FullStoreIoFaults : public ::testing::Test {
         ManagedObjectContext context(coordinator);
         EXPECT_TRUE(context.sessionsWithStatus(0, PropertyValues::left));
         StoreCoordinator another(file_, {}, clock_);
-        EXPECT_TRUE(ManagedObjectContext(another).removeEventsOfSession("of another program"));
+        EXPECT_TRUE(saveEvent(ManagedObjectContext(another), "nobody"));
         std::vector<IoCall> calls;
         {
             const IoFaults faults(plan);
@@ -85,7 +86,7 @@ class FullStoreIoFaults : public ::testing::Test {
         ManagedObjectContext context(coordinator);
         const std::string now = contentsOf(context);
         if (wasKilled)
-            EXPECT_THAT(now, AnyOf(found_, "now 9, none 0"));
+            EXPECT_THAT(now, AnyOf(kFound, "now 9, none 0"));
         else if (saved)
             EXPECT_EQ(now, "now 10, none 0");
         else
@@ -98,7 +99,6 @@ class FullStoreIoFaults : public ::testing::Test {
     foundation::VirtualTime clock_;
     testing::CapturedLog log_;
     double next_ = 1'000;
-    std::string found_;
 };
 
 TEST_F(FullStoreIoFaults, RoomIsMadeWhollyOrNotAtAll) {
@@ -127,6 +127,45 @@ TEST_F(FullStoreIoFaults, RoomIsMadeWhollyOrNotAtAll) {
             return;
     }
     std::printf("%zu calls, %d points, %d events not stored and told so\n", calls.size(), points, refused);
+}
+
+TEST(DamagedStoreIoFaults, WhatIsThereIsKeptAsideAndANewOneBegunThenOrLater) {
+    const testing::TemporaryFolder home;
+    const fs::path file = home.path() / "store" / "telemetrix.db";
+    const std::string damaged(5'000, 'z');
+    const foundation::VirtualTime clock;
+    const testing::CapturedLog log;
+    const auto open = [&](const IoPlan& plan) {
+        fs::remove_all(file.parent_path());
+        fs::create_directory(file.parent_path());
+        files::put(file, damaged);
+        const IoFaults faults(plan);
+        StoreCoordinator coordinator(file, {}, clock);
+        TXEvent event{0, "A", "stored or not"};
+        (void)ManagedObjectContext(coordinator).save(event);
+        return faults.calls();
+    };
+    const std::vector<IoCall> calls = open({});
+    int points = 0;
+    for (const IoPlan& plan : plansFor(calls)) {
+        SCOPED_TRACE(describe(plan, calls));
+        if (plan.fault == IoFault::kill)
+            EXPECT_TRUE(inOwnProcess([&] { return (void)open(plan), 0; }).wasKilled());
+        else
+            (void)open(plan);
+        StoreCoordinator coordinator(file, {}, clock);
+        TXEvent event{0, "A", "stored"};
+        EXPECT_TRUE(ManagedObjectContext(coordinator).save(event));
+        EXPECT_EQ(analytics::integrityOf(coordinator), "ok");
+        int kept = 0;
+        for (const fs::path& aside : analytics::movedAsideFrom(file))
+            kept += files::contents(aside) == damaged ? 1 : 0;
+        EXPECT_EQ(kept, 1);
+        ++points;
+        if (::testing::Test::HasFailure())
+            return;
+    }
+    std::printf("%zu calls, %d points\n", calls.size(), points);
 }
 
 class ReportIoFaults : public analytics::ReportedStoreTest {
