@@ -34,9 +34,7 @@ class StoreFaultsTest : public TelemetrixTest {
     static std::string integrity() {
         return integrityOf(TXAnalyticsCoreDataManager::sharedManager().storeCoordinator());
     }
-    [[nodiscard]] std::vector<std::filesystem::path> movedAside() const {
-        return movedAsideFrom(file());
-    }
+    [[nodiscard]] std::vector<std::filesystem::path> movedAside() const { return movedAsideFrom(file()); }
     void writeFile(const std::string& contents) const {
         std::filesystem::create_directories(file().parent_path());
         std::ofstream(file(), std::ios::binary) << contents;
