@@ -56,6 +56,10 @@ std::optional<mode_t> typeOf(int folder, const char* name) {
     return status.st_mode & S_IFMT;
 }
 
+bool isFileOrLink(mode_t type) {
+    return S_ISREG(type) || S_ISLNK(type);
+}
+
 }  // namespace
 
 Result<void> makeFolder(const std::filesystem::path& path) {
@@ -115,7 +119,7 @@ Result<void> PrivateFolder::remove(std::string_view name) const {
     const std::optional<mode_t> type = typeOf(folder_.number(), text.c_str());
     if (!type)
         return {};
-    if (*type != S_IFREG && *type != S_IFLNK)
+    if (!isFileOrLink(*type))
         return Error{"it is not a plain file", EINVAL};
     if (::unlinkat(folder_.number(), text.c_str(), 0) != 0 && errno != ENOENT)
         return systemError("the file cannot be removed", errno);
@@ -129,8 +133,7 @@ Result<void> PrivateFolder::removeAllFiles() const {
     Result<void> outcome;
     for (const std::string& name : *names) {
         const std::optional<mode_t> type = typeOf(folder_.number(), name.c_str());
-        const bool isRemovable = type == S_IFREG || type == S_IFLNK;
-        if (!isRemovable)
+        if (!type || !isFileOrLink(*type))
             continue;
         if (Result<void> removed = remove(name); !removed && outcome)
             outcome = removed;

@@ -60,6 +60,8 @@ std::vector<nlohmann::json> HttpsServer::takeLedger() {
     std::ifstream stream(folder_.path() / "ledger");
     std::size_t number = 0;
     for (std::string line; std::getline(stream, line); ++number) {
+        if (stream.eof())
+            break;  // the server is still writing this line
         if (number >= ledgerRead_)
             entries.push_back(nlohmann::json::parse(line));
     }

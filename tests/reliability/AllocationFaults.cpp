@@ -88,6 +88,8 @@ void* __libc_realloc(void* memory, std::size_t size);
 void* __libc_memalign(std::size_t alignment, std::size_t size);
 void __libc_free(void* memory);
 
+// The system's own names for these parameters are reserved ones.
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
 void* malloc(std::size_t size) {
     return trimora::reliability::allocated(size, [=] { return __libc_malloc(size); });
 }
@@ -126,6 +128,7 @@ void free(void* memory) {
     trimora::reliability::bytes -= trimora::reliability::sizeOf(memory);
     __libc_free(memory);
 }
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)
 
 }  // extern "C"
 // NOLINTEND(readability-identifier-naming, bugprone-reserved-identifier)

@@ -123,11 +123,11 @@ class Crashes : public TelemetrixTest {
             work();
             return 0;
         });
-        const double ended_ = now();
+        const double gone = now();
         EXPECT_FALSE(ended.exited) << ended.text();
         ASSERT_GT(told_->struck, 0) << "never got there";
-        EXPECT_LT(ended_ - told_->struck, 2.0);
-        slowest_ = std::max(slowest_, ended_ - told_->struck);
+        EXPECT_LT(gone - told_->struck, 2.0);
+        slowest_ = std::max(slowest_, gone - told_->struck);
     }
     /// The next start: how often each session of the store has a crash.
     void expectOneRecord() {

@@ -168,8 +168,10 @@ std::string describe(const IoPlan& plan, const std::vector<IoCall>& calls) {
 
 }  // namespace trimora::reliability
 
-// The names of the system's library, which the linker puts before that library's own.
+// The names of the system's library, which the linker puts before that library's own. Its names for their
+// parameters are reserved ones.
 // NOLINTBEGIN(readability-identifier-naming, cert-dcl50-cpp, cppcoreguidelines-pro-type-vararg)
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
 namespace {
 
 using trimora::reliability::halfOf;
@@ -340,4 +342,5 @@ int fchown(int file, uid_t owner, gid_t group) noexcept {
 }
 
 }  // extern "C"
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)
 // NOLINTEND(readability-identifier-naming, cert-dcl50-cpp, cppcoreguidelines-pro-type-vararg)

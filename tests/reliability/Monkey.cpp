@@ -144,7 +144,7 @@ void Monkey::startAgain() {
 
 void Monkey::act() {
     static const int sum = std::accumulate(kinds().begin(), kinds().end(), 0,
-                                           [](int so_far, const Kind& kind) { return so_far + kind.weight; });
+                                           [](int before, const Kind& kind) { return before + kind.weight; });
     int left = number(1, sum);
     for (const Kind& kind : kinds()) {
         left -= kind.weight;

@@ -34,8 +34,10 @@ Written randomStream(std::mt19937_64& random, int parts, int spread) {
         part.zeros = upTo(3) == 0 ? upTo(700) : upTo(5);
         // Rare values get codes longer than those of a table's first look.
         const auto component = [&] {
-            const auto most = static_cast<std::uint64_t>(spread) - 1;
-            return static_cast<std::uint32_t>(upTo(most) & upTo(most) & upTo(most));
+            auto value = static_cast<std::uint32_t>(spread) - 1;
+            for (int draw = 0; draw < 3; ++draw)
+                value &= static_cast<std::uint32_t>(upTo(static_cast<std::uint64_t>(spread) - 1));
+            return value;
         };
         part.pixel = component() | component() << 8 | component() << 16 | (component() + 1) % 256 << 24;
         part.times = part.pixel == 0 ? 0 : upTo(3) == 0 ? upTo(90) : upTo(2);
