@@ -37,8 +37,9 @@ class FullStoreIoFaults : public ::testing::Test {
     void SetUp() override {
         StoreCoordinator coordinator(file_, {}, clock_);
         ManagedObjectContext context(coordinator);
+        double changed = 1'000;
         for (const char* name : {"oldest", "older", "old", "now"}) {
-            TXSSID session{0, name, std::string(name) == "now" ? 0 : 1, next_++, 0};
+            TXSSID session{0, name, std::string(name) == "now" ? 0 : 1, changed++, 0};
             ASSERT_TRUE(context.save(session));
         }
         for (const char* name : {"oldest", "older", "old", "now", "nobody"}) {
@@ -50,7 +51,7 @@ class FullStoreIoFaults : public ::testing::Test {
         TXEvent event{0, session, std::string(2'000, 'x')};
         return context.save(event).ok();
     }
-    /// As kFound below; the events of no session last.
+    /// As kFound; the events of no session last.
     static std::string contentsOf(ManagedObjectContext& context) {
         std::string text;
         const auto sessions = context.allSessions(PropertyValues::fetched);
@@ -98,7 +99,6 @@ class FullStoreIoFaults : public ::testing::Test {
     fs::path file_ = home_.path() / "store" / "telemetrix.db";
     foundation::VirtualTime clock_;
     testing::CapturedLog log_;
-    double next_ = 1'000;
 };
 
 TEST_F(FullStoreIoFaults, RoomIsMadeWhollyOrNotAtAll) {
