@@ -180,11 +180,11 @@ std::optional<JpegTail> jpegTail(const JpegReading& header, Bytes file, const Jp
             return std::nullopt;
         if (writer.begun() != place.bit)
             continue;
-        const std::uint8_t shared = file[place.byte];
-        const std::size_t passed = place.bit == 0 ? 0 : shared == 0xFF ? 2 : 1;
-        if (place.bit != 0)
-            writer.add(shared, 8 - place.bit);
-        tail.rest = part(file, place.byte + passed);
+        tail.rest = part(file, place.byte);
+        if (place.bit != 0) {  // the byte is shared with what is above
+            writer.add(tail.rest[0], 8 - place.bit);
+            tail.rest = part(tail.rest, tail.rest[0] == 0xFF ? 2 : 1);
+        }
         return tail;
     }
     return std::nullopt;
