@@ -385,7 +385,7 @@ int main(int argc, char** argv) {
     WatchedApplication application(argc, argv);
     QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
     QCoreApplication::setApplicationName(QStringLiteral("Trimora"));
-    controls::applyAppStyle(application);
+    controls::applyAppStyle();
     char folder[] = "window-benchmark-XXXXXX";
     if (::mkdtemp(folder) == nullptr)
         return 1;

@@ -23,6 +23,8 @@ target_compile_options(trimora_compiler INTERFACE
 # g++ 12 takes some plain string concatenations for copies that overlap or reach too far.
 target_compile_options(trimora_compiler INTERFACE $<$<CXX_COMPILER_ID:GNU>:-Wno-restrict;-Wno-array-bounds>)
 target_link_libraries(trimora_compiler INTERFACE Threads::Threads)
+# A program loads the libraries that it calls, not all that are named for it: each one is time until the window comes.
+target_link_options(trimora_compiler INTERFACE LINKER:--as-needed)
 
 # Most of the time that a test took to build went into optimising matchers that run once.
 set(TRIMORA_TEST_OPTIONS $<IF:$<CXX_COMPILER_ID:GNU>,-Og,-O0>)

@@ -21,7 +21,7 @@ class EditorInShellTest : public editor::EditorScreenTest {
     void SetUp() override {
         TelemetrixTest::SetUp();
         rememberLaunch();
-        controls::applyAppStyle(*qApp);
+        controls::applyAppStyle();
         decoder_.files["/p/cat.png"] = {600, 400, ""};
         shell_ = std::make_unique<MainInterface>(
             MainInterface::Services{{time, time, queues.mainQueue(), notifications},

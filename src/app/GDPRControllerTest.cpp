@@ -48,7 +48,7 @@ class FakeRecording final : public UsageRecording {
 class GDPRControllerTest : public ::testing::Test {
  protected:
     GDPRControllerTest() {
-        controls::applyAppStyle(*qApp);
+        controls::applyAppStyle();
         window_.resize(800, 600);
     }
     void start() {

@@ -11,6 +11,7 @@
 #include <utility>
 
 #include "controls/Metrics.h"
+#include "controls/StyleSheet.h"
 #include "util/SpinningProgress.h"
 
 namespace trimora::app {
@@ -20,6 +21,13 @@ namespace metrics = controls::metrics;
 namespace {
 
 constexpr double kNoteTime = 8;  // seconds
+
+constexpr const char* kSheet = R"(
+#messageText[trouble="true"] { color: @accentEnd; }
+#messageLine { background: @raised; border: 1px solid @line; border-radius: @radius; }
+#messageButton { background: transparent; border: none; color: @accentEnd; padding: 0px 4px; }
+#messageButton:hover { color: @text; }
+)";
 
 }  // namespace
 
@@ -84,6 +92,8 @@ QString MessageLine::text() const {
 void MessageLine::show(const std::string& line, Kind kind) {
     if (lineShown_)
         lineShown_(kind, line);
+    if (styleSheet().isEmpty())  // not sooner: most starts show no line, and pay for none
+        setStyleSheet(controls::styleSheet(kSheet));
     text_ = QString::fromStdString(line);
     label_->setToolTip(text_);
     label_->setAccessibleName(text_);

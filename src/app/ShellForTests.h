@@ -97,7 +97,7 @@ class RecordingWorkspace final : public ports::Workspace {
 
 class ShellTest : public analytics::TelemetrixTest {
  protected:
-    ShellTest() { controls::applyAppStyle(*qApp); }
+    ShellTest() { controls::applyAppStyle(); }
 
     void SetUp() override {
         TelemetrixTest::SetUp();

@@ -3,10 +3,12 @@
 #include <QAbstractButton>
 #include <QCoreApplication>
 #include <QEvent>
+#include <QPainter>
 #include <QStyle>
 #include <algorithm>
 
 #include "controls/Metrics.h"
+#include "controls/Palette.h"
 #include "controls/TopBarButton.h"
 
 namespace trimora::app {
@@ -22,8 +24,9 @@ constexpr int kGapBetweenItems = metrics::kGap;
 }  // namespace
 
 Toolbar::Toolbar(const controls::ControlContext& context, QWidget* parent)
-    : QFrame(parent), more_(new controls::TopBarButton(context, this)) {
+    : QWidget(parent), more_(new controls::TopBarButton(context, this)) {
     setObjectName(QStringLiteral("toolbar"));
+    setAttribute(Qt::WA_OpaquePaintEvent);
     setFixedHeight(metrics::kToolbarHeight);
     more_->setImage(QStringLiteral("more"));
     more_->setAccessibleName(QCoreApplication::translate("Toolbar", "More"));
@@ -50,18 +53,27 @@ QAbstractButton& Toolbar::moreButton() const {
 bool Toolbar::event(QEvent* event) {
     if (event->type() == QEvent::LayoutRequest || event->type() == QEvent::LayoutDirectionChange)
         layOut();
-    return QFrame::event(event);
+    return QWidget::event(event);
 }
 
 bool Toolbar::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() == QEvent::ShowToParent || event->type() == QEvent::HideToParent)
         layOut();
-    return QFrame::eventFilter(watched, event);
+    return QWidget::eventFilter(watched, event);
 }
 
 void Toolbar::resizeEvent(QResizeEvent* event) {
-    QFrame::resizeEvent(event);
+    QWidget::resizeEvent(event);
     layOut();
+}
+
+void Toolbar::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.fillRect(rect(), controls::palette::kPanel);
+    painter.setRenderHint(QPainter::Antialiasing);  // the line is a point wide at every scale
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(controls::palette::kLine);
+    painter.drawRect(QRectF(0, height() - 1, width(), 1));
 }
 
 void Toolbar::layOut() {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <QFrame>
 #include <QList>
 #include <QMenu>
+#include <QWidget>
 #include <memory>
 #include <vector>
 
@@ -23,7 +23,7 @@ namespace trimora::app {
 /// the trailing end and are found in the menu of a "More" button, with the same names and states.
 ///
 /// Owns the views of its items. Main thread only.
-class Toolbar final : public QFrame {
+class Toolbar final : public QWidget {
  public:
     explicit Toolbar(const controls::ControlContext& context, QWidget* parent = nullptr);
 
@@ -41,6 +41,7 @@ class Toolbar final : public QFrame {
     bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
  private:
     struct Span {

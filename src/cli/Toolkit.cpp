@@ -5,6 +5,8 @@
 #include <iterator>
 
 #include "controls/AppStyle.h"
+#include "controls/IconsAhead.h"
+#include "controls/Metrics.h"
 #include "platform/ApplicationId.h"
 
 namespace trimora {
@@ -41,7 +43,15 @@ Toolkit::Toolkit(Screen screen) : settings_(screen), application_(argumentCount_
     fonts_.wait();
     // Every sample of a stroke counts. Not sooner: the X11 platform sets this when it starts.
     QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
-    controls::applyAppStyle(application_);
+    controls::applyAppStyle();
+    ahead_ = std::jthread([font = QApplication::font(), scale = application_.devicePixelRatio()] {
+        platform::findFontsFor(font);
+        controls::drawIconsAhead({{"open", controls::metrics::kBarIcon},
+                                  {"save", controls::metrics::kBarIcon},
+                                  {"picture_drop", controls::metrics::kDropImage},
+                                  {"arrow_down", controls::metrics::kHintArrow}},
+                                 scale);
+    });
 }
 
 }  // namespace trimora

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <thread>
 
 #include "platform/Application.h"
 #include "platform/FontsAhead.h"
@@ -32,6 +33,8 @@ class Toolkit {
     char name_[8] = "trimora";
     char* arguments_[2] = {name_, nullptr};
     platform::Application application_;
+    std::jthread
+        ahead_;  // what the first window needs and another thread can do; gone before the application
 };
 
 }  // namespace trimora

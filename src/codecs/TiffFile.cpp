@@ -29,26 +29,32 @@ void unmap(thandle_t /*self*/, void* /*base*/, toff_t /*size*/) {}
 }  // namespace
 
 TiffFile::TiffFile(Bytes bytes) : bytes_(bytes) {
-    TIFFOpenOptions* const options = TIFFOpenOptionsAlloc();
+    const auto& library = TiffLibrary::get();
+    if (!library) {
+        complaint_ = library.error().message;
+        return;
+    }
+    library_ = &*library;
+    TIFFOpenOptions* const options = library_->OpenOptionsAlloc();
     if (options == nullptr)
         return;
-    TIFFOpenOptionsSetMaxSingleMemAlloc(options, kMostBlockBytes);
-    TIFFOpenOptionsSetErrorHandlerExtR(options, &TiffFile::onError, this);
-    TIFFOpenOptionsSetWarningHandlerExtR(options, &ignore, nullptr);
-    handle_ = TIFFClientOpenExt("picture", "r", this, &TiffFile::read, &refuseWriting, &TiffFile::seek,
-                                &close, &TiffFile::size, &TiffFile::map, &unmap, options);
-    TIFFOpenOptionsFree(options);
+    library_->OpenOptionsSetMaxSingleMemAlloc(options, kMostBlockBytes);
+    library_->OpenOptionsSetErrorHandlerExtR(options, &TiffFile::onError, this);
+    library_->OpenOptionsSetWarningHandlerExtR(options, &ignore, nullptr);
+    handle_ = library_->ClientOpenExt("picture", "r", this, &TiffFile::read, &refuseWriting, &TiffFile::seek,
+                                      &close, &TiffFile::size, &TiffFile::map, &unmap, options);
+    library_->OpenOptionsFree(options);
 }
 
 TiffFile::~TiffFile() {
     if (handle_ != nullptr)
-        TIFFClose(handle_);
+        library_->Close(handle_);
 }
 
 Bytes TiffFile::icc() const {
     std::uint32_t size = 0;
     void* icc = nullptr;
-    if (TIFFGetField(handle_, TIFFTAG_ICCPROFILE, &size, &icc) != 1)
+    if (library_->GetField(handle_, TIFFTAG_ICCPROFILE, &size, &icc) != 1)
         return {};
     return {static_cast<const std::uint8_t*>(icc), size};
 }

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <tiffio.h>
-
 #include <cstdint>
 #include <string>
 
 #include "codecs/Bytes.h"
+#include "codecs/TiffLibrary.h"
 
 namespace trimora::codecs {
 
@@ -18,20 +17,23 @@ class TiffFile {
     TiffFile(const TiffFile&) = delete;
     TiffFile& operator=(const TiffFile&) = delete;
 
-    /// Null where the bytes are no TIFF file or its first page cannot be read.
+    /// Null where the bytes are no TIFF file, its first page cannot be read, or libtiff is not installed.
     [[nodiscard]] TIFF* handle() const { return handle_; }
+
+    /// What to call with the handle. Only where that is not null.
+    [[nodiscard]] const TiffLibrary& library() const { return *library_; }
 
     /// The colour profile of the current page; empty where it carries none.
     [[nodiscard]] Bytes icc() const;
 
-    /// The library's first complaint; empty where it had none.
+    /// The library's first complaint, or that there is no library; empty where all is well.
     [[nodiscard]] const std::string& complaint() const { return complaint_; }
 
     /// A tag of the current page, or the format's default for it, or `otherwise`.
     template <typename Number>
     [[nodiscard]] Number tag(std::uint32_t name, Number otherwise = 0) const {
         Number value = otherwise;
-        return TIFFGetFieldDefaulted(handle_, name, &value) == 1 ? value : otherwise;
+        return library_->GetFieldDefaulted(handle_, name, &value) == 1 ? value : otherwise;
     }
 
  private:
@@ -44,6 +46,7 @@ class TiffFile {
     Bytes bytes_;
     std::uint64_t position_ = 0;
     std::string complaint_;
+    const TiffLibrary* library_ = nullptr;
     TIFF* handle_ = nullptr;
 };
 

@@ -62,7 +62,8 @@ ColourModel modelOf(std::uint16_t photometric) {
 TiffAlpha alphaOf(const TiffFile& file) {
     std::uint16_t count = 0;
     std::uint16_t* kinds = nullptr;
-    if (TIFFGetFieldDefaulted(file.handle(), TIFFTAG_EXTRASAMPLES, &count, &kinds) != 1 || count == 0)
+    if (file.library().GetFieldDefaulted(file.handle(), TIFFTAG_EXTRASAMPLES, &count, &kinds) != 1 ||
+        count == 0)
         return TiffAlpha::none;
     if (kinds[0] == EXTRASAMPLE_ASSOCALPHA)
         return TiffAlpha::premultiplied;
@@ -194,12 +195,13 @@ class PlainTarget {
 
 /// Reads rows of strips; returns how many.
 int readStrips(const TiffFile& file, const Layout& layout, PlainTarget& target) {
-    const auto size = static_cast<std::size_t>(std::max<tmsize_t>(TIFFScanlineSize(file.handle()), 0));
+    const auto size =
+        static_cast<std::size_t>(std::max<tmsize_t>(file.library().ScanlineSize(file.handle()), 0));
     if (size < static_cast<std::size_t>(layout.width) * layout.bytesPerPixel())
         return 0;
     std::vector<std::uint8_t> row(size);
     for (int y = 0; y < layout.height; ++y) {
-        if (TIFFReadScanline(file.handle(), row.data(), static_cast<std::uint32_t>(y), 0) < 0)
+        if (file.library().ReadScanline(file.handle(), row.data(), static_cast<std::uint32_t>(y), 0) < 0)
             return y;
         target.put(row.data(), 0, y, layout.width);
     }
@@ -213,7 +215,7 @@ int readTiles(const TiffFile& file, const Layout& layout, PlainTarget& target) {
     };
     const std::int64_t tileWidth = side(TIFFTAG_TILEWIDTH);
     const std::int64_t tileHeight = side(TIFFTAG_TILELENGTH);
-    const std::uint64_t size = TIFFTileSize64(file.handle());
+    const std::uint64_t size = file.library().TileSize64(file.handle());
     const std::size_t stride = static_cast<std::size_t>(tileWidth) * layout.bytesPerPixel();
     if (tileWidth < 1 || tileHeight < 1 || size > kMostTileBytes ||
         size < stride * static_cast<std::uint64_t>(tileHeight))
@@ -222,8 +224,8 @@ int readTiles(const TiffFile& file, const Layout& layout, PlainTarget& target) {
     for (std::int64_t top = 0; top < layout.height; top += tileHeight) {
         const int rows = static_cast<int>(std::min(tileHeight, layout.height - top));
         for (std::int64_t left = 0; left < layout.width; left += tileWidth) {
-            if (TIFFReadTile(file.handle(), tile.data(), static_cast<std::uint32_t>(left),
-                             static_cast<std::uint32_t>(top), 0, 0) < 0)
+            if (file.library().ReadTile(file.handle(), tile.data(), static_cast<std::uint32_t>(left),
+                                        static_cast<std::uint32_t>(top), 0, 0) < 0)
                 return static_cast<int>(top);
             const int count = static_cast<int>(std::min(tileWidth, layout.width - left));
             for (int y = 0; y < rows; ++y)
@@ -236,7 +238,7 @@ int readTiles(const TiffFile& file, const Layout& layout, PlainTarget& target) {
 
 int readPlain(const TiffFile& file, const Layout& layout, MutableBitmapView to, const ColourProfile* profile,
               foundation::Workers& workers) {
-    const bool tiled = TIFFIsTiled(file.handle()) != 0;
+    const bool tiled = file.library().IsTiled(file.handle()) != 0;
     const std::uint32_t rowsAtOnce = tiled ? file.tag<std::uint32_t>(TIFFTAG_TILELENGTH) : kWideRowsHeld;
     PlainTarget target(layout, to, profile, workers,
                        static_cast<int>(std::clamp<std::uint32_t>(
@@ -251,13 +253,13 @@ int readPlain(const TiffFile& file, const Layout& layout, MutableBitmapView to, 
 int readConverted(const TiffFile& file, MutableBitmapView to) {
     std::array<char, 1024> reason{};
     TIFFRGBAImage image;
-    if (TIFFRGBAImageBegin(&image, file.handle(), 1, reason.data()) == 0)
+    if (file.library().RGBAImageBegin(&image, file.handle(), 1, reason.data()) == 0)
         return 0;
     image.req_orientation = image.orientation;  // turning is done later, with every other format
     const auto height = static_cast<std::uint32_t>(to.height);
     const std::uint32_t unit = std::clamp<std::uint32_t>(
-        file.tag<std::uint32_t>(TIFFIsTiled(file.handle()) != 0 ? TIFFTAG_TILELENGTH : TIFFTAG_ROWSPERSTRIP,
-                                height),
+        file.tag<std::uint32_t>(
+            file.library().IsTiled(file.handle()) != 0 ? TIFFTAG_TILELENGTH : TIFFTAG_ROWSPERSTRIP, height),
         1, height);
     const std::uint32_t bandRows = std::min(height, (kFewestBandRows + unit - 1) / unit * unit);
     const auto count = static_cast<std::size_t>(to.width);
@@ -266,7 +268,8 @@ int readConverted(const TiffFile& file, MutableBitmapView to) {
     for (; y < height; y += bandRows) {
         const std::uint32_t rows = std::min(bandRows, height - y);
         image.row_offset = static_cast<int>(y);
-        if (TIFFRGBAImageGet(&image, raster.data(), static_cast<std::uint32_t>(to.width), rows) == 0)
+        if (file.library().RGBAImageGet(&image, raster.data(), static_cast<std::uint32_t>(to.width), rows) ==
+            0)
             break;
         for (std::uint32_t i = 0; i < rows; ++i) {
             std::uint8_t* const row = to.row(static_cast<int>(y + i));
@@ -275,7 +278,7 @@ int readConverted(const TiffFile& file, MutableBitmapView to) {
             unpremultiply(row, count);
         }
     }
-    TIFFRGBAImageEnd(&image);
+    file.library().RGBAImageEnd(&image);
     return static_cast<int>(std::min(y, height));
 }
 

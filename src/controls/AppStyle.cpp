@@ -3,18 +3,20 @@
 #include <QApplication>
 #include <QEvent>
 #include <QFont>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPainter>
 #include <QPalette>
 #include <QPixmap>
 #include <QProxyStyle>
-#include <QString>
 #include <QStyleOption>
+#include <QToolTip>
 
 #include "controls/Icons.h"
 #include "controls/Metrics.h"
 #include "controls/Palette.h"
 #include "controls/Sheet.h"
+#include "controls/StyleSheet.h"
 
 namespace trimora::controls {
 namespace {
@@ -32,6 +34,31 @@ class SheetGround final : public QObject {
     }
 };
 
+void drawTipGround(QPainter& painter, const QRectF& ground) {
+    const double right = ground.width() - 1;
+    const double bottom = ground.height() - 1;
+    painter.save();
+    painter.fillRect(ground, palette::kRaised);
+    painter.setRenderHint(QPainter::Antialiasing);  // the line round it is a point wide at every scale
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(palette::kLine);
+    painter.translate(ground.topLeft());
+    for (const QRectF& side : {QRectF(0, 0, ground.width(), 1), QRectF(0, bottom, ground.width(), 1),
+                               QRectF(0, 1, 1, bottom - 1), QRectF(right, 1, 1, bottom - 1)})
+        painter.drawRect(side);
+    painter.restore();
+}
+
+constexpr const char* kMenuSheet = R"(
+QMenu { background: @raised; color: @text; border: 1px solid @line; padding: 4px 0px; }
+QMenu::item { padding: 4px 24px 4px 24px; }
+QMenu::item:selected { background: @accent; }
+QMenu::item:disabled { color: @disabled; background: transparent; }
+QMenu::separator { height: 1px; background: @line; margin: 4px 0px; }
+)";
+
+/// A style sheet costs time for every widget in its reach, so the window has none: the start would be longer
+/// by a sixth. A menu takes its own when it opens for the first time.
 class AppStyle final : public QProxyStyle {
  public:
     AppStyle() : QProxyStyle(QStringLiteral("fusion")) {}
@@ -39,16 +66,60 @@ class AppStyle final : public QProxyStyle {
     using QProxyStyle::polish;
     void polish(QWidget* widget) override {
         QProxyStyle::polish(widget);
+        if (auto* const menu = qobject_cast<QMenu*>(widget);
+            menu != nullptr && menu->styleSheet().isEmpty()) {
+            connect(
+                menu, &QMenu::aboutToShow, menu, [menu] { menu->setStyleSheet(styleSheet(kMenuSheet)); },
+                Qt::SingleShotConnection);
+        }
         if (qobject_cast<QMessageBox*>(widget) == nullptr)
             return;
         widget->setContentsMargins(metrics::kGap, metrics::kGap, metrics::kGap, metrics::kGap);
         widget->installEventFilter(&sheetGround_);
     }
 
-    /// The base style rings what can be ticked in a shade of the background, which nobody sees on ours.
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override {
+        if (metric == PM_ToolTipLabelFrameWidth)
+            return metrics::kTipPadding;
+        return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                           const QWidget* widget) const override {
+        if (type == CT_MenuBarItem)
+            return contents + QSize(2 * metrics::kMenuTitlePaddingX, 2 * metrics::kMenuTitlePaddingY);
+        return QProxyStyle::sizeFromContents(type, option, contents, widget);
+    }
+
+    /// The base style draws a line under the menu bar, and its titles on a raised ground.
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+        if (element == CE_MenuBarEmptyArea) {
+            painter->fillRect(option->rect, palette::kPanel);
+            return;
+        }
+        const auto* const title = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+        if (element != CE_MenuBarItem || title == nullptr) {
+            QProxyStyle::drawControl(element, option, painter, widget);
+            return;
+        }
+        painter->fillRect(title->rect,
+                          title->state.testFlag(State_Selected) ? palette::kAccent : palette::kPanel);
+        const bool keysShown = styleHint(SH_UnderlineShortcut, title, widget, nullptr) != 0;
+        drawItemText(painter, title->rect,
+                     Qt::AlignCenter | Qt::TextDontClip | Qt::TextSingleLine |
+                         (keysShown ? Qt::TextShowMnemonic : Qt::TextHideMnemonic),
+                     title->palette, true, title->text, QPalette::WindowText);
+    }
+
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override {
+        if (element == PE_PanelTipLabel) {
+            drawTipGround(*painter, option->rect);
+            return;
+        }
         QProxyStyle::drawPrimitive(element, option, painter, widget);
+        // The base style rings what can be ticked in a shade of the background, which nobody sees on ours.
         if (element != PE_IndicatorRadioButton && element != PE_IndicatorCheckBox)
             return;
         const QRectF edge = QRectF(option->rect).adjusted(0.5, 0.5, -0.5, -0.5);
@@ -117,57 +188,15 @@ QPalette makePalette() {
     return made;
 }
 
-QString css(const QColor& colour) {
-    return QStringLiteral("rgba(%1,%2,%3,%4)")
-        .arg(colour.red())
-        .arg(colour.green())
-        .arg(colour.blue())
-        .arg(colour.alpha());
-}
-
-/// The sheet names its colours and sizes with @words; this table says what they stand for.
-QString filledIn(QString sheet) {
-    const std::pair<const char*, QString> words[] = {
-        {"@panel", css(palette::kPanel)},
-        {"@raised", css(palette::kRaised)},
-        {"@line", css(palette::kLine)},
-        {"@text", css(palette::kText)},
-        {"@disabled", css(palette::kDisabledText)},
-        {"@accentEnd", css(palette::kAccentEnd)},
-        {"@accent", css(palette::kAccent)},
-        {"@radius", QString::number(metrics::kCornerRadius)},
-    };
-    for (const auto& [word, value] : words)
-        sheet.replace(QLatin1String(word), value);
-    return sheet;
-}
-
-constexpr const char* kSheet = R"(
-QMenuBar { background: @panel; color: @text; }
-QMenuBar::item { padding: 4px 8px; background: transparent; }
-QMenuBar::item:selected, QMenu::item:selected { background: @accent; }
-QMenu { background: @raised; color: @text; border: 1px solid @line; padding: 4px 0px; }
-QMenu::item { padding: 4px 24px 4px 24px; }
-QMenu::item:disabled { color: @disabled; background: transparent; }
-QMenu::separator { height: 1px; background: @line; margin: 4px 0px; }
-QToolTip { background: @raised; color: @text; border: 1px solid @line; padding: 4px; }
-
-#toolbar { background: @panel; border-bottom: 1px solid @line; }
-#messageText[trouble="true"] { color: @accentEnd; }
-#messageLine { background: @raised; border: 1px solid @line; border-radius: @radiuspx; }
-#messageButton { background: transparent; border: none; color: @accentEnd; padding: 0px 4px; }
-#messageButton:hover { color: @text; }
-)";
-
 }  // namespace
 
-void applyAppStyle(QApplication& application) {
+void applyAppStyle() {
     QApplication::setStyle(new AppStyle);
     QApplication::setPalette(makePalette());
+    QToolTip::setPalette(makePalette());
     QFont font = QApplication::font();
     font.setPointSizeF(metrics::kSmallFont);
     QApplication::setFont(font);
-    application.setStyleSheet(filledIn(QString::fromLatin1(kSheet)));
 }
 
 }  // namespace trimora::controls

@@ -79,7 +79,7 @@ void ColorPickerView::setupNib() {
     secondColorSelectorView_->setAccessibleName(tr("Shade"));
     secondColorSelectorView_->setToolTip(tr("Shade"));
     hexField_->setAccessibleName(tr("Colour as #RRGGBB"));
-    hexField_->setStyleSheet(fieldLook());
+    giveFieldLook(*hexField_);
     hexField_->setToolTip(tr("Colour as #RRGGBB"));
     hexField_->setMaxLength(7);
     hexField_->setAlignment(Qt::AlignCenter);

@@ -75,7 +75,6 @@ class StillAnimations final : public QAnimationDriver {
 class ControlGalleryTest : public ::testing::Test {
  protected:
     ControlGalleryTest() {
-        applyAppStyle(*qobject_cast<QApplication*>(QCoreApplication::instance()));
         QApplication::setCursorFlashTime(0);
         gallery.show();
         gallery.activateWindow();
@@ -118,6 +117,10 @@ class ControlGalleryTest : public ::testing::Test {
         return found;
     }
 
+    struct Style {
+        Style() { applyAppStyle(); }
+    };
+    Style style;  // before the first widget, as in the program
     StillAnimations still;
     VirtualWorld world;
     std::vector<std::string> reports;

@@ -69,6 +69,14 @@ bool ControlLayer::isAnimating(double now) const {
                        [now](const auto& layer) { return layer->isAnimating(now); });
 }
 
+bool ControlLayer::looksAlike(double one, double other, double leastMove) const {
+    if (hidden)
+        return true;
+    return presentation(one).looksLike(presentation(other), leastMove) &&
+           std::all_of(sublayers_.begin(), sublayers_.end(),
+                       [&](const auto& layer) { return layer->looksAlike(one, other, leastMove); });
+}
+
 void ControlLayer::paint(QPainter& painter, double now) const {
     const LayerPresentation shown = presentation(now);
     if (hidden || shown.opacity <= 0)

@@ -75,6 +75,10 @@ class ControlLayer {
     /// Whether this layer or one on top of it may look different after `now`. Hidden ones do not count.
     [[nodiscard]] bool isAnimating(double now) const;
 
+    /// Whether this layer and those on top of it look the same at both times where nobody sees a move of less
+    /// than `leastMove` points.
+    [[nodiscard]] bool looksAlike(double one, double other, double leastMove) const;
+
     /// Paints the layer and its sublayers. The painter is in the superlayer's space, y-up; it comes back
     /// as it was. Opacity reaches every drawn thing by itself: overlapping sublayers of a half-transparent
     /// layer show through each other.

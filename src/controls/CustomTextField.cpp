@@ -20,7 +20,7 @@ CustomTextField::CustomTextField(QWidget* parent) : TextField(parent) {
     format_.setMaximumLength(kMaximumLength);
     setValidator(&format_);
     setAlignment(Qt::AlignCenter);
-    setStyleSheet(fieldLook());
+    giveFieldLook(*this);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 

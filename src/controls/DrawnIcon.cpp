@@ -5,24 +5,11 @@
 #include <QPixmapCache>
 #include <QStyle>
 #include <QStyleOption>
-#include <QSvgRenderer>
 #include <utility>
 
+#include "controls/IconsAhead.h"
+
 namespace trimora::controls {
-namespace {
-
-/// The image in its own proportions, as large as has room in `size` pixels.
-QPixmap drawn(const QString& file, const QSize& size) {
-    QSvgRenderer image(file);
-    QImage pixels(image.defaultSize().scaled(size, Qt::KeepAspectRatio), QImage::Format_ARGB32_Premultiplied);
-    pixels.fill(Qt::transparent);
-    QPainter painter(&pixels);
-    image.render(&painter);
-    painter.end();
-    return QPixmap::fromImage(std::move(pixels));
-}
-
-}  // namespace
 
 DrawnIcon::DrawnIcon(QString off, QString on) : off_(std::move(off)), on_(std::move(on)) {}
 
@@ -37,7 +24,8 @@ QPixmap DrawnIcon::pixmap(const QSize& size, QIcon::Mode mode, QIcon::State stat
         return found;
     QStyleOption option;
     option.palette = QGuiApplication::palette();
-    found = QApplication::style()->generatedIconPixmap(mode, drawn(file, size), &option);
+    found =
+        QApplication::style()->generatedIconPixmap(mode, QPixmap::fromImage(drawnImage(file, size)), &option);
     QPixmapCache::insert(key, found);
     return found;
 }

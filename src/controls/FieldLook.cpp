@@ -1,9 +1,14 @@
 #include "controls/FieldLook.h"
 
+#include <QEvent>
+#include <QLineEdit>
+#include <QString>
+
 #include "controls/Metrics.h"
 #include "controls/Palette.h"
 
 namespace trimora::controls {
+namespace {
 
 QString fieldLook() {
     return QStringLiteral(
@@ -14,6 +19,26 @@ QString fieldLook() {
         .arg(metrics::kCornerRadius)
         .arg(palette::kAccent.name(QColor::HexArgb), palette::kFocusOnField.name(QColor::HexArgb),
              palette::kDisabledText.name(QColor::HexArgb));
+}
+
+/// Belongs to its field.
+class LookWhenShown final : public QObject {
+ public:
+    explicit LookWhenShown(QLineEdit& field) : QObject(&field) { field.installEventFilter(this); }
+
+    bool eventFilter(QObject* field, QEvent* event) override {
+        if (event->type() == QEvent::Show) {
+            field->removeEventFilter(this);
+            static_cast<QLineEdit*>(field)->setStyleSheet(fieldLook());
+        }
+        return false;
+    }
+};
+
+}  // namespace
+
+void giveFieldLook(QLineEdit& field) {
+    new LookWhenShown(field);
 }
 
 }  // namespace trimora::controls

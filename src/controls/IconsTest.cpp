@@ -6,8 +6,10 @@
 #include <QFile>
 #include <QImage>
 #include <QPixmap>
+#include <thread>
 #include <utility>
 
+#include "controls/IconsAhead.h"
 #include "testing/CapturedLog.h"
 
 namespace trimora::controls {
@@ -101,6 +103,16 @@ TEST(Icons, TwoStatesShowTwoImages) {
     const QSize size(24, 24);
     EXPECT_NE(both.pixmap(size, 1.0, QIcon::Normal, QIcon::On).toImage(),
               both.pixmap(size, 1.0, QIcon::Normal, QIcon::Off).toImage());
+}
+
+TEST(Icons, DrawnAheadOnAnotherThreadTheyAreTheSame) {
+    const QString file = QStringLiteral(":/images/open.svg");
+    const QImage now = drawnImage(file, QSize(30, 30));
+    std::thread([] { drawIconsAhead({{"open", 20}}, 1.5); }).join();
+    EXPECT_EQ(drawnImage(file, QSize(20, 20)).size(), QSize(20, 20)) << "not the one of another size";
+    const QImage ahead = drawnImage(file, QSize(30, 30));
+    EXPECT_EQ(ahead, now);
+    EXPECT_NE(drawnImage(file, QSize(30, 30)).cacheKey(), ahead.cacheKey()) << "handed out once";
 }
 
 TEST(Icons, AnUnknownNameIsAnErrorLineAndAnEmptyIcon) {

@@ -41,6 +41,12 @@ double& number(LayerPresentation& shown, KeyPath keyPath) {
 
 }  // namespace
 
+bool LayerPresentation::looksLike(const LayerPresentation& other, double leastMove) const {
+    return scale == other.scale && opacity == other.opacity && colors == other.colors &&
+           std::abs(translationX - other.translationX) < leastMove &&
+           std::abs(translationY - other.translationY) < leastMove;
+}
+
 std::optional<double> AnimationTiming::progress(double time) const {
     const double since = time - beginTime;
     if (since < 0)

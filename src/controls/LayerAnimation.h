@@ -28,6 +28,9 @@ struct LayerPresentation {
     double translationY = 0;
     double opacity = 1;
     std::vector<QColor> colors;
+
+    /// Whether both look the same where nobody sees a move of less than `leastMove` points.
+    [[nodiscard]] bool looksLike(const LayerPresentation& other, double leastMove) const;
 };
 
 inline constexpr double kForever = std::numeric_limits<double>::infinity();

@@ -13,8 +13,9 @@ namespace trimora::controls {
 /// Shows a tree of layers in a widget and keeps it moving.
 ///
 /// The root layer's space is the widget's, turned y-up. Frames are driven by painting: as long as
-/// anything moves, painting one asks for the next, so a hidden widget costs nothing. Whoever starts an
-/// animation calls the widget's update() once. Main thread only; the widget owns its host.
+/// anything moves, painting one asks for the next that looks different, so a hidden widget costs nothing,
+/// and one that moves slowly or rests for a while little. Whoever starts or ends an animation calls the
+/// widget's update() once. Main thread only; the widget owns its host.
 class LayerHost {
  public:
     LayerHost(QWidget& widget, const ControlContext& context) : widget_(widget), context_(context) {}
@@ -32,6 +33,8 @@ class LayerHost {
     void paint(QPainter& painter);
 
  private:
+    [[nodiscard]] double timeToNextFrame(double shown) const;
+
     QWidget& widget_;
     ControlContext context_;
     ControlLayer root_;

@@ -39,6 +39,10 @@ inline constexpr int kBarGroupRoom = 24;  ///< what a group of the toolbar may g
 inline constexpr int kTitleLeast = 96;    ///< the title's width in the toolbar: collapsed
 inline constexpr int kTitleMost = 480;    ///< and at most
 
+inline constexpr int kMenuTitlePaddingX = 8;  ///< in the menu bar, from a title to its neighbour's half way
+inline constexpr int kMenuTitlePaddingY = 4;
+inline constexpr int kTipPadding = 10;  ///< from a tool tip's edge to its text
+
 inline constexpr int kMessageHeight = 32;  ///< the line over the picture's lower edge that says what goes on
 inline constexpr int kMessageDistance = 16;  ///< from that edge, and from the sides at least
 inline constexpr int kMessageWheel = 16;     ///< side of the wheel that turns in it while work goes on

@@ -15,7 +15,7 @@
 namespace trimora::controls {
 
 ValueSlider::ValueSlider(Qt::Orientation orientation, QWidget* parent)
-    : ValueControl(parent), orientation_(orientation), scrubber_(QStringLiteral(":/images/Scrubber.svg")) {
+    : ValueControl(parent), orientation_(orientation) {
     ValueSliderAccess::install();
     // A press leaves the keyboard where it is: the tools' keys go on working while sizes are tried.
     setFocusPolicy(Qt::TabFocus);
@@ -40,8 +40,14 @@ QSize ValueSlider::minimumSizeHint() const {
     return orientation_ == Qt::Horizontal ? lying : lying.transposed();
 }
 
+QSvgRenderer& ValueSlider::scrubber() const {
+    if (!scrubber_.isValid())
+        scrubber_.load(QStringLiteral(":/images/Scrubber.svg"));
+    return scrubber_;
+}
+
 QSizeF ValueSlider::knobSize() const {
-    return scrubber_.defaultSize();
+    return scrubber().defaultSize();
 }
 
 bool ValueSlider::isMirrored() const {
@@ -81,7 +87,7 @@ void ValueSlider::beginPainting(QPainter& painter, const QRectF& knob) const {
 
 void ValueSlider::paintKnob(QPainter& painter, const QRectF& place) {
     painter.setClipping(false);
-    scrubber_.render(&painter, place);
+    scrubber().render(&painter, place);
     if (!hasFocus())
         return;
     const double out = metrics::kKnobRing;

@@ -66,6 +66,8 @@ class ValueSlider : public util::ValueControl {
     void hideEvent(QHideEvent* event) override;
 
  private:
+    /// Read when the knob is first measured or painted, which hidden sliders leave for later.
+    [[nodiscard]] QSvgRenderer& scrubber() const;
     [[nodiscard]] double along() const;
     [[nodiscard]] double placeAlong(QPointF point) const;
     [[nodiscard]] double valueAt(double place) const;
@@ -76,7 +78,7 @@ class ValueSlider : public util::ValueControl {
     double pageStep_ = 10;
     bool tracking_ = false;
     double grip_ = 0;  // from the knob's centre to where the pointer took it, along the slider
-    QSvgRenderer scrubber_;
+    mutable QSvgRenderer scrubber_;
 };
 
 }  // namespace trimora::controls

@@ -205,6 +205,16 @@ QFont DragView::lightFont(double points) const {
 }
 
 DragViewLayout DragView::currentLayout() const {
+    const Measured now{size(),    font(),          logicalDpiY(),
+                       strTitle_, strDescription_, image_.isNull() ? QSizeF() : imageSize_};
+    if (!layout_ || measured_ != now) {
+        layout_ = measuredLayout();
+        measured_ = now;
+    }
+    return *layout_;
+}
+
+DragViewLayout DragView::measuredLayout() const {
     const Size view{static_cast<double>(width()), static_cast<double>(height())};
     const auto laidOut = [](const QFont& font, const QString& text) {
         return text.isEmpty() ? 0 : QFontMetricsF(font).size(0, text).height();
@@ -220,18 +230,22 @@ QRectF DragView::toWidget(const Rect& rect) const {
     return {rect.x, height() - rect.maxY(), rect.width, rect.height};
 }
 
-void DragView::paintEvent(QPaintEvent* /*event*/) {
+// Only what is touched: the arrow moves over bare ground, for ever.
+void DragView::paintEvent(QPaintEvent* event) {
     if (hideAll_)
         return;
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const DragViewLayout places = currentLayout();
-    drawFrame(painter, places);
+    const QRectF touched = event->rect();
+    constexpr double kLine = metrics::kDropFrameRadius + metrics::kDropFrameWidth;
+    if (!toWidget(places.frame).adjusted(kLine, kLine, -kLine, -kLine).contains(touched))
+        drawFrame(painter, places);
     if (progressMode_)
         drawProgress(painter, places);
-    else
+    else if (toWidget(places.image).intersects(touched))
         drawImage(painter, places);
-    drawTexts(painter, places);
+    drawTexts(painter, places, touched);
 }
 
 void DragView::drawFrame(QPainter& painter, const DragViewLayout& places) const {
@@ -280,17 +294,20 @@ void DragView::drawProgress(QPainter& painter, const DragViewLayout& places) con
     painter.restore();
 }
 
-void DragView::drawTexts(QPainter& painter, const DragViewLayout& places) const {
+void DragView::drawTexts(QPainter& painter, const DragViewLayout& places, const QRectF& touched) const {
     const Size view{static_cast<double>(width()), static_cast<double>(height())};
-    const QFont description = lightFont(DragViewLayout::descriptionFont(view));
     constexpr int kCentred = Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap;
+    const auto draw = [&](const Rect& place, double points, int flags, const QString& text) {
+        if (!toWidget(place).intersects(touched))
+            return;
+        painter.setFont(lightFont(points));
+        painter.drawText(toWidget(place), flags, text);
+    };
     painter.setPen(palette::kDropText);
-    painter.setFont(lightFont(DragViewLayout::titleFont(view)));
-    painter.drawText(toWidget(places.title), kCentred, strTitle_);
-    painter.setFont(description);
-    painter.drawText(toWidget(places.description), kCentred, strDescription_);
+    draw(places.title, DragViewLayout::titleFont(view), kCentred, strTitle_);
+    draw(places.description, DragViewLayout::descriptionFont(view), kCentred, strDescription_);
     if (strInfoText_)
-        painter.drawText(toWidget(places.info), Qt::AlignLeft | Qt::AlignTop, *strInfoText_);
+        draw(places.info, DragViewLayout::descriptionFont(view), Qt::AlignLeft | Qt::AlignTop, *strInfoText_);
 }
 
 }  // namespace trimora::editor

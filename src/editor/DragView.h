@@ -115,11 +115,24 @@ class DragView final : public QWidget {
     void draggingEnded();
 
     [[nodiscard]] QFont lightFont(double points) const;
+    [[nodiscard]] DragViewLayout measuredLayout() const;
     void drawFrame(QPainter& painter, const DragViewLayout& places) const;
     void drawImage(QPainter& painter, const DragViewLayout& places) const;
     void drawProgress(QPainter& painter, const DragViewLayout& places) const;
-    void drawTexts(QPainter& painter, const DragViewLayout& places) const;
+    /// Those that the part of the widget that is painted touches.
+    void drawTexts(QPainter& painter, const DragViewLayout& places, const QRectF& touched) const;
     [[nodiscard]] QRectF toWidget(const foundation::Rect& rect) const;
+
+    /// All that the layout follows from.
+    struct Measured {
+        QSize view;
+        QFont font;
+        int dotsPerInch = 0;
+        QString title;
+        QString description;
+        QSizeF image;  ///< empty for none
+        bool operator==(const Measured&) const = default;
+    };
 
     DragViewDelegate* delegate_ = nullptr;
     PromisedFiles promisedFiles_;
@@ -141,6 +154,9 @@ class DragView final : public QWidget {
     std::int64_t sessionNumber_ = 0;      // of the present drag; counts the enterings
     std::int64_t prevSessionNumber_ = 0;  // of the drag that the delegate was told of last
     QPointF mousePosition_;               // on the screen, as told last
+
+    mutable std::optional<DragViewLayout> layout_;  // kept, as measuring texts takes long
+    mutable Measured measured_;                     // what it was made for
 };
 
 }  // namespace trimora::editor

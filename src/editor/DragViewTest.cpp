@@ -341,5 +341,34 @@ TEST_F(DragViewTest, TheThirdLineIsDrawnWhereItIsSet) {
     EXPECT_NE(view_.grab().toImage(), without);
 }
 
+TEST_F(DragViewTest, EveryPartThatIsPaintedAloneIsAsInTheWhole) {
+    view_.setImage(controls::icon("picture_drop"), {96, 96});
+    view_.setStrTitle("Drop a picture here");
+    view_.setStrDescription("or open one");
+    view_.setStrInfoText("PNG, JPEG, TIFF or GIF");
+    const QImage whole = shown();
+    constexpr int kPart = 20;
+    for (int y = 0; y < view_.height(); y += kPart) {
+        for (int x = 0; x < view_.width(); x += kPart) {
+            const QRect part(x, y, kPart, kPart);
+            QImage alone(part.size(), QImage::Format_RGB32);
+            view_.render(&alone, {}, part);
+            EXPECT_EQ(alone, whole.copy(part)) << x << ", " << y;
+        }
+    }
+}
+
+TEST_F(DragViewTest, TheLayoutFollowsWhatItIsMadeFrom) {
+    view_.setStrTitle("Drop a picture here");
+    const double narrow = view_.currentLayout().frame.width;
+    view_.resize(500, 300);
+    EXPECT_EQ(view_.currentLayout().frame.width, narrow + 100);
+    const double without = view_.currentLayout().description.height;
+    view_.setStrDescription("or open one");
+    EXPECT_NE(view_.currentLayout().description.height, without);
+    view_.setImage(controls::icon("picture_drop"), {96, 96});
+    EXPECT_EQ(view_.currentLayout().image.width, 96);
+}
+
 }  // namespace
 }  // namespace trimora::editor

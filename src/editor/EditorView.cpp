@@ -127,7 +127,6 @@ void EditorView::layOut() {
     const int slid = rounded(-constraints_.constrRightPanelWithMode.constant());
     outlets_.rightPanelWithMode->setGeometry(width() - right + slid, 0, right, height());
     layOutStage();
-    layOutEmptyScreen();
 
     const QRect room({}, QSize(right - 2 * metrics::kPanelMargin, metrics::kCallHeight));
     outlets_.btnSave->setGeometry(room.translated(0, rounded(-constraints_.constrBtnSaveBottom.constant())));
@@ -180,6 +179,7 @@ void EditorView::showEvent(QShowEvent* event) {
 void EditorView::resizeEvent(QResizeEvent* event) {
     QWidget::resizeEvent(event);
     layOut();
+    layOutEmptyScreen();
 }
 
 bool EditorView::eventFilter(QObject* watched, QEvent* event) {

@@ -2,7 +2,11 @@
 
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
+#include <QEvent>
 #include <QImage>
+#include <cmath>
+#include <utility>
 
 #include "controls/ControlsForTests.h"
 
@@ -62,6 +66,44 @@ TEST_F(HintArrowTest, TwoSecondsLaterItBeginsAgainForEver) {
     world_.advance(2000);
     EXPECT_NEAR(rise(), 7, 1e-5);
     EXPECT_TRUE(arrow_.layer().isAnimating(world_.time.seconds()));
+}
+
+/// How often a widget was painted since it was last asked.
+class Paints final : public QObject {
+ public:
+    explicit Paints(QWidget& widget) { widget.installEventFilter(this); }
+    int taken() { return std::exchange(count_, 0); }
+
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        count_ += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
+    }
+
+ private:
+    int count_ = 0;
+};
+
+TEST_F(HintArrowTest, ItIsPaintedAsOftenAsItIsSeenToMoveAndNeverWhileItRests) {
+    Paints paints(arrow_);
+    arrow_.addDownArrowAnimation();
+    arrow_.show();
+    const auto let = [this](double seconds) {
+        constexpr double kStep = 1.0 / 240;
+        for (int i = 0; i < static_cast<int>(std::lround(seconds / kStep)); ++i) {
+            world_.advance(kStep);
+            QCoreApplication::processEvents();
+        }
+    };
+    let(1.2);
+    const int rising = paints.taken();
+    EXPECT_GE(rising, 14) << "of 14 pixels none is left out";
+    EXPECT_LE(rising, 30) << "two for each";
+    let(0.32);
+    EXPECT_GE(paints.taken(), 14) << "the fall and the bounce are as smooth as the screen";
+    let(0.4);
+    EXPECT_EQ(paints.taken(), 0);
+    let(0.6);
+    EXPECT_GE(paints.taken(), 5) << "it begins again";
 }
 
 TEST_F(HintArrowTest, ItHasRoomForTheWholeWay) {

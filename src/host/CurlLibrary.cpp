@@ -1,6 +1,6 @@
 #include "host/CurlLibrary.h"
 
-#include "host/LateLibrary.h"
+#include "files/LateLibrary.h"
 
 namespace trimora::host {
 
@@ -9,31 +9,13 @@ using foundation::Result;
 
 namespace {
 
-/// Finds one function after another, until one is missing.
-class Finder {
- public:
-    explicit Finder(const LateLibrary& library) : library_(library) {}
-
-    template <typename Function>
-    void operator()(const char* name, Function*& function) {
-        if (found_)
-            found_ = library_.find(name, function);
-    }
-
-    [[nodiscard]] const Result<void>& found() const { return found_; }
-
- private:
-    const LateLibrary& library_;
-    Result<void> found_;
-};
-
 Result<CurlLibrary> load() {
-    const auto library = LateLibrary::open("libcurl.so.4");
+    const auto library = files::LateLibrary::open("libcurl.so.4");
     if (!library)
         return library.error();
     decltype(&::curl_global_init) globalInit = nullptr;
     CurlLibrary made;
-    Finder find(*library);
+    files::LateFunctions find(*library);
     find("curl_global_init", globalInit);
     find("curl_easy_init", made.easy_init);
     find("curl_easy_cleanup", made.easy_cleanup);

@@ -10,7 +10,7 @@
 #include <fstream>
 #include <utility>
 
-#include "host/LateLibrary.h"
+#include "files/LateLibrary.h"
 
 namespace trimora::host {
 namespace {
@@ -19,7 +19,7 @@ using Digest = std::array<unsigned char, EVP_MAX_MD_SIZE>;
 
 /// Nothing where the library that reckons it is not there. It is asked for once in a session.
 std::optional<Digest> hmacSha256(const std::string& key, const std::string& text) {
-    const auto library = LateLibrary::open("libcrypto.so.3");
+    const auto library = files::LateLibrary::open("libcrypto.so.3");
     decltype(&::HMAC) hmac = nullptr;
     decltype(&::EVP_sha256) sha256 = nullptr;
     if (!library || !library->find("HMAC", hmac) || !library->find("EVP_sha256", sha256))

@@ -9,6 +9,7 @@
 #include "platform/DBusNotifications.h"
 #include "platform/DesktopWorkspace.h"
 #include "platform/QtMainQueue.h"
+#include "platform/QtScheduler.h"
 #include "platform/QtSettings.h"
 
 namespace trimora {
@@ -37,7 +38,7 @@ class DesktopHost {
     foundation::ThreadWorkers codecWorkers_;
     foundation::ThreadQueueFactory queues_{mainQueue_};
     foundation::RealClock clock_;
-    foundation::RealScheduler scheduler_;
+    platform::QtScheduler scheduler_{mainQueue_};
     platform::QtSettings settings_;
     platform::DesktopWorkspace workspace_;
     QPointer<app::MessageLine> line_;

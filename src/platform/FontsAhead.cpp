@@ -2,6 +2,8 @@
 
 #include <fontconfig/fontconfig.h>
 
+#include <QFontMetricsF>
+
 namespace trimora::platform {
 
 FontsAhead::FontsAhead() : thread_([] { FcInit(); }) {}
@@ -9,6 +11,10 @@ FontsAhead::FontsAhead() : thread_([] { FcInit(); }) {}
 void FontsAhead::wait() {
     if (thread_.joinable())
         thread_.join();
+}
+
+void findFontsFor(const QFont& font) {
+    (void)QFontMetricsF(font).horizontalAdvance(QLatin1Char('x'));
 }
 
 }  // namespace trimora::platform

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QFont>
 #include <thread>
 
 namespace trimora::platform {
@@ -21,5 +22,9 @@ class FontsAhead {
  private:
     std::thread thread_;
 };
+
+/// Finds out which of the machine's fonts stand for this one. The toolkit keeps that for all threads, so one
+/// that does it beside the main thread saves that the time. After the QApplication was made. Any thread.
+void findFontsFor(const QFont& font);
 
 }  // namespace trimora::platform

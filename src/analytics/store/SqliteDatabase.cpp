@@ -1,9 +1,10 @@
 #include "analytics/store/SqliteDatabase.h"
 
 #include <fcntl.h>
-#include <sqlite3.h>
 #include <sys/stat.h>
 #include <unistd.h>
+
+#include "analytics/store/SqliteLibrary.h"
 
 namespace trimora::analytics {
 
@@ -14,6 +15,11 @@ namespace {
 
 constexpr mode_t kOwnerOnly = 0600;
 
+/// Where a database has been opened, the library is there.
+const SqliteLibrary& sqlite() {
+    return *SqliteLibrary::get();
+}
+
 /// SQLite gives its side files the permissions of the database, so one file made right is enough.
 void makeFile(const std::filesystem::path& file) {
     const int made = ::open(file.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, kOwnerOnly);
@@ -22,7 +28,7 @@ void makeFile(const std::filesystem::path& file) {
 }
 
 Error errorOf(sqlite3* handle) {
-    return {sqlite3_errmsg(handle), sqlite3_extended_errcode(handle)};
+    return {sqlite().errmsg(handle), sqlite().extended_errcode(handle)};
 }
 
 }  // namespace
@@ -30,8 +36,8 @@ Error errorOf(sqlite3* handle) {
 SqliteStatement::~SqliteStatement() {
     if (statement_ == nullptr)
         return;
-    sqlite3_reset(statement_);
-    sqlite3_clear_bindings(statement_);
+    sqlite().reset(statement_);
+    sqlite().clear_bindings(statement_);
 }
 
 void SqliteStatement::note(int code) {
@@ -40,31 +46,31 @@ void SqliteStatement::note(int code) {
 }
 
 SqliteStatement& SqliteStatement::bind(std::int64_t value) {
-    note(sqlite3_bind_int64(statement_, ++bound_, value));
+    note(sqlite().bind_int64(statement_, ++bound_, value));
     return *this;
 }
 
 SqliteStatement& SqliteStatement::bind(double value) {
-    note(sqlite3_bind_double(statement_, ++bound_, value));
+    note(sqlite().bind_double(statement_, ++bound_, value));
     return *this;
 }
 
 SqliteStatement& SqliteStatement::bind(const std::optional<std::string>& value) {
     ++bound_;
     if (value)
-        note(sqlite3_bind_text64(statement_, bound_, value->data(), value->size(), SQLITE_TRANSIENT,
-                                 SQLITE_UTF8));
+        note(sqlite().bind_text64(statement_, bound_, value->data(), value->size(), SQLITE_TRANSIENT,
+                                  SQLITE_UTF8));
     else
-        note(sqlite3_bind_null(statement_, bound_));
+        note(sqlite().bind_null(statement_, bound_));
     return *this;
 }
 
 bool SqliteStatement::step() {
     if (code_ != SQLITE_OK)
         return false;
-    const int code = sqlite3_step(statement_);
+    const int code = sqlite().step(statement_);
     if (code != SQLITE_ROW && code != SQLITE_DONE)
-        note(sqlite3_extended_errcode(database_));
+        note(sqlite().extended_errcode(database_));
     return code == SQLITE_ROW;
 }
 
@@ -77,58 +83,60 @@ Result<void> SqliteStatement::run() {
 Result<void> SqliteStatement::result() const {
     if (code_ == SQLITE_OK)
         return {};
-    return Error{sqlite3_errstr(code_), code_};
+    return Error{sqlite().errstr(code_), code_};
 }
 
 std::int64_t SqliteStatement::integer(int column) const {
-    return sqlite3_column_int64(statement_, column);
+    return sqlite().column_int64(statement_, column);
 }
 
 double SqliteStatement::real(int column) const {
-    return sqlite3_column_double(statement_, column);
+    return sqlite().column_double(statement_, column);
 }
 
 std::optional<std::string> SqliteStatement::text(int column) const {
-    if (sqlite3_column_type(statement_, column) == SQLITE_NULL)
+    if (sqlite().column_type(statement_, column) == SQLITE_NULL)
         return std::nullopt;
-    const auto* const bytes = static_cast<const char*>(sqlite3_column_blob(statement_, column));
-    const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement_, column));
+    const auto* const bytes = static_cast<const char*>(sqlite().column_blob(statement_, column));
+    const auto size = static_cast<std::size_t>(sqlite().column_bytes(statement_, column));
     return bytes == nullptr ? std::string() : std::string(bytes, size);
 }
 
 Result<std::unique_ptr<SqliteDatabase>> SqliteDatabase::open(const std::filesystem::path& file, Mode mode,
                                                              int busyMilliseconds) {
+    if (const auto& library = SqliteLibrary::get(); !library)
+        return library.error();
     if (mode == Mode::readWrite)
         makeFile(file);
     const int access = mode == Mode::readWrite ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY;
     sqlite3* handle = nullptr;
-    const int code =
-        sqlite3_open_v2(file.c_str(), &handle, access | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
+    const int code = sqlite().open_v2(file.c_str(), &handle,
+                                      access | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
     std::unique_ptr<SqliteDatabase> database(new SqliteDatabase(handle));
     if (code != SQLITE_OK)
-        return handle == nullptr ? Error{sqlite3_errstr(code), code} : errorOf(handle);
-    sqlite3_busy_timeout(handle, busyMilliseconds);
-    sqlite3_db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
-    sqlite3_db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+        return handle == nullptr ? Error{sqlite().errstr(code), code} : errorOf(handle);
+    sqlite().busy_timeout(handle, busyMilliseconds);
+    sqlite().db_config(handle, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+    sqlite().db_config(handle, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
     return database;
 }
 
 SqliteDatabase::~SqliteDatabase() {
     for (const auto& [sql, statement] : statements_)
-        sqlite3_finalize(statement);
-    sqlite3_close(handle_);
+        sqlite().finalize(statement);
+    sqlite().close(handle_);
 }
 
 SqliteStatement SqliteDatabase::statement(const char* sql) {
     sqlite3_stmt*& prepared = statements_[sql];
     int code = SQLITE_OK;
     if (prepared == nullptr)
-        code = sqlite3_prepare_v3(handle_, sql, -1, SQLITE_PREPARE_PERSISTENT, &prepared, nullptr);
+        code = sqlite().prepare_v3(handle_, sql, -1, SQLITE_PREPARE_PERSISTENT, &prepared, nullptr);
     return {handle_, prepared, code};
 }
 
 Result<void> SqliteDatabase::execute(const char* sql) {
-    if (sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr) != SQLITE_OK)
+    if (sqlite().exec(handle_, sql, nullptr, nullptr, nullptr) != SQLITE_OK)
         return errorOf(handle_);
     return {};
 }
@@ -143,7 +151,7 @@ Result<std::int64_t> SqliteDatabase::number(const char* sql) {
 }
 
 std::int64_t SqliteDatabase::lastInsertedRow() const {
-    return sqlite3_last_insert_rowid(handle_);
+    return sqlite().last_insert_rowid(handle_);
 }
 
 }  // namespace trimora::analytics

@@ -2,7 +2,7 @@
 
 #include "foundation/Result.h"
 
-namespace trimora::host {
+namespace trimora::files {
 
 /// A shared library that is loaded when something of it is needed, for those of which most runs of the
 /// program need nothing: loading libcurl, and the two dozen libraries that it stands on, with the program
@@ -33,4 +33,24 @@ class LateLibrary {
     void* handle_;
 };
 
-}  // namespace trimora::host
+/// Finds one function of a library after another, until one is missing.
+class LateFunctions {
+ public:
+    /// `library` outlives this.
+    explicit LateFunctions(const LateLibrary& library) : library_(library) {}
+
+    template <typename Function>
+    void operator()(const char* name, Function*& function) {
+        if (found_)
+            found_ = library_.find(name, function);
+    }
+
+    /// An error that names the first one missing, if any is.
+    [[nodiscard]] const foundation::Result<void>& found() const { return found_; }
+
+ private:
+    const LateLibrary& library_;
+    foundation::Result<void> found_;
+};
+
+}  // namespace trimora::files

@@ -1,11 +1,11 @@
-#include "host/LateLibrary.h"
+#include "files/LateLibrary.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <cmath>
 
-namespace trimora::host {
+namespace trimora::files {
 namespace {
 
 using ::testing::HasSubstr;
@@ -35,4 +35,4 @@ TEST(LateLibrary, withoutTheFunctionSaysSo) {
 }
 
 }  // namespace
-}  // namespace trimora::host
+}  // namespace trimora::files

@@ -1,8 +1,8 @@
-#include "host/LateLibrary.h"
+#include "files/LateLibrary.h"
 
 #include <dlfcn.h>
 
-namespace trimora::host {
+namespace trimora::files {
 
 using foundation::Error;
 using foundation::Result;
@@ -21,4 +21,4 @@ Result<void*> LateLibrary::address(const char* name) const {
     return found;
 }
 
-}  // namespace trimora::host
+}  // namespace trimora::files
