@@ -171,7 +171,7 @@ class RimQueue {
     }
 
     // Paints all that wait.
-    HWY_INLINE void paint() {
+    HWY_NOINLINE void paint() {
         std::size_t steps = 0;
         for (std::size_t k = 0; k < count_; ++k)
             steps = std::max(steps, steps_[k]);
@@ -203,8 +203,8 @@ class RimQueue {
             hn::StoreU(hn::Zero(d), d, &covers[begin]);
     }
 
-    // The coverage of a pixel by some stamps, and by some beyond.
-    HWY_INLINE void findExactCovers(Range<std::size_t> stamps, int x, int y, std::int32_t* covers) const {
+    // The coverage of a pixel by some stamps, and by some beyond. Seldom asked for, and much code.
+    HWY_NOINLINE void findExactCovers(Range<std::size_t> stamps, int x, int y, std::int32_t* covers) const {
         const hn::ScalableTag<double> d;
         const hn::Rebind<std::int32_t, decltype(d)> d32;
         for (std::size_t i = stamps.begin; i < stamps.end; i += hn::Lanes(d), covers += hn::Lanes(d))
