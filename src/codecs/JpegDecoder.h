@@ -5,7 +5,8 @@
 namespace trimora::codecs {
 
 /// JPEG files, baseline and progressive: YCbCr, RGB, grey, CMYK and YCCK, with EXIF orientation and
-/// embedded profile. A file cut short shows the part that was there.
+/// embedded profile. A file cut short shows the part that was there. A large baseline one is read on all
+/// cores.
 class JpegDecoder final : public FormatDecoder {
  public:
     using FormatDecoder::FormatDecoder;

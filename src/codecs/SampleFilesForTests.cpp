@@ -152,8 +152,10 @@ Buffer jpeg(BitmapView picture, const JpegOptions& options) {
     info.in_color_space = options.grey ? JCS_GRAYSCALE : options.cmyk ? JCS_CMYK : JCS_RGB;
     jpeg_set_defaults(&info);
     jpeg_set_quality(&info, options.quality, TRUE);
-    if (!options.subsampled)
-        info.comp_info[0].h_samp_factor = info.comp_info[0].v_samp_factor = 1;
+    info.comp_info[0].h_samp_factor = options.across;
+    info.comp_info[0].v_samp_factor = options.down;
+    info.restart_in_rows = options.restartRows;
+    info.optimize_coding = options.ownCodes ? TRUE : FALSE;
     if (options.progressive)
         jpeg_simple_progression(&info);
     std::vector<jpeg_scan_info> scans;

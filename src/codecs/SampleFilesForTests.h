@@ -31,8 +31,11 @@ struct JpegOptions {
     bool grey = false;
     bool cmyk = false;  ///< stores the colours as inverted inks without black, as picture editors do
     bool progressive = false;
-    bool subsampled = false;
-    int orientation = 0;  ///< 0 writes no EXIF
+    int across = 1;         ///< so many pixels beside each other share a sample of colour
+    int down = 1;           ///< and so many below each other
+    bool ownCodes = false;  ///< codes that fit the picture, in which what does not occur cannot be said
+    int restartRows = 0;    ///< a mark from which data can be read again, every so many rows of blocks
+    int orientation = 0;    ///< 0 writes no EXIF
     Buffer icc;
     int emptyScans = 0;  ///< progressive: so many further scans
 };

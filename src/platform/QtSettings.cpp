@@ -1,5 +1,6 @@
 #include "platform/QtSettings.h"
 
+#include <QEvent>
 #include <QFile>
 #include <QStringList>
 
@@ -12,8 +13,25 @@ QString name(std::string_view key) {
 
 }  // namespace
 
-QtSettings::QtSettings(const std::filesystem::path& file)
-    : file_(QFile::decodeName(file.c_str()), QSettings::IniFormat) {}
+QtSettings::File::File(const QString& name, std::chrono::milliseconds moment)
+    : QSettings(name, QSettings::IniFormat) {
+    moment_.setSingleShot(true);
+    moment_.setInterval(moment);
+    QObject::connect(&moment_, &QTimer::timeout, this, [this] {
+        QEvent write(QEvent::UpdateRequest);
+        QSettings::event(&write);
+    });
+}
+
+bool QtSettings::File::event(QEvent* event) {
+    if (event->type() != QEvent::UpdateRequest)
+        return QSettings::event(event);
+    moment_.start();
+    return true;
+}
+
+QtSettings::QtSettings(const std::filesystem::path& file, std::chrono::milliseconds moment)
+    : file_(QFile::decodeName(file.c_str()), moment) {}
 
 std::optional<std::string> QtSettings::text(std::string_view key) const {
     const QVariant value = file_.value(name(key));

@@ -3,6 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QCoreApplication>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
 #include "testing/TemporaryFolder.h"
 
 namespace trimora::platform {
@@ -10,6 +17,11 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+
+std::string contentsOf(const std::filesystem::path& file) {
+    std::ifstream stream(file);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
 
 TEST(QtSettingsTest, WhatWasKeptIsThereInTheNextRun) {
     const testing::TemporaryFolder folder;
@@ -24,6 +36,29 @@ TEST(QtSettingsTest, WhatWasKeptIsThereInTheNextRun) {
     const QtSettings settings(file);
     EXPECT_EQ(settings.text("saveFolder"), "/home/ann/Bücher, alt");
     EXPECT_THAT(settings.list("recentFiles"), ElementsAre("/p/a, b.png", "/p/c=d.png"));
+}
+
+TEST(QtSettingsTest, NothingIsWrittenWhileWhatTheChangeCameWithIsShown) {
+    const testing::TemporaryFolder folder;
+    const auto file = folder.path() / "Trimora.ini";
+    {
+        QtSettings settings(file, std::chrono::hours(1));
+        settings.setText("saveFolder", "/p");
+        QCoreApplication::processEvents();
+        EXPECT_FALSE(std::filesystem::exists(file));
+    }
+    EXPECT_TRUE(std::filesystem::exists(file));
+}
+
+TEST(QtSettingsTest, EveryChangeIsWrittenAfterAMoment) {
+    const testing::TemporaryFolder folder;
+    const auto file = folder.path() / "Trimora.ini";
+    QtSettings settings(file, std::chrono::milliseconds(1));
+    for (const std::string value : {"/first", "/second"}) {
+        settings.setText("saveFolder", value);
+        while (contentsOf(file).find(value) == std::string::npos)  // or until the test's time is up
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
 }
 
 TEST(QtSettingsTest, AListOfOneAndAnEmptyListStayLists) {

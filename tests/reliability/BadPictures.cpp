@@ -47,7 +47,7 @@ std::vector<NamedFile> madeSoundFiles() {
     interlaced.screenHeight = 20;
     return {
         {"jpeg", samples::jpeg(whole, rotated)},
-        {"jpeg-progressive", samples::jpeg(whole, {.progressive = true, .subsampled = true, .icc = {}})},
+        {"jpeg-progressive", samples::jpeg(whole, {.progressive = true, .across = 2, .down = 2, .icc = {}})},
         {"jpeg-grey", samples::jpeg(whole, {.quality = 60, .grey = true, .icc = {}})},
         {"jpeg-inks", samples::jpeg(whole, inks)},
         {"png", samples::png(fading.view(), profiled)},

@@ -45,10 +45,6 @@ Bitmap numberedMask(int number) {
     return std::move(*mask);
 }
 
-bool same(const Bitmap& one, const Bitmap& other) {
-    return foundation::samePixels(one.view(), other.view());
-}
-
 /// A store and what it was given.
 class Recorder {
  public:
@@ -89,7 +85,8 @@ class Recorder {
         if (mask->isEmpty())
             return Outcome::wholePicture;
         const int expected = given_[static_cast<std::size_t>(store.currentState())];
-        return same(*mask, numberedMask(expected)) ? Outcome::shown : Outcome::wrong;
+        const bool same = foundation::samePixels(mask->view(), numberedMask(expected).view());
+        return same ? Outcome::shown : Outcome::wrong;
     }
     Outcome back() { return step(HistoryStore::Step::back); }
 

@@ -18,6 +18,7 @@
 #include "HistoryEditor.h"
 #include "Mounts.h"
 #include "SavingForTests.h"
+#include "WholeStore.h"
 #include "analytics/store/ManagedObjectContext.h"
 #include "analytics/store/StoreCoordinator.h"
 #include "cutengine/kernels/MaskCodec.h"
@@ -151,18 +152,7 @@ class StoredEvents {
                 EXPECT_TRUE(found.insert(std::stoi(event.body.value_or("-1"))).second) << "there twice";
         }
         EXPECT_TRUE(steps_.allow(found, states_, cut)) << "no state that the store had";
-        std::string integrity;
-        EXPECT_TRUE(coordinator.read([&](auto& database) {
-            auto question = database.statement("PRAGMA integrity_check");
-            while (question.step())
-                integrity += question.text(0).value_or("");
-            return question.result();
-        }));
-        EXPECT_EQ(integrity, "ok");
-        TXEvent further{0, "later", "after the cut"};
-        EXPECT_TRUE(context.save(further));
-        for (const auto& entry : fs::directory_iterator((root / kFile).parent_path()))
-            EXPECT_EQ(entry.path().string().find(".damaged-"), std::string::npos) << entry.path();
+        expectWholeStore(coordinator, root / kFile);
     }
 
  private:

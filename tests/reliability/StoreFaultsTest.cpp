@@ -10,6 +10,7 @@
 
 #include "IoFaults.h"
 #include "Processes.h"
+#include "WholeStore.h"
 #include "analytics/store/ManagedObjectContext.h"
 #include "analytics/store/StoreCoordinator.h"
 #include "foundation/VirtualTime.h"
@@ -104,18 +105,7 @@ class StoreIoFaults : public ::testing::Test {
         }
         const auto removed = context.eventsOfSession("B", PropertyValues::left);
         EXPECT_TRUE(removed && (!told.removed || removed->empty()));
-        std::string integrity;
-        EXPECT_TRUE(coordinator.read([&](auto& database) {
-            auto question = database.statement("PRAGMA integrity_check");
-            while (question.step())
-                integrity += question.text(0).value_or("");
-            return question.result();
-        }));
-        EXPECT_EQ(integrity, "ok");
-        TXEvent further{0, "C", "after"};
-        EXPECT_TRUE(context.save(further));
-        for (const auto& entry : fs::directory_iterator(file_.parent_path()))
-            EXPECT_EQ(entry.path().string().find(".damaged-"), std::string::npos) << entry.path();
+        expectWholeStore(coordinator, file_);
     }
 
     testing::TemporaryFolder home_;

@@ -27,9 +27,9 @@ void recordEventLater(const std::string& name, std::function<Dictionary()> data)
     });
 }
 
-void saveEventOfSession(const std::string& name, const Dictionary& data, const std::string& session) {
+bool saveEventOfSession(const std::string& name, const Dictionary& data, const std::string& session) {
     TXEvent event = TXEventBuilder::createEventWithName_forSession(name, data, session, context());
-    TXAnalyticsDBManager::sharedManager().eventDataAccess().saveEvent(event, context());
+    return TXAnalyticsDBManager::sharedManager().eventDataAccess().saveEvent(event, context());
 }
 
 }  // namespace trimora::analytics

@@ -14,7 +14,7 @@ void recordEvent(const std::string& name, const Dictionary& data);
 /// As above, with data that is only found out on the queue.
 void recordEventLater(const std::string& name, std::function<Dictionary()> data);
 
-/// Saves an event of the given session at once. On the queue.
-void saveEventOfSession(const std::string& name, const Dictionary& data, const std::string& session);
+/// Saves an event of the given session at once; false where that failed, which is logged. On the queue.
+bool saveEventOfSession(const std::string& name, const Dictionary& data, const std::string& session);
 
 }  // namespace trimora::analytics

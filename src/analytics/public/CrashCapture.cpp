@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <cerrno>
 #include <cstdlib>
 #include <exception>
 #include <memory>
@@ -40,15 +41,6 @@ struct Installed {
     std::terminate_handler terminateBefore = nullptr;
 };
 std::unique_ptr<Installed> current;
-
-void storeCrashes(const CrashCapture::Crashes& crashes) {
-    // What a dying process says need not be UTF-8.
-    Dictionary entries = Dictionary::object();
-    for (const auto& [session, text] : crashes)
-        entries.set(session, text);
-    wiring().userDefaults.setObject(kCrashLogKey, entries.jsonOrMarks());
-    wiring().userDefaults.synchronize();
-}
 
 std::string demangled(const char* name) {
     int status = 0;
@@ -129,7 +121,7 @@ std::string callStackSymbols() {
     const std::terminate_handler before = current ? current->terminateBefore : nullptr;
     CrashCapture::Crashes crashes = CrashCapture::pendingCrashes();
     crashes.insert_or_assign(FatalSignals::session(), withoutNames(describeException()) + callStackSymbols());
-    storeCrashes(crashes);
+    CrashCapture::setPendingCrashes(crashes);
     if (before != nullptr)
         before();
     std::abort();
@@ -145,8 +137,11 @@ void collect(const std::filesystem::path& path, CrashCapture::Crashes& crashes,
     const auto file = files::openRegularFileAt(AT_FDCWD, path.c_str(), files::Links::refuse);
     if (!file || !isLeftBehind(*file))
         return;
+    const auto bytes = files::readAll(*file, kLargestRecord);
+    if (!bytes && bytes.error().code != EFBIG)
+        return;  // the next start may be able to
     collected.push_back(path);
-    if (const auto bytes = files::readAll(*file, kLargestRecord)) {
+    if (bytes) {
         const auto view = bytes->view();
         const std::string written(view.begin(), view.end());
         if (const auto record = CrashRecord::parse(written))
@@ -168,7 +163,7 @@ void collectLeftBehind(const std::filesystem::path& folder) {
             collect(folder / name, crashes, collected);
     }
     if (crashes.size() > known)
-        storeCrashes(crashes);
+        CrashCapture::setPendingCrashes(crashes);
     for (const auto& path : collected)
         ::unlink(path.c_str());
 }
@@ -221,8 +216,15 @@ CrashCapture::Crashes CrashCapture::pendingCrashes() {
     return crashes;
 }
 
-void CrashCapture::forgetPendingCrashes() {
-    wiring().userDefaults.removeObjectForKey(kCrashLogKey);
+void CrashCapture::setPendingCrashes(const Crashes& crashes) {
+    // What a dying process says need not be UTF-8.
+    Dictionary entries = Dictionary::object();
+    for (const auto& [session, text] : crashes)
+        entries.set(session, text);
+    if (crashes.empty())
+        wiring().userDefaults.removeObjectForKey(kCrashLogKey);
+    else
+        wiring().userDefaults.setObject(kCrashLogKey, entries.jsonOrMarks());
     wiring().userDefaults.synchronize();
 }
 

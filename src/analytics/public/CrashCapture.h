@@ -39,9 +39,9 @@ class CrashCapture {
     /// The session that a crash from now on belongs to. Any thread; never waits for the disk.
     static void setSession(const std::string& session);
 
-    /// The crashes that wait in the user defaults, and their removal.
+    /// The crashes that wait in the user defaults to be stored, and what is to wait there from now on.
     [[nodiscard]] static Crashes pendingCrashes();
-    static void forgetPendingCrashes();
+    static void setPendingCrashes(const Crashes& crashes);
 };
 
 }  // namespace trimora::analytics

@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <barrier>
 #include <csignal>
 #include <cstring>
 #include <fstream>
@@ -11,6 +12,7 @@
 #include <iterator>
 #include <stdexcept>
 #include <thread>
+#include <vector>
 
 #include "analytics/TelemetrixForTests.h"
 #include "analytics/public/CrashRecord.h"
@@ -280,6 +282,26 @@ TEST_F(CrashCaptureTest, CrashOfAnotherThreadIsRecorded) {
     const int status = childStatus([] { std::thread([] { std::abort(); }).join(); });
     EXPECT_EQ(WTERMSIG(status), SIGABRT);
     EXPECT_THAT(stackTracesAfterRestart().at(0), StartsWith("SIGABRT (code 0,"));
+}
+
+TEST_F(CrashCaptureTest, ThreadsThatCrashAtATimeLeaveOneWholeRecord) {
+    const int status = childStatus([] {
+        constexpr int kThreads = 8;
+        std::barrier together(kThreads);
+        std::vector<std::thread> threads;
+        for (int i = 0; i < kThreads; ++i) {
+            threads.emplace_back([&together] {
+                together.arrive_and_wait();
+                *reinterpret_cast<volatile int*>(std::uintptr_t{0x18}) = 1;
+            });
+        }
+        for (std::thread& thread : threads)
+            thread.join();
+    });
+    EXPECT_EQ(WTERMSIG(status), SIGSEGV);
+    const auto traces = stackTracesAfterRestart();
+    ASSERT_THAT(traces, SizeIs(1));
+    EXPECT_THAT(traces[0], StartsWith("SIGSEGV (code 1, address 0x18)\n0 trimora_analytics_test + 0x"));
 }
 
 TEST_F(CrashCaptureTest, KilledProcessLeavesNoCrash) {

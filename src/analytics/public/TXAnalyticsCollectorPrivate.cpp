@@ -96,21 +96,32 @@ std::vector<TXEvent> sessionEnds(const std::vector<TXEvent>& all, const std::str
     return found;
 }
 
-void saveCrash(const std::string& text, const std::string& session) {
-    saveEventOfSession(std::string(events::kAppCrash), {{"stacktrace", text}}, session);
+bool saveCrash(const std::string& text, const std::string& session) {
+    return saveEventOfSession(std::string(events::kAppCrash), {{"stacktrace", text}}, session);
 }
 
 bool isCrash(const TXEvent& event) {
     return isOfEvent(events::kAppCrash, event.body.value_or("")).value_or(false);
 }
 
-/// A crash that waited, unless its session has it already: a process may end between storing it and
-/// forgetting that it waits.
-void saveWaitingCrash(const std::string& text, const std::string& session) {
+/// Brings a crash that waited into its session, unless it is there already: a process may end between storing
+/// it and forgetting that it waits. False where the store cannot take it now.
+bool saveWaitingCrash(const std::string& text, const std::string& session) {
     const auto stored = TXAnalyticsCoreDataManager::sharedManager().managedObjectContext().eventsOfSession(
         session, PropertyValues::fetched);
-    if (!stored || std::none_of(stored->begin(), stored->end(), isCrash))
-        saveCrash(text, session);
+    return stored && (std::any_of(stored->begin(), stored->end(), isCrash) || saveCrash(text, session));
+}
+
+/// Those that cannot be stored wait for the next start.
+void saveWaitingCrashes() {
+    CrashCapture::Crashes left;
+    if (Telemetrix::innerId()) {
+        for (const auto& [session, text] : CrashCapture::pendingCrashes()) {
+            if (!saveWaitingCrash(text, session))
+                left.emplace(session, text);
+        }
+    }
+    CrashCapture::setPendingCrashes(left);
 }
 
 }  // namespace
@@ -198,11 +209,7 @@ void TXAnalyticsCollector::subscribeToCrash() {
     // session is posted.
     TXAnalyticsQueue::addTask([] {
         CrashCapture::prepareRecord(TXAnalyticsCoreDataManager::sharedManager().dbFileURL().parent_path());
-        if (Telemetrix::innerId()) {
-            for (const auto& [session, text] : CrashCapture::pendingCrashes())
-                saveWaitingCrash(text, session);
-        }
-        CrashCapture::forgetPendingCrashes();
+        saveWaitingCrashes();
     });
 }
 

@@ -64,6 +64,23 @@ Result<std::vector<TXSSID>> fetchSessions(StoreCoordinator& coordinator, const c
     return fetch<TXSSID>(coordinator, sql, values, bind, readSessions);
 }
 
+Result<void> insert(SqliteDatabase& database, const TXEvent& event) {
+    return database.statement("INSERT INTO TXEvent (ssid, body) VALUES (?, ?)")
+        .bind(event.ssid)
+        .bind(event.body)
+        .run();
+}
+
+Result<void> insert(SqliteDatabase& database, const TXSSID& session) {
+    return database
+        .statement("INSERT INTO TXSSID (name, status, changeStatusTime, owner) VALUES (?, ?, ?, ?)")
+        .bind(session.name)
+        .bind(std::int64_t{session.status})
+        .bind(session.changeStatusTime)
+        .bind(session.owner)
+        .run();
+}
+
 void logDropped(const DroppedFromStore& dropped) {
     if (dropped.sessions > 0 || dropped.events > 0)
         logLine(formatted("Warning! Store is full, dropped %" PRId64 " finished sessions and %" PRId64
@@ -92,31 +109,32 @@ Result<std::vector<TXEvent>> ManagedObjectContext::eventsOfNoSession() {
                        PropertyValues::fetched, [](SqliteStatement&) {});
 }
 
-template <typename Insert>
-Result<void> ManagedObjectContext::insertMakingRoom(std::int64_t& row, const Insert& insert) {
+template <typename Object>
+Result<void> ManagedObjectContext::addMakingRoom(std::span<Object> objects) {
     DroppedFromStore dropped;
     Result<void> done = coordinator_.write([&](SqliteDatabase& database) {
         dropped = {};  // the work is done again where the store had to be replaced
-        if (Result<void> inserted = insert(database); !inserted)
-            return inserted;
-        row = database.lastInsertedRow();
+        for (Object& object : objects) {
+            if (Result<void> inserted = insert(database, object); !inserted)
+                return inserted;
+            object.row = database.lastInsertedRow();
+        }
         return makeRoom(database, coordinator_.settings(), dropped);
     });
     if (done)
         logDropped(dropped);
-    else
-        row = 0;
+    for (Object& object : objects)
+        object.row = done ? object.row : 0;
     return done;
+}
+
+Result<void> ManagedObjectContext::add(std::vector<TXEvent>& events) {
+    return addMakingRoom(std::span(events));
 }
 
 Result<void> ManagedObjectContext::save(TXEvent& event) {
     if (event.row == 0)
-        return insertMakingRoom(event.row, [&](SqliteDatabase& database) {
-            return database.statement("INSERT INTO TXEvent (ssid, body) VALUES (?, ?)")
-                .bind(event.ssid)
-                .bind(event.body)
-                .run();
-        });
+        return addMakingRoom(std::span(&event, 1));
     return coordinator_.write([&](SqliteDatabase& database) {
         return database.statement("UPDATE TXEvent SET ssid = ?, body = ? WHERE id = ?")
             .bind(event.ssid)
@@ -156,17 +174,8 @@ Result<std::vector<TXSSID>> ManagedObjectContext::allSessions(PropertyValues val
 }
 
 Result<void> ManagedObjectContext::save(TXSSID& session) {
-    if (session.row == 0) {
-        return insertMakingRoom(session.row, [&](SqliteDatabase& database) {
-            return database
-                .statement("INSERT INTO TXSSID (name, status, changeStatusTime, owner) VALUES (?, ?, ?, ?)")
-                .bind(session.name)
-                .bind(std::int64_t{session.status})
-                .bind(session.changeStatusTime)
-                .bind(session.owner)
-                .run();
-        });
-    }
+    if (session.row == 0)
+        return addMakingRoom(std::span(&session, 1));
     return coordinator_.write([&](SqliteDatabase& database) {
         return database
             .statement("UPDATE TXSSID SET name = ?, status = ?, changeStatusTime = ?, owner = ? WHERE id = ?")

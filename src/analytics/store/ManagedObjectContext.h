@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -42,6 +43,8 @@ class ManagedObjectContext {
     /// Adds the event, or replaces the one in its row. Adding to a store that is full drops the oldest
     /// finished sessions and logs how many; where the live session alone fills it, an error.
     [[nodiscard]] foundation::Result<void> save(TXEvent& event);
+    /// Adds new events, all or none of them, and makes room for them once.
+    [[nodiscard]] foundation::Result<void> add(std::vector<TXEvent>& events);
     [[nodiscard]] foundation::Result<void> removeEventsOfSession(const std::string& ssid);
     [[nodiscard]] foundation::Result<void> removeAllEvents();
 
@@ -62,8 +65,8 @@ class ManagedObjectContext {
  private:
     [[nodiscard]] foundation::Result<void> run(const char* sql);
     [[nodiscard]] foundation::Result<void> run(const char* sql, const std::string& value);
-    template <typename Insert>
-    [[nodiscard]] foundation::Result<void> insertMakingRoom(std::int64_t& row, const Insert& insert);
+    template <typename Object>
+    [[nodiscard]] foundation::Result<void> addMakingRoom(std::span<Object> objects);
 
     StoreCoordinator& coordinator_;
 };

@@ -13,6 +13,7 @@ Result<SqliteLibrary> load() {
     if (!library)
         return library.error();
     SqliteLibrary made{};
+    decltype(&::sqlite3_config) config = nullptr;
     files::LateFunctions find(*library);
     find("sqlite3_bind_double", made.bind_double);
     find("sqlite3_bind_int64", made.bind_int64);
@@ -26,6 +27,7 @@ Result<SqliteLibrary> load() {
     find("sqlite3_column_double", made.column_double);
     find("sqlite3_column_int64", made.column_int64);
     find("sqlite3_column_type", made.column_type);
+    find("sqlite3_config", config);
     find("sqlite3_db_config", made.db_config);
     find("sqlite3_errmsg", made.errmsg);
     find("sqlite3_errstr", made.errstr);
@@ -39,6 +41,8 @@ Result<SqliteLibrary> load() {
     find("sqlite3_step", made.step);
     if (!find.found())
         return find.found().error();
+    // It counts all memory that it holds, under a lock. Refused where something else has used it before.
+    (void)config(SQLITE_CONFIG_MEMSTATUS, 0);
     return made;
 }
 

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "analytics/TelemetrixForTests.h"
+#include "analytics/store/StoreIntegrityForTests.h"
 
 /// What the tests of the store's bad days share.
 namespace trimora::analytics {
@@ -31,24 +32,9 @@ class StoreFaultsTest : public TelemetrixTest {
         return found ? found->size() : 0;
     }
     static std::string integrity() {
-        std::string answer;
-        const auto done =
-            TXAnalyticsCoreDataManager::sharedManager().storeCoordinator().read([&](auto& database) {
-                auto check = database.statement("PRAGMA integrity_check");
-                while (check.step())
-                    answer += check.text(0).value_or("");
-                return check.result();
-            });
-        return done ? answer : done.error().message;
+        return integrityOf(TXAnalyticsCoreDataManager::sharedManager().storeCoordinator());
     }
-    [[nodiscard]] std::vector<std::filesystem::path> movedAside() const {
-        std::vector<std::filesystem::path> found;
-        for (const auto& entry : std::filesystem::directory_iterator(file().parent_path())) {
-            if (entry.path().string().find(".damaged-") != std::string::npos)
-                found.push_back(entry.path());
-        }
-        return found;
-    }
+    [[nodiscard]] std::vector<std::filesystem::path> movedAside() const { return movedAsideFrom(file()); }
     void writeFile(const std::string& contents) const {
         std::filesystem::create_directories(file().parent_path());
         std::ofstream(file(), std::ios::binary) << contents;

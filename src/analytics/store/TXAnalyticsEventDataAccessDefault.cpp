@@ -30,18 +30,10 @@ bool TXAnalyticsEventDataAccessDefault::saveEvent(TXEvent& event, ManagedObjectC
 
 void TXAnalyticsEventDataAccessDefault::saveEvents(std::vector<TXEvent>& events,
                                                    ManagedObjectContext& context) {
-    const auto saved = context.performAndWait([&] {
-        foundation::Result<void> done;
-        for (auto event = events.begin(); done && event != events.end(); ++event) {
-            event->row = 0;  // a row that a first attempt gave went with its transaction
-            done = context.save(*event);
-        }
-        return done;
-    });
+    const auto saved = context.add(events);
     if (saved)
         return;
     for (TXEvent& event : events) {
-        event.row = 0;
         if (isLocked(saved.error()))  // each would wait as long again
             logLost(saved.error());
         else

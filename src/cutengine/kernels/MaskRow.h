@@ -13,10 +13,15 @@ inline constexpr int kMaskPiece = 16;
 }
 
 /// Copies `count` values of row `y`, from column `x` on, out of the tiles into one line. `x` is a multiple of
-/// kMaskPiece, and the line has room for maskPieces(count).
-void copyMaskRow(const MaskSnapshot::Level& level, int x, int y, int count, std::uint8_t* line);
+/// kMaskPiece, and the line has room for maskPieces(count). What each tile says of the row goes to
+/// `tileRows`, if there is one.
+void copyMaskRow(const MaskSnapshot::Level& level, int x, int y, int count, std::uint8_t* line,
+                 std::uint8_t* tileRows = nullptr);
 
 /// Whether `count` values, at least one, are all the same as `value`.
 [[nodiscard]] bool isConstant(const std::uint8_t* values, int count, std::uint8_t value);
+
+/// Where the values from `begin` on that are `value` end, at `end` at the latest.
+[[nodiscard]] int endOfEqualValues(const std::uint8_t* values, int begin, int end, std::uint8_t value);
 
 }  // namespace trimora::cutengine::kernels

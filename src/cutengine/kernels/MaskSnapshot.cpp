@@ -7,6 +7,8 @@
 #include <new>
 #include <utility>
 
+#include "cutengine/kernels/MaskRow.h"
+
 namespace trimora::cutengine::kernels {
 namespace {
 
@@ -114,6 +116,15 @@ void repeatEdges(Tile& tile, const IntRect& picture) {
         std::memcpy(rowOf(tile, y), rowOf(tile, picture.height - 1), kTileSide);
 }
 
+// Says again what rows from `begin` on hold, `end` not included.
+void sumUpRows(Tile& tile, int begin, int end) {
+    for (int y = begin; y < end; ++y) {
+        const std::uint8_t value = *rowOf(tile, y);
+        const bool decided = (value == 0 || value == 255) && isConstant(rowOf(tile, y), kTileSide, value);
+        tile.rows[static_cast<std::size_t>(y)] = decided ? value : Tile::kMixed;
+    }
+}
+
 // Takes part of a tile of level 0 from the plane.
 void readPlane(BitmapView plane, int column, int row, const IntRect& part, Tile& tile) {
     for (int y = part.y; y < part.bottom(); ++y) {
@@ -169,6 +180,7 @@ void renew(Level& level, const IntRect& changed, const Write& write) {
                 *tile = *kept;
             write(column, row, part, *tile);
             repeatEdges(*tile, picture);
+            sumUpRows(*tile, part.y, part.bottom() == picture.bottom() ? kTileSide : part.bottom());
             kept = tile;
         }
     }

@@ -20,6 +20,11 @@ class MaskSnapshot {
     static constexpr int kTileSide = 128;
     struct Tile {
         alignas(64) std::array<std::uint8_t, kTileSide * kTileSide> alpha;  ///< top row first
+
+        /// Of each row: 0 or 255 where all of its alpha is that, else kMixed. Most rows of most masks need
+        /// not be read.
+        std::array<std::uint8_t, kTileSide> rows;
+        static constexpr std::uint8_t kMixed = 1;
     };
     using TilePtr = std::shared_ptr<const Tile>;
 

@@ -96,6 +96,37 @@ TEST(MaskSnapshot, isTrueToThePlaneAfterRandomChanges) {
     }
 }
 
+void expectRowsSummedUp(const MaskSnapshot& snapshot) {
+    for (const Level& level : snapshot.levels()) {
+        for (const MaskSnapshot::TilePtr& tile : level.tiles) {
+            for (std::size_t y = 0; y < tile->rows.size(); ++y) {
+                const auto first = tile->alpha.begin() + static_cast<std::ptrdiff_t>(y * tile->rows.size());
+                const auto all = [&](std::uint8_t value) {
+                    return std::count(first, first + MaskSnapshot::kTileSide, value) ==
+                           MaskSnapshot::kTileSide;
+                };
+                ASSERT_EQ(tile->rows[y], all(0) ? 0 : all(255) ? 255 : MaskSnapshot::Tile::kMixed) << y;
+            }
+        }
+    }
+}
+
+TEST(MaskSnapshot, saysOfEveryRowOfATileWhetherItIsOfOneValue) {
+    auto random = testing::seededGenerator();
+    Bitmap plane = std::move(Bitmap::createFilled(300, 411, Pixel{0, 0, 0, 255})).value();
+    MaskSnapshotter snapshotter;
+    for (int k = 0; k < 40 && !::testing::Test::HasFailure(); ++k) {
+        const IntRect area = randomRect(300, 411, random);
+        const auto alpha = static_cast<std::uint8_t>(k % 4 == 0 ? 255 : k % 4 == 1 ? random() : 0);
+        const IntRect inside = intersected(area, plane.view().bounds());
+        for (int y = inside.y; y < inside.bottom(); ++y) {
+            for (int x = inside.x; x < inside.right(); ++x)
+                plane.setPixel(x, y, Pixel{0, 0, 0, alpha});
+        }
+        expectRowsSummedUp(*snapshotter.take(plane.view(), area));
+    }
+}
+
 TEST(MaskSnapshot, sharesEveryTileThatNothingTouched) {
     auto random = testing::seededGenerator();
     Bitmap plane = noisePlane(700, 500, random);

@@ -60,18 +60,35 @@ int differingImpl(const std::uint8_t* row, const std::uint8_t* other, int width,
     return count;
 }
 
+// How many of `count` pixels lie before the first that begins a vector; all if none does.
+HWY_INLINE int pixelsBeforeVector(const std::uint8_t* to, int count) {
+    constexpr std::uintptr_t kPixel = 4;
+    const std::uintptr_t vector = kPixel * hn::Lanes(hn::ScalableTag<std::uint32_t>());
+    const std::uintptr_t misplaced = (vector - reinterpret_cast<std::uintptr_t>(to) % vector) % vector;
+    return misplaced % kPixel != 0 ? count : std::min(count, static_cast<int>(misplaced / kPixel));
+}
+
 void streamImpl(const std::uint8_t* from, std::uint8_t* to, int count) {
     constexpr int kPixel = 4;
     const hn::ScalableTag<std::uint32_t> d;
     const int lanes = static_cast<int>(hn::Lanes(d));
-    const auto place = reinterpret_cast<std::uintptr_t>(to);
-    const auto vector = static_cast<std::uintptr_t>(kPixel * lanes);
-    const auto misplaced = (vector - place % vector) % vector;
-    int x = misplaced % kPixel != 0 ? count : std::min(count, static_cast<int>(misplaced) / kPixel);
+    int x = pixelsBeforeVector(to, count);
     std::memcpy(to, from, static_cast<std::size_t>(kPixel * x));
     for (; x + lanes <= count; x += lanes)
         hn::Stream(loadedPixels(d, from + kPixel * x), d, reinterpret_cast<std::uint32_t*>(to + kPixel * x));
     std::memcpy(to + kPixel * x, from + kPixel * x, static_cast<std::size_t>(kPixel * (count - x)));
+    hwy::FlushStream();
+}
+
+void streamClearImpl(std::uint8_t* to, int count) {
+    constexpr int kPixel = 4;
+    const hn::ScalableTag<std::uint32_t> d;
+    const int lanes = static_cast<int>(hn::Lanes(d));
+    int x = pixelsBeforeVector(to, count);
+    std::memset(to, 0, static_cast<std::size_t>(kPixel * x));
+    for (; x + lanes <= count; x += lanes)
+        hn::Stream(hn::Zero(d), d, reinterpret_cast<std::uint32_t*>(to + kPixel * x));
+    std::memset(to + kPixel * x, 0, static_cast<std::size_t>(kPixel * (count - x)));
     hwy::FlushStream();
 }
 
@@ -83,6 +100,7 @@ namespace trimora::cutengine::kernels {
 
 HWY_EXPORT(differingImpl);
 HWY_EXPORT(streamImpl);
+HWY_EXPORT(streamClearImpl);
 
 int differingPixels(const std::uint8_t* row, const std::uint8_t* other, int width, std::int32_t* places) {
     return HWY_DYNAMIC_DISPATCH(differingImpl)(row, other, width, places);
@@ -90,6 +108,10 @@ int differingPixels(const std::uint8_t* row, const std::uint8_t* other, int widt
 
 void streamPixels(const std::uint8_t* from, std::uint8_t* to, int count) {
     HWY_DYNAMIC_DISPATCH(streamImpl)(from, to, count);
+}
+
+void streamClear(std::uint8_t* to, int count) {
+    HWY_DYNAMIC_DISPATCH(streamClearImpl)(to, count);
 }
 
 }  // namespace trimora::cutengine::kernels

@@ -13,4 +13,7 @@ int differingPixels(const std::uint8_t* row, const std::uint8_t* other, int widt
 /// byte.
 void streamPixels(const std::uint8_t* from, std::uint8_t* to, int count);
 
+/// Sets `count` 4-byte pixels to 0 in the same way.
+void streamClear(std::uint8_t* to, int count);
+
 }  // namespace trimora::cutengine::kernels

@@ -29,5 +29,21 @@ TEST(PixelRows, streamedPixelsArriveFromAnyByteAtAnyByteAndNoneBeside) {
     });
 }
 
+TEST(PixelRows, streamedZerosClearFromAnyByteOnAndNothingBeside) {
+    constexpr std::size_t kRoom = 700;
+    onEveryInstructionSet([&] {
+        for (const int count : {0, 1, 3, 16, 17, 63, 150}) {
+            for (std::size_t place = 0; place < 70; ++place) {
+                std::vector<std::uint8_t> cleared(kRoom, 7);
+                streamClear(cleared.data() + place, count);
+                std::vector<std::uint8_t> expected(kRoom, 7);
+                std::fill_n(expected.begin() + static_cast<std::ptrdiff_t>(place), 4 * count,
+                            std::uint8_t{0});
+                ASSERT_EQ(cleared, expected) << count << " pixels at " << place;
+            }
+        }
+    });
+}
+
 }  // namespace
 }  // namespace trimora::cutengine::kernels

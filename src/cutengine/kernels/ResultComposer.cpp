@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "cutengine/kernels/ComposedPixel.h"
+#include "cutengine/kernels/PixelRows.h"
 #include "cutengine/kernels/Stretch.h"
 #include "cutengine/kernels/StretchedMask.h"
 
@@ -112,13 +113,22 @@ class BackgroundRows {
     std::vector<std::uint8_t> line_;
 };
 
+/// What spans of a result are composed of.
+struct SpanKinds {
+    bool pictureOpaque;
+    bool backgroundHidden;
+    bool backgroundOpaque;
+    bool pastCaches;  ///< the result is too large to stay in them
+};
+
 /// Composes spans of one row at a time.
 class SpanComposer {
  public:
-    SpanComposer(bool pictureOpaque, bool backgroundHidden, bool backgroundOpaque)
-        : pictureOpaque_(pictureOpaque),
-          backgroundHidden_(backgroundHidden),
-          backgroundOpaque_(backgroundOpaque) {}
+    explicit SpanComposer(const SpanKinds& kinds)
+        : pictureOpaque_(kinds.pictureOpaque),
+          backgroundHidden_(kinds.backgroundHidden),
+          backgroundOpaque_(kinds.backgroundOpaque),
+          streams_(kinds.pastCaches) {}
 
     void moveTo(const std::uint8_t* picture, const std::uint8_t* background, std::uint8_t* result) {
         picture_ = picture;
@@ -128,7 +138,7 @@ class SpanComposer {
 
     void shown(Span span) const {
         if (pictureOpaque_)
-            std::memcpy(result_ + offset(span), picture_ + offset(span), bytes(span));
+            copy(picture_, span);
         else
             each(span, [this](int x) {
                 const Pixel p = pixelAt(picture_, x);
@@ -138,7 +148,7 @@ class SpanComposer {
 
     void cutAway(Span span) const {
         if (backgroundHidden_)
-            std::memset(result_ + offset(span), 0, bytes(span));
+            clear(span);
         else if (backgroundOpaque_)
             copyBackground(span);
         else
@@ -167,7 +177,21 @@ class SpanComposer {
     /// Where the background lies in the result's own memory it is there already.
     void copyBackground(Span span) const {
         if (background_ != result_)
-            std::memcpy(result_ + offset(span), background_ + offset(span), bytes(span));
+            copy(background_, span);
+    }
+
+    void copy(const std::uint8_t* from, Span span) const {
+        if (streams_)
+            streamPixels(from + offset(span), result_ + offset(span), span.end - span.begin);
+        else
+            std::memcpy(result_ + offset(span), from + offset(span), bytes(span));
+    }
+
+    void clear(Span span) const {
+        if (streams_)
+            streamClear(result_ + offset(span), span.end - span.begin);
+        else
+            std::memset(result_ + offset(span), 0, bytes(span));
     }
 
     template <typename Compose>
@@ -179,6 +203,7 @@ class SpanComposer {
     bool pictureOpaque_;
     bool backgroundHidden_;
     bool backgroundOpaque_;
+    bool streams_;
     const std::uint8_t* picture_ = nullptr;
     const std::uint8_t* background_ = nullptr;
     std::uint8_t* result_ = nullptr;
@@ -212,6 +237,10 @@ void composeRows(BitmapView picture, const MaskSnapshot* mask, const Background&
     const Stretch across = level != nullptr ? Stretch(level->width, picture.width) : Stretch();
     const Stretch down = level != nullptr ? Stretch(level->height, picture.height) : Stretch();
 
+    // What is written there by whole lines of the cache need not be read first.
+    constexpr std::int64_t kPastCaches = 1 << 23;
+    const std::int64_t resultBytes = std::int64_t{rows.height} * rows.width * std::int64_t{kPixelBytes};
+
     constexpr int kSmallestBand = 64;
     const int bands = std::clamp(rows.height / kSmallestBand, 1, 4 * workers.width());
     workers.run(bands, [&](int band) {
@@ -219,8 +248,9 @@ void composeRows(BitmapView picture, const MaskSnapshot* mask, const Background&
             return static_cast<int>(std::int64_t{index} * rows.height / bands);
         };
         BackgroundRows backgroundRows(background, picture.width, picture.height, firstRow);
-        SpanComposer composer(picture.alphaMode == AlphaMode::opaque,
-                              background.kind == Background::Kind::hidden, backgroundRows.isOpaque());
+        SpanComposer composer({picture.alphaMode == AlphaMode::opaque,
+                               background.kind == Background::Kind::hidden, backgroundRows.isOpaque(),
+                               resultBytes >= kPastCaches});
         std::optional<StretchedMask> stretched;
         if (level != nullptr)
             stretched.emplace(*level, across, down, picture.width);

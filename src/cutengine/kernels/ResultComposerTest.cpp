@@ -294,5 +294,22 @@ TEST(ResultComposer, SomeRowsAreThoseOfTheWholeResult) {
     }
 }
 
+TEST(ResultComposer, ResultsTooLargeForTheCachesAreMadeOfTheSameRows) {
+    constexpr int kWidth = 2003;
+    constexpr int kHeight = 1100;
+    auto random = testing::seededGenerator();
+    const Bitmap picture = randomPicture(random, kWidth, kHeight, AlphaMode::opaque);
+    const Bitmap behind = randomPicture(random, kWidth, kHeight, AlphaMode::opaque);
+    const auto mask = snapshotOf(randomMaskPlane(random, 700, 400));
+    const Background kinds[] = {{}, {Background::Kind::picture, {}, behind.view()}};
+    for (const Background& background : kinds) {
+        const Bitmap whole = composed(picture, mask.get(), background);
+        for (int y = 0; y < kHeight; y += 100) {
+            const Bitmap rows = composedRows(picture, mask.get(), background, nullptr, y, y + 100);
+            EXPECT_TRUE(samePixels(rows.view(), subview(whole.view(), {0, y, kWidth, 100}))) << y;
+        }
+    }
+}
+
 }  // namespace
 }  // namespace trimora::cutengine::kernels

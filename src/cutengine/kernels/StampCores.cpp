@@ -20,17 +20,17 @@ namespace trimora::cutengine::kernels::HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-// Where cores begin and end in a row (`begin` not before `end` where they do not meet it).
+// Where cores begin and end in a row. One that does not meet it begins far right and ends far left.
+template <class V>
 struct CoreSpans {
-    HWY_ALIGN std::int32_t begin[kMostCoreLanes];
-    HWY_ALIGN std::int32_t end[kMostCoreLanes];
-    std::size_t count = 0;
+    V begin, end;
 };
 
-HWY_INLINE void coreSpans(const CoreList& cores, std::size_t i, int y, int width, CoreSpans& spans) {
-    const hn::ScalableTag<double> d;
-    const hn::Rebind<std::int32_t, decltype(d)> d32;
-    using V = hn::Vec<decltype(d)>;
+// Beyond any row, and still an int32.
+constexpr double kFarOut = 1 << 30;
+
+template <class D, class V = hn::Vec<D>>
+HWY_INLINE CoreSpans<V> coreSpans(D d, const CoreList& cores, std::size_t i, int y, int width) {
     const V zero = hn::Zero(d);
     const V inset = hn::Set(d, cores.inset());
     const V rx = hn::LoadU(d, &cores.rx[i]);
@@ -53,14 +53,8 @@ HWY_INLINE void coreSpans(const CoreList& cores, std::size_t i, int y, int width
     const V begin = hn::Max(hn::Ceil(hn::Sub(left, shift)), zero);
     const V end = hn::Min(hn::Floor(hn::Add(right, shift)), most);
     const auto exists = hn::And(hn::Gt(hn::Min(first, second), zero), hn::Lt(begin, end));
-    HWY_ALIGN double begins[kMostCoreLanes];
-    HWY_ALIGN double ends[kMostCoreLanes];
-    spans.count = hn::CompressStore(begin, exists, d, begins);
-    hn::CompressStore(end, exists, d, ends);
-    for (std::size_t k = 0; k < spans.count; k += hn::Lanes(d)) {
-        hn::Store(hn::DemoteTo(d32, hn::Load(d, begins + k)), d32, spans.begin + k);
-        hn::Store(hn::DemoteTo(d32, hn::Load(d, ends + k)), d32, spans.end + k);
-    }
+    return {hn::IfThenElse(exists, begin, hn::Set(d, kFarOut)),
+            hn::IfThenElse(exists, end, hn::Set(d, -kFarOut))};
 }
 
 HWY_INLINE void fillSpan(std::uint32_t* pixels, std::int32_t begin, std::int32_t end, std::uint32_t fill) {
@@ -76,39 +70,74 @@ HWY_INLINE void fillSpan(std::uint32_t* pixels, std::int32_t begin, std::int32_t
     hn::StoreU(value, d, pixels + end - lanes);
 }
 
-// Spans of cores that follow each other mostly overlap and are filled at one go.
-HWY_INLINE void fillRow(const CoreList& cores, int y, int width, std::uint32_t* pixels, std::uint32_t fill) {
-    const hn::ScalableTag<double> d;
-    const hn::Rebind<std::int32_t, decltype(d)> d32;
-    const auto row = hn::Set(d32, y);
-    const auto nextRow = hn::Set(d32, y + 1);
-    CoreSpans spans;
-    std::int32_t begin = 0;
-    std::int32_t end = 0;
-    for (std::size_t i = 0; i < cores.count(); i += hn::Lanes(d)) {
-        const auto meets = hn::And(hn::Lt(hn::LoadU(d32, &cores.tops[i]), nextRow),
-                                   hn::Gt(hn::LoadU(d32, &cores.bottoms[i]), row));
-        if (hn::AllFalse(d32, meets))
-            continue;
-        coreSpans(cores, i, y, width, spans);
-        for (std::size_t k = 0; k < spans.count; ++k) {
-            if (spans.begin[k] <= end && spans.end[k] >= begin) {
-                begin = std::min(begin, spans.begin[k]);
-                end = std::max(end, spans.end[k]);
-                continue;
-            }
-            fillSpan(pixels, begin, end, fill);
-            begin = spans.begin[k];
-            end = spans.end[k];
+// A row that is being filled. Spans that follow each other mostly overlap and are filled at one go.
+class RowFill {
+ public:
+    RowFill(std::uint32_t* pixels, std::uint32_t fill) : pixels_(pixels), fill_(fill) {}
+
+    HWY_INLINE void add(std::int32_t begin, std::int32_t end) {
+        if (begin <= end_ && end >= begin_) {
+            begin_ = std::min(begin_, begin);
+            end_ = std::max(end_, end);
+            return;
         }
+        finish();
+        begin_ = begin;
+        end_ = end;
     }
-    fillSpan(pixels, begin, end, fill);
+    HWY_INLINE void finish() { fillSpan(pixels_, begin_, end_, fill_); }
+
+ private:
+    std::uint32_t* pixels_;
+    std::uint32_t fill_;
+    std::int32_t begin_ = 0;
+    std::int32_t end_ = 0;
+};
+
+template <class D, class V = hn::Vec<D>>
+HWY_INLINE void addSpans(D d, const CoreSpans<V>& spans, RowFill& row) {
+    const V far = hn::Set(d, kFarOut);
+    const auto exists = hn::Lt(spans.begin, far);
+    if (hn::AllFalse(d, exists))
+        return;
+    const auto lowest = [&](V values) HWY_ATTR { return hn::GetLane(hn::MinOfLanes(d, values)); };
+    const auto highest = [&](V values) HWY_ATTR { return hn::GetLane(hn::MaxOfLanes(d, values)); };
+    // All have a pixel in common if the last of them begins before the first of them ends.
+    const double lastBegin = highest(hn::IfThenElse(exists, spans.begin, hn::Neg(far)));
+    if (lastBegin <= lowest(hn::IfThenElse(exists, spans.end, far)))
+        return row.add(static_cast<std::int32_t>(lowest(spans.begin)),
+                       static_cast<std::int32_t>(highest(spans.end)));
+    const hn::Rebind<std::int32_t, D> d32;
+    HWY_ALIGN std::int32_t begins[kMostCoreLanes];
+    HWY_ALIGN std::int32_t ends[kMostCoreLanes];
+    hn::Store(hn::DemoteTo(d32, spans.begin), d32, begins);
+    hn::Store(hn::DemoteTo(d32, spans.end), d32, ends);
+    for (std::size_t k = 0; k < hn::Lanes(d); ++k) {
+        if (begins[k] < ends[k])
+            row.add(begins[k], ends[k]);
+    }
 }
 
-void fillImpl(const CoreList& cores, const foundation::MutableBitmapView& plane,
-              const foundation::IntRect& bounds, std::uint32_t fill) {
-    for (int y = bounds.y; y < bounds.bottom(); ++y)
-        fillRow(cores, y, plane.width, reinterpret_cast<std::uint32_t*>(plane.row(y)), fill);
+HWY_INLINE void fillRow(const CoreList& cores, int y, int width, RowFill row) {
+    const hn::ScalableTag<double> d;
+    const hn::Rebind<std::int32_t, decltype(d)> d32;
+    const auto top = hn::Set(d32, y);
+    const auto next = hn::Set(d32, y + 1);
+    for (std::size_t i = 0; i < cores.count(); i += hn::Lanes(d)) {
+        const auto meets = hn::And(hn::Lt(hn::LoadU(d32, &cores.tops[i]), next),
+                                   hn::Gt(hn::LoadU(d32, &cores.bottoms[i]), top));
+        if (!hn::AllFalse(d32, meets))
+            addSpans(d, coreSpans(d, cores, i, y, width), row);
+    }
+    row.finish();
+}
+
+void fillImpl(const CoreList& cores, const foundation::MutableBitmapView& plane, std::uint32_t fill) {
+    const auto count = static_cast<std::ptrdiff_t>(cores.count());
+    const int top = *std::min_element(cores.tops.begin(), cores.tops.begin() + count);
+    const int bottom = *std::max_element(cores.bottoms.begin(), cores.bottoms.begin() + count);
+    for (int y = std::max(top, 0); y < std::min(bottom, plane.height); ++y)
+        fillRow(cores, y, plane.width, {reinterpret_cast<std::uint32_t*>(plane.row(y)), fill});
 }
 
 }  // namespace trimora::cutengine::kernels::HWY_NAMESPACE
@@ -118,7 +147,6 @@ HWY_AFTER_NAMESPACE();
 namespace trimora::cutengine::kernels {
 namespace {
 
-using foundation::IntRect;
 using foundation::MutableBitmapView;
 
 constexpr std::size_t kEnough = 8;   // stamps that cover a pixel by half bring it to fill
@@ -166,6 +194,7 @@ bool isClose(const StampEllipse& a, const StampEllipse& b) {
     return sameSize(a, b) && x * x + y * y < squared;
 }
 
+// The row or, above the plane, the one below it.
 std::int32_t rowAt(double y) {
     constexpr double kMost = 1 << 30;
     return static_cast<std::int32_t>(std::clamp(y, -kMost, kMost));
@@ -198,30 +227,34 @@ void CoreList::add(const StampEllipse& first, const StampEllipse& second) {
     secondY[count_] = second.cy;
     rx[count_] = first.rx;
     perRy[count_] = 1 / first.ry;
-    tops[count_] = rowAt(std::floor(std::max(first.cy, second.cy) - first.ry));
-    bottoms[count_] = rowAt(std::ceil(std::min(first.cy, second.cy) + first.ry));
+    tops[count_] = rowAt(std::max(first.cy, second.cy) - first.ry) - 1;
+    bottoms[count_] = rowAt(std::min(first.cy, second.cy) + first.ry) + 1;
     ++count_;
 }
 
-void CoreList::fill(MutableBitmapView plane, const IntRect& bounds, std::uint32_t fill) const {
+void CoreList::fill(MutableBitmapView plane, std::uint32_t fill) const {
     if (count_ > 0)
-        HWY_DYNAMIC_DISPATCH(fillImpl)(*this, plane, bounds, fill);
+        HWY_DYNAMIC_DISPATCH(fillImpl)(*this, plane, fill);
 }
 
 StampCores::StampCores(double solid) : solid_(solid), covered_(0.5), shared_(solid < 1 ? 0.5 : 0) {}
 
-void StampCores::clear() {
-    stamps_.clear();
+void StampCores::find(std::span<const StampEllipse> stamps) {
     covered_.clear();
     shared_.clear();
+    for (std::size_t count = 1; count <= stamps.size(); ++count)
+        add(stamps.first(count));
+    if (!stamps.empty())
+        addCovered(stamps.back());
 }
 
-void StampCores::add(const StampEllipse& stamp) {
-    stamps_.push_back(stamp);
-    if (stamps_.size() >= kEnough) {
+// The last of `stamps`, after all the others.
+void StampCores::add(std::span<const StampEllipse> stamps) {
+    const StampEllipse& stamp = stamps.back();
+    if (stamps.size() >= kEnough) {
         if (shared_.count() > 0 && isClose(stamp, lastShared_))
             return;
-        if (addShared())
+        if (addShared(stamps.last(kEnough)))
             return;
     }
     if (covered_.count() == 0 || !isClose(stamp, lastCovered_))
@@ -235,11 +268,10 @@ void StampCores::addCovered(const StampEllipse& stamp) {
         covered_.add(core, core);
 }
 
-// Of what the last few stamps have in common; false where they are no line or too small.
-bool StampCores::addShared() {
+// Of what `stamps` have in common; false where they are no line or too small.
+bool StampCores::addShared(std::span<const StampEllipse> stamps) {
     constexpr double kLeastArc = 2;
     constexpr double kHalfAndABit = 0.51;
-    const std::span<const StampEllipse> stamps = std::span(stamps_).last(kEnough);
     const StampEllipse& last = stamps.back();
     if (!std::all_of(stamps.begin(), stamps.end(), [&](const auto& each) { return sameSize(each, last); }))
         return false;
@@ -257,11 +289,9 @@ bool StampCores::addShared() {
     return true;
 }
 
-void StampCores::fill(MutableBitmapView plane, const IntRect& bounds, std::uint32_t fill) {
-    if (!stamps_.empty())
-        addCovered(stamps_.back());
-    covered_.fill(plane, bounds, fill);
-    shared_.fill(plane, bounds, fill);
+void StampCores::fill(MutableBitmapView plane, std::uint32_t fill) const {
+    covered_.fill(plane, fill);
+    shared_.fill(plane, fill);
 }
 
 }  // namespace trimora::cutengine::kernels

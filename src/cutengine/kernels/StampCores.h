@@ -33,9 +33,8 @@ class CoreList {
     void clear();
     void add(const StampEllipse& first, const StampEllipse& second);
 
-    /// Sets every pixel of the cores within `bounds` to `fill`.
-    void fill(foundation::MutableBitmapView plane, const foundation::IntRect& bounds,
-              std::uint32_t fill) const;
+    /// Sets every pixel of the cores within the plane to `fill`.
+    void fill(foundation::MutableBitmapView plane, std::uint32_t fill) const;
 
     // By the vector; longer than count() by the widest one.
     std::vector<double> firstX, firstY, secondX, secondY, rx, perRy;
@@ -48,23 +47,22 @@ class CoreList {
     std::size_t count_ = 0;
 };
 
-/// The cores of the stamps of one call, found while they are added in order: shared ones wherever stamps lie
-/// on a line, those of single stamps at its ends and where there is none.
+/// The cores of some stamps of one call: shared ones wherever stamps lie on a line, those of single stamps at
+/// the line's ends and where there is none.
 class StampCores {
  public:
     explicit StampCores(double solid);
 
-    void clear();
-    void add(const StampEllipse& stamp);
-    /// Fills the cores of all stamps added. Nothing can be added after it but once it was cleared.
-    void fill(foundation::MutableBitmapView plane, const foundation::IntRect& bounds, std::uint32_t fill);
+    /// Finds the cores of `stamps`, which follow each other in this order, in place of those found before.
+    void find(std::span<const StampEllipse> stamps);
+    void fill(foundation::MutableBitmapView plane, std::uint32_t fill) const;
 
  private:
+    void add(std::span<const StampEllipse> stamps);
     void addCovered(const StampEllipse& stamp);
-    bool addShared();
+    bool addShared(std::span<const StampEllipse> stamps);
 
     double solid_;
-    std::vector<StampEllipse> stamps_;
     CoreList covered_;  ///< wholly, by a stamp
     CoreList shared_;   ///< by half or more, by enough stamps
     StampEllipse lastCovered_;

@@ -48,11 +48,13 @@ std::vector<Rect> randomStroke(std::mt19937_64& random) {
 Bitmap coresOf(const std::vector<Rect>& stamps, double solid) {
     Bitmap plane = filledPlane(kOther);
     StampCores cores(solid);
+    std::vector<StampEllipse> ellipses;
     for (const Rect& stamp : stamps)
-        cores.add(plain::ellipseIn(stamp, kSide));
+        ellipses.push_back(plain::ellipseIn(stamp, kSide));
+    cores.find(ellipses);
     std::uint32_t fill = 0;
     std::memcpy(&fill, &kFill, sizeof fill);
-    cores.fill(plane.view(), plane.view().bounds(), fill);
+    cores.fill(plane.view(), fill);
     return plane;
 }
 

@@ -10,6 +10,8 @@
 #define HWY_TARGET_INCLUDE "cutengine/kernels/StampRows.cpp"
 #include "hwy/foreach_target.h"  // compiles this file again for every target
 //
+#include "cutengine/kernels/MixedPixels-inl.h"
+#include "cutengine/kernels/RimCoverage-inl.h"
 #include "cutengine/kernels/StampCoverage-inl.h"
 
 #ifndef TRIMORA_STAMP_ROWS_SHARED
@@ -34,26 +36,6 @@ struct Range {
 // How far beside a stamp a pixel still counts as touched. More than float is wrong by within any plane;
 // a pixel touched by less than a 700th of its width has coverage 0.
 constexpr float kSlack = 1.0F / 64;
-
-// The four components of a pixel, 16 bits each: all are mixed at once.
-constexpr std::uint64_t kComponents = 0x00FF00FF00FF00FF;
-
-inline std::uint64_t spread(std::uint32_t pixel) {
-    const std::uint64_t halves = (pixel | std::uint64_t{pixel} << 16) & 0x0000FFFF0000FFFF;
-    return (halves | halves << 8) & kComponents;
-}
-
-inline std::uint32_t joined(std::uint64_t components) {
-    const std::uint64_t halves = (components | components >> 8) & 0x0000FFFF0000FFFF;
-    return static_cast<std::uint32_t>(halves | halves >> 16);
-}
-
-// round((old (255 - cover) + fill cover) / 255), component by component.
-inline std::uint64_t mixed(std::uint64_t old, std::uint64_t fill, std::uint32_t cover) {
-    constexpr std::uint64_t kHalf = 0x0080008000800080;
-    const std::uint64_t sum = old * (255 - cover) + (fill * cover + kHalf);
-    return ((sum + (sum >> 8 & kComponents)) >> 8) & kComponents;
-}
 
 }  // namespace trimora::cutengine::kernels
 
@@ -171,23 +153,89 @@ HWY_INLINE auto hardCover(D d, const StampBatch& batch, std::size_t i, int x, in
     return roundedCover(d, hn::Mul(area, hn::LoadU(d, &batch.scale[i])));
 }
 
-// One pixel under some stamps of the batch, one after another.
-HWY_INLINE std::uint32_t hardPixel(const StampBatch& batch, Range<std::size_t> stamps, int x, int y,
-                                   std::uint32_t old, std::uint32_t fill) {
-    const hn::ScalableTag<double> d;
-    const hn::Rebind<std::int32_t, decltype(d)> d32;
-    StampBatch::Values<std::int32_t> covers;
-    for (std::size_t i = stamps.begin; i < stamps.end; i += hn::Lanes(d))
-        hn::StoreU(hardCover(d, batch, i, x, y), d32, &covers[i]);
-    const std::uint64_t end = spread(fill);
-    std::uint64_t pixel = spread(old);
-    for (std::size_t i = stamps.begin; i < stamps.end; ++i)
-        pixel = mixed(pixel, end, static_cast<std::uint32_t>(covers[i]));
-    return joined(pixel);
-}
+using Covers = StampBatch::Values<std::int32_t>;
+
+// Rim pixels that wait to be painted. Mixing is a chain in which every step waits for the one before, so
+// pixels are mixed side by side, whichever stamps each of them lies under.
+class RimQueue {
+ public:
+    RimQueue(const StampBatch& batch, std::uint32_t fill) : batch_(batch), fill_(fill) {}
+
+    HWY_INLINE void add(std::uint32_t* pixel, Range<std::size_t> stamps, int x, int y) {
+        const std::size_t k = count_++;
+        pixels_[k] = pixel;
+        steps_[k] = stamps.begin < stamps.end ? stamps.end - stamps.begin : 0;
+        findCovers(stamps, x, y, covers_[k]);
+        if (count_ == kTogether)
+            paint();
+    }
+
+    // Paints all that wait.
+    HWY_INLINE void paint() {
+        std::size_t steps = 0;
+        for (std::size_t k = 0; k < count_; ++k)
+            steps = std::max(steps, steps_[k]);
+        const D d;
+        const hn::RebindToSigned<D> d32;
+        HWY_ALIGN std::uint32_t values[kTogether] = {};
+        for (std::size_t k = 0; k < count_; ++k) {
+            values[k] = *pixels_[k];
+            clearFrom(steps_[k], steps, covers_[k]);
+        }
+        MixedPixels<D> mixing(d, hn::Load(d, values), fill_);
+        const auto lanes =
+            hn::Mul(hn::Iota(d32, 0), hn::Set(d32, static_cast<std::int32_t>(StampBatch::kRoom)));
+        for (std::size_t i = 0; i < steps; ++i)
+            mixing.mix(hn::GatherIndex(d32, &covers_[0][i], lanes));
+        hn::Store(mixing.pixels(d), d, values);
+        for (std::size_t k = 0; k < count_; ++k)
+            *pixels_[k] = values[k];
+        count_ = 0;
+    }
+
+ private:
+    using D = hn::CappedTag<std::uint32_t, 16>;  // more would hold too much of the first-level cache
+    static constexpr std::size_t kTogether = hn::MaxLanes(D());
+
+    static HWY_INLINE void clearFrom(std::size_t begin, std::size_t end, Covers& covers) {
+        const hn::ScalableTag<std::int32_t> d;
+        for (; begin < end; begin += hn::Lanes(d))
+            hn::StoreU(hn::Zero(d), d, &covers[begin]);
+    }
+
+    // The coverage of a pixel by some stamps, and by some beyond.
+    HWY_INLINE void findExactCovers(Range<std::size_t> stamps, int x, int y, std::int32_t* covers) const {
+        const hn::ScalableTag<double> d;
+        const hn::Rebind<std::int32_t, decltype(d)> d32;
+        for (std::size_t i = stamps.begin; i < stamps.end; i += hn::Lanes(d), covers += hn::Lanes(d))
+            hn::StoreU(hardCover(d, batch_, i, x, y), d32, covers);
+    }
+
+    HWY_INLINE void findCovers(Range<std::size_t> stamps, int x, int y, Covers& covers) const {
+#if HWY_TARGET == HWY_SCALAR
+        findExactCovers(stamps, x, y, covers.data());
+#else
+        if (batch_.round.squared <= 0)
+            return findExactCovers(stamps, x, y, covers.data());
+        const std::size_t lanes = hn::Lanes(hn::ScalableTag<float>());
+        std::int32_t* to = covers.data();
+        for (std::size_t i = stamps.begin; i < stamps.end; i += lanes, to += lanes) {
+            if (HWY_UNLIKELY(!rimCover(batch_, i, x, y, to)))
+                findExactCovers({i, std::min(i + lanes, stamps.end)}, x, y, to);
+        }
+#endif
+    }
+
+    const StampBatch& batch_;
+    std::uint32_t fill_;
+    std::size_t count_ = 0;
+    std::uint32_t* pixels_[kTogether] = {};
+    std::size_t steps_[kTogether] = {};
+    Covers covers_[kTogether] = {};
+};
 
 HWY_INLINE void paintHardRow(const PlaneRow& row, const StampBatch& batch, const RowReach& reach,
-                             std::uint32_t fill) {
+                             std::uint32_t fill, RimQueue& queue) {
     const hn::ScalableTag<std::uint32_t> d;
     const int lanes = static_cast<int>(hn::Lanes(d));
     for (int x = reach.pixels.begin; x < reach.pixels.end; x += lanes) {
@@ -198,85 +246,10 @@ HWY_INLINE void paintHardRow(const PlaneRow& row, const StampBatch& batch, const
             const int at = x + std::countr_zero(bits);
             if (at >= reach.pixels.end)
                 break;
-            std::uint32_t& pixel = row.pixels[at];
-            pixel = hardPixel(batch, touching(batch, reach, at, at + 1), at, row.y, pixel, fill);
+            queue.add(row.pixels + at, touching(batch, reach, at, at + 1), at, row.y);
         }
     }
 }
-
-#if HWY_TARGET == HWY_SCALAR
-
-// A vector of pixels while stamps are mixed into it.
-template <class D>
-class MixedPixels {
- public:
-    MixedPixels(D d, hn::Vec<D> pixels, std::uint32_t fill)
-        : pixel_(spread(hn::GetLane(pixels))), fill_(spread(fill)) {
-        (void)d;
-    }
-    template <class V>
-    void mix(V cover) {
-        pixel_ = mixed(pixel_, fill_, static_cast<std::uint32_t>(hn::GetLane(cover)));
-    }
-    [[nodiscard]] hn::Vec<D> pixels(D d) const { return hn::Set(d, joined(pixel_)); }
-
- private:
-    std::uint64_t pixel_;
-    std::uint64_t fill_;
-};
-
-#else
-
-// Every second component of a vector of pixels, 16 bits each, while stamps are mixed into them. A sum
-// old (255 - c) + fill c, at most 255 x 255, is divided by 255 and rounded exactly.
-template <class D16>
-struct MixedComponents {
-    hn::Vec<D16> values, fill;
-
-    HWY_INLINE void mix(D16 d, hn::Vec<D16> cover, hn::Vec<D16> rest) {
-        const auto added = hn::Add(hn::Mul(fill, cover), hn::Set(d, 128));
-        const auto biased = hn::Add(hn::Mul(values, rest), added);
-        values = hn::ShiftRight<8>(hn::Add(biased, hn::ShiftRight<8>(biased)));
-    }
-};
-
-// A vector of pixels while stamps are mixed into it. In a mask blue and red are the same everywhere, in
-// pixels and fill: they are left alone where that is so.
-template <class D>
-class MixedPixels {
- public:
-    HWY_INLINE MixedPixels(D d, hn::Vec<D> pixels, std::uint32_t fill)
-        : even_{evenOf(d, pixels), evenOf(d, hn::Set(d, fill))},
-          odd_{oddOf(d, pixels), oddOf(d, hn::Set(d, fill))},
-          hasEven_(!hn::AllTrue(D16(), hn::Eq(even_.values, even_.fill))) {}
-
-    template <class V>
-    HWY_INLINE void mix(V cover) {
-        const D16 d;
-        const auto both = hn::BitCast(d, hn::Or(cover, hn::ShiftLeft<16>(cover)));
-        const auto rest = hn::Sub(hn::Set(d, 255), both);
-        odd_.mix(d, both, rest);
-        if (hasEven_)
-            even_.mix(d, both, rest);
-    }
-    [[nodiscard]] HWY_INLINE hn::Vec<D> pixels(D d) const {
-        return hn::BitCast(d, hn::Or(even_.values, hn::ShiftLeft<8>(odd_.values)));
-    }
-
- private:
-    using D16 = hn::Repartition<std::uint16_t, D>;
-    static HWY_INLINE hn::Vec<D16> evenOf(D, hn::Vec<D> pixels) {
-        return hn::And(hn::BitCast(D16(), pixels), hn::Set(D16(), 0x00FF));
-    }
-    static HWY_INLINE hn::Vec<D16> oddOf(D, hn::Vec<D> pixels) {
-        return hn::ShiftRight<8>(hn::BitCast(D16(), pixels));
-    }
-
-    MixedComponents<D16> even_, odd_;
-    bool hasEven_;
-};
-
-#endif
 
 HWY_INLINE void paintSoftRow(const PlaneRow& row, const StampBatch& batch, const RowReach& reach,
                              std::uint32_t fill) {
@@ -299,14 +272,16 @@ HWY_INLINE void paintSoftRow(const PlaneRow& row, const StampBatch& batch, const
 void paintImpl(const foundation::MutableBitmapView& plane, const StampBatch& batch,
                const foundation::IntRect& bounds, const StampPaint& paint) {
     RowReach reach;
+    RimQueue rim(batch, paint.fill);
     for (int y = bounds.y; y < bounds.bottom(); ++y) {
         findReach(batch, y, {bounds.x, bounds.right()}, reach);
         const PlaneRow row{reinterpret_cast<std::uint32_t*>(plane.row(y)), plane.width, y};
         if (batch.soft.empty())
-            paintHardRow(row, batch, reach, paint.fill);
+            paintHardRow(row, batch, reach, paint.fill, rim);
         else
             paintSoftRow(row, batch, reach, paint.fill);
     }
+    rim.paint();
 }
 
 }  // namespace trimora::cutengine::kernels::HWY_NAMESPACE
@@ -316,42 +291,6 @@ HWY_AFTER_NAMESPACE();
 namespace trimora::cutengine::kernels {
 
 HWY_EXPORT(paintImpl);
-
-bool StampBatch::takes(const StampEllipse& stamp) const {
-    if (count_ == 0)
-        return true;
-    return count_ < kMost && std::abs(stamp.cx - last_.cx) <= stamp.rx + last_.rx &&
-           std::abs(stamp.cy - last_.cy) <= stamp.ry + last_.ry;
-}
-
-void StampBatch::add(const StampEllipse& stamp, double solid) {
-    constexpr double kBit = 1e-5;  // more than float is wrong by, relatively
-    if (count_ == 0) {
-        originX = std::floor(stamp.cx);
-        originY = std::floor(stamp.cy);
-    }
-    const std::size_t i = count_++;
-    const bool asLast = i > 0 && stamp.rx == last_.rx && stamp.ry == last_.ry;
-    last_ = stamp;
-    cx[i] = stamp.cx;
-    cy[i] = stamp.cy;
-    perRx[i] = asLast ? perRx[i - 1] : 1 / stamp.rx;
-    perRy[i] = asLast ? perRy[i - 1] : 1 / stamp.ry;
-    scale[i] = 255 * stamp.rx * stamp.ry;
-    if (solid < 1)
-        soft.emplace_back(stamp, solid);
-    x[i] = static_cast<float>(stamp.cx - originX);
-    y[i] = static_cast<float>(stamp.cy - originY);
-    steepness[i] = static_cast<float>(stamp.rx * perRy[i]);
-    reach[i] = static_cast<float>(stamp.rx * stamp.rx * (1 + kBit));
-}
-
-void StampBatch::clear() {
-    // Stamps of radius 0 touch nothing: what is left over in a last vector is never asked for.
-    std::fill(reach.begin(), reach.begin() + static_cast<std::ptrdiff_t>(count_), 0.0F);
-    count_ = 0;
-    soft.clear();
-}
 
 void paintBatch(foundation::MutableBitmapView plane, const StampBatch& batch,
                 const foundation::IntRect& bounds, const StampPaint& paint) {

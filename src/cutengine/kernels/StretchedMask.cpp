@@ -51,11 +51,8 @@ void StretchedMask::addRun(int begin, int end, std::uint8_t value) {
 }
 
 int StretchedMask::endOfRun(int column, std::uint8_t value) const {
-    const auto differs = [value](std::uint8_t v) { return v != value; };
-    const auto top = std::find_if(top_.begin() + column, top_.begin() + level_.width, differs);
-    const auto bottom =
-        std::find_if(bottom_.begin() + column, bottom_.begin() + (top - top_.begin()), differs);
-    return static_cast<int>(bottom - bottom_.begin());
+    const int end = endOfEqualValues(top_.data(), column, level_.width, value);
+    return endOfEqualValues(bottom_.data(), column, end, value);
 }
 
 /// The first pixel that lies at `column` or beyond.

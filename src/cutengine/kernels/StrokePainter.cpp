@@ -1,7 +1,7 @@
 #include "cutengine/kernels/StrokePainter.h"
 
 #include <algorithm>
-#include <cmath>
+#include <array>
 #include <cstring>
 #include <limits>
 
@@ -28,91 +28,50 @@ StampEllipse ellipseOf(const Rect& stamp, int planeHeight) {
     return {stamp.x + rx, planeHeight - (stamp.y + ry), rx, ry};
 }
 
-// Whether the stamp is an ellipse at all and meets the plane.
+// Whether the stamp is an ellipse at all and meets the plane, which none does whose centre is no number.
 bool meets(const StampEllipse& stamp, const MutableBitmapView& plane) {
-    return stamp.rx > 0 && stamp.ry > 0 && std::isfinite(stamp.rx) && std::isfinite(stamp.ry) &&
+    constexpr double kMost = std::numeric_limits<double>::max();
+    return stamp.rx > 0 && stamp.ry > 0 && stamp.rx <= kMost && stamp.ry <= kMost &&
            stamp.cx + stamp.rx > 0 && stamp.cy + stamp.ry > 0 && stamp.cx - stamp.rx < plane.width &&
-           stamp.cy - stamp.ry < plane.height && std::isfinite(stamp.cx) && std::isfinite(stamp.cy);
+           stamp.cy - stamp.ry < plane.height;
 }
 
-// What some stamps reach over.
-class Extent {
+// The stamps of one call, group by group.
+class GroupPainter {
  public:
-    void add(const StampEllipse& stamp) {
-        left_ = std::min(left_, stamp.cx - stamp.rx);
-        top_ = std::min(top_, stamp.cy - stamp.ry);
-        right_ = std::max(right_, stamp.cx + stamp.rx);
-        bottom_ = std::max(bottom_, stamp.cy + stamp.ry);
-    }
-
-    // Every pixel of the plane that they touch.
-    [[nodiscard]] IntRect within(const MutableBitmapView& plane) const {
-        const auto clip = [](double value, int most) {
-            return static_cast<int>(std::clamp(value, 0.0, static_cast<double>(most)));
-        };
-        const int left = clip(std::floor(left_), plane.width);
-        const int top = clip(std::floor(top_), plane.height);
-        const int right = clip(std::ceil(right_), plane.width);
-        const int bottom = clip(std::ceil(bottom_), plane.height);
-        return right > left && bottom > top ? IntRect{left, top, right - left, bottom - top} : IntRect{};
-    }
-
- private:
-    static constexpr double kFar = std::numeric_limits<double>::max();
-    double left_ = kFar;
-    double top_ = kFar;
-    double right_ = -kFar;
-    double bottom_ = -kFar;
-};
-
-// One group of a call's stamps.
-class StampGroup {
- public:
-    StampGroup(MutableBitmapView plane, const StampPaint& paint)
+    GroupPainter(MutableBitmapView plane, const StampPaint& paint)
         : plane_(plane), paint_(paint), cores_(paint.solid) {}
 
-    void add(const Rect& stamp) {
-        const StampEllipse ellipse = ellipseOf(stamp, plane_.height);
-        if (!meets(ellipse, plane_))
-            return;
-        stamps_.push_back(ellipse);
-        extent_.add(ellipse);
-        cores_.add(ellipse);
-    }
-
-    // Paints what was added, forgets it, and returns where that may have changed the plane.
-    IntRect paint() {
-        const IntRect bounds = extent_.within(plane_);
-        cores_.fill(plane_, bounds, paint_.fill);
-        for (const StampEllipse& stamp : stamps_) {
-            if (!batch_.takes(stamp))
-                paintBatchNow();
-            batch_.add(stamp, paint_.solid);
-            batchExtent_.add(stamp);
+    // Paints `stamps`, kGroup at most, and returns where that may have changed the plane.
+    IntRect paint(std::span<const Rect> stamps) {
+        const auto group = ellipsesOf(stamps);
+        cores_.find(group);
+        cores_.fill(plane_, paint_.fill);
+        IntRect painted;
+        for (auto left = group; !left.empty();) {
+            left = left.subspan(batch_.take(left, paint_.solid));
+            const IntRect bounds = batch_.extent().within(plane_.width, plane_.height);
+            paintBatch(plane_, batch_, bounds, paint_);
+            painted = united(painted, bounds);
         }
-        paintBatchNow();
-        stamps_.clear();
-        cores_.clear();
-        extent_ = {};
-        return bounds;
+        return painted;
     }
-
-    [[nodiscard]] bool isFull() const { return stamps_.size() >= kGroup; }
 
  private:
-    void paintBatchNow() {
-        paintBatch(plane_, batch_, batchExtent_.within(plane_), paint_);
-        batch_.clear();
-        batchExtent_ = {};
+    std::span<const StampEllipse> ellipsesOf(std::span<const Rect> stamps) {
+        std::size_t count = 0;
+        for (const Rect& stamp : stamps) {
+            ellipses_[count] = ellipseOf(stamp, plane_.height);
+            count += meets(ellipses_[count], plane_) ? 1 : 0;
+        }
+        return std::span(ellipses_).first(count);
     }
 
     MutableBitmapView plane_;
     StampPaint paint_;
-    std::vector<StampEllipse> stamps_;
+    std::array<StampEllipse, kGroup> ellipses_;
     StampCores cores_;
-    Extent extent_;
     StampBatch batch_;
-    Extent batchExtent_;
 };
 
 }  // namespace
@@ -122,14 +81,14 @@ IntRect paintStamps(MutableBitmapView plane, std::span<const Rect> stamps, const
     std::memcpy(&paint.fill, &brush.fill, sizeof paint.fill);
     if (brush.soft != nullptr)
         paint.solid = static_cast<double>(brush.soft->hardness());
-    StampGroup group(plane, paint);
+    GroupPainter painter(plane, paint);
     IntRect painted;
-    for (const Rect& stamp : stamps) {
-        group.add(stamp);
-        if (group.isFull())
-            painted = united(painted, group.paint());
+    while (!stamps.empty()) {
+        const auto group = stamps.first(std::min(stamps.size(), kGroup));
+        painted = united(painted, painter.paint(group));
+        stamps = stamps.subspan(group.size());
     }
-    return united(painted, group.paint());
+    return painted;
 }
 
 }  // namespace trimora::cutengine::kernels

@@ -8,7 +8,9 @@
 #include <random>
 #include <vector>
 
+#include "cutengine/kernels/EveryInstructionSet.h"
 #include "cutengine/kernels/PlainPainter.h"
+#include "testing/Depth.h"
 #include "testing/Seed.h"
 
 namespace trimora::cutengine::kernels {
@@ -95,12 +97,27 @@ void compareOneStroke(std::uint64_t seed) {
 
     const Bitmap before = filledPlane(width, height, draw.pixel());
     Bitmap expected = std::move(before.clone()).value();
-    Bitmap painted = std::move(before.clone()).value();
     plain::paintStamps(expected.view(), stamps, brush);
-    const IntRect changed = paintInPieces(painted, stamps, brush, draw);
+    onEveryInstructionSet([&] {
+        Bitmap painted = std::move(before.clone()).value();
+        const IntRect changed = paintInPieces(painted, stamps, brush, draw);
+        ASSERT_TRUE(samePixels(expected.view(), painted.view()));
+        expectNoChangeOutside(changed, before, painted);
+    });
+}
 
-    ASSERT_TRUE(samePixels(expected.view(), painted.view()));
-    expectNoChangeOutside(changed, before, painted);
+// Some stamps of one size whose rims all cross a small plane, often where an axis of theirs does.
+std::vector<Rect> rimsAcross(const Bitmap& plane, Draw& draw) {
+    const double radius = std::pow(10.0, draw.between(0.3, 3.8));
+    const double angle = draw.between(0, 6.2832);
+    const double around = draw.upTo(2) == 0 ? std::round(angle / 1.5708) * 1.5708 + 0.5 / radius : angle;
+    std::vector<Rect> stamps;
+    for (int k = 0; k < 12; ++k) {
+        const double x = draw.between(2, plane.width() - 2) + radius * std::cos(around);
+        const double y = draw.between(2, plane.height() - 2) + radius * std::sin(around);
+        stamps.push_back({x - radius, y - radius, 2 * radius, 2 * radius});
+    }
+    return stamps;
 }
 
 TEST(StrokePainter, givesTheBytesOfThePlainPainterForRandomStrokes) {
@@ -108,6 +125,35 @@ TEST(StrokePainter, givesTheBytesOfThePlainPainterForRandomStrokes) {
     for (int k = 0; k < 150 && !HasFailure(); ++k) {
         SCOPED_TRACE(k);
         compareOneStroke(seeds());
+    }
+}
+
+// Cuts hard stamps, one after another, by their coverage as it is defined.
+void cutByCoverage(Bitmap& plane, std::span<const Rect> stamps) {
+    std::vector<std::uint8_t> covers(static_cast<std::size_t>(plane.width()));
+    for (const Rect& stamp : stamps) {
+        for (int y = 0; y < plane.height(); ++y) {
+            stampCoverage(plain::ellipseIn(stamp, plane.height()), 1, 0, y, plane.width(), covers.data());
+            for (int x = 0; x < plane.width(); ++x) {
+                std::uint8_t& alpha = plane.view().row(y)[4 * x + 3];
+                const int rest = 255 - covers[static_cast<std::size_t>(x)];
+                alpha = static_cast<std::uint8_t>((alpha * rest + 127) / 255);
+            }
+        }
+    }
+}
+
+TEST(StrokePainter, paintsTheRimsOfStampsOfAnySizeByTheirCoverageToTheLast255th) {
+    Draw draw(testing::announcedSeed());
+    for (int k = testing::byDepth(500, 50'000, 500'000); k > 0 && !HasFailure(); --k) {
+        Bitmap expected = filledPlane(17, 13);
+        const auto stamps = rimsAcross(expected, draw);
+        cutByCoverage(expected, stamps);
+        onEveryInstructionSet([&] {
+            Bitmap painted = filledPlane(17, 13);
+            paintStamps(painted.view(), stamps, {kCut, nullptr});
+            EXPECT_TRUE(samePixels(expected.view(), painted.view())) << stamps.front().width;
+        });
     }
 }
 

@@ -1,7 +1,6 @@
 #include "cutengine/kernels/ViewMask.h"
 
 #include <algorithm>
-#include <cstring>
 
 #include "cutengine/kernels/MaskRow.h"
 
@@ -10,22 +9,6 @@ namespace {
 
 float real(Share weight) {
     return static_cast<float>(weight) / 32768;
-}
-
-/// Where the values that equal the first one end.
-int endOfRun(const std::uint8_t* values, int begin, int end) {
-    constexpr int kStep = sizeof(std::uint64_t);
-    const std::uint8_t value = values[begin];
-    const std::uint64_t same = value * 0x0101010101010101U;
-    std::uint64_t word = same;
-    for (; begin + kStep <= end; begin += kStep) {
-        std::memcpy(&word, values + begin, kStep);
-        if (word != same)
-            break;
-    }
-    while (begin < end && values[begin] == value)
-        ++begin;
-    return begin;
 }
 
 }  // namespace
@@ -45,15 +28,22 @@ void ViewMask::moveToColumns(int x, int width) {
     for (Line& line : lines_) {
         line.row = -1;
         line.values.resize(static_cast<std::size_t>(maskPieces(columns_)));
+        line.tiles.resize(static_cast<std::size_t>(columns_ / MaskSnapshot::kTileSide + 2));
     }
-    for (TileRow& tiles : tileRows_)
-        tiles.row = -1;
     for (int i = 0; i < width; ++i) {
         const SamplePlace place = across_.at(x + i);
         const auto slot = static_cast<std::size_t>(i);
         left_[slot] = place.index - firstColumn_;
         weights_[slot] = real(place.weight);
     }
+    blocksBefore_.resize(static_cast<std::size_t>(columns_) + 1);
+    auto from = blocksBefore_.begin();
+    for (int block = 0; block < blocks_; ++block) {
+        const auto to = blocksBefore_.begin() + lastColumnOf(block) + 1;
+        std::fill(from, std::max(from, to), static_cast<std::uint8_t>(block));
+        from = std::max(from, to);
+    }
+    std::fill(from, blocksBefore_.end(), static_cast<std::uint8_t>(blocks_));
 }
 
 bool ViewMask::moveToRow(int y) {
@@ -87,36 +77,10 @@ const ViewMask::Line* ViewMask::lineOf(int row) {
     Line& line = lines_[static_cast<std::size_t>(row % 2)];
     if (line.row != row) {
         line.row = row;
-        const Cover all = coverOfTiles(row / MaskSnapshot::kTileSide);
-        if (all == Cover::mixed) {
-            copyMaskRow(level_, firstColumn_, row, columns_, line.values.data());
-            findCovers(line);
-        } else {
-            std::fill(line.values.begin(), line.values.end(), all == Cover::none ? 0 : 255);
-            line.covers.fill(all);
-        }
+        copyMaskRow(level_, firstColumn_, row, columns_, line.values.data(), line.tiles.data());
+        findCovers(line);
     }
     return &line;
-}
-
-/// What a row of tiles leaves of the whole strip. Large parts of a mask are of one value.
-Cover ViewMask::coverOfTiles(int row) {
-    TileRow& tiles = tileRows_[static_cast<std::size_t>(row % 2)];
-    if (tiles.row == row)
-        return tiles.cover;
-    constexpr int kSide = MaskSnapshot::kTileSide;
-    const MaskSnapshot::TilePtr* const first =
-        &level_.tiles[static_cast<std::size_t>(row) * static_cast<std::size_t>(level_.tilesAcross)];
-    const std::uint8_t value = first[firstColumn_ / kSide]->alpha.front();
-    const bool constant =
-        (value == 0 || value == 255) &&
-        std::all_of(first + firstColumn_ / kSide, first + (firstColumn_ + columns_ - 1) / kSide + 1,
-                    [value](const MaskSnapshot::TilePtr& tile) {
-                        return isConstant(tile->alpha.data(), kSide * kSide, value);
-                    });
-    const Cover whole = value == 0 ? Cover::none : Cover::whole;
-    tiles = {row, constant ? whole : Cover::mixed};
-    return tiles.cover;
 }
 
 void ViewMask::findCovers(Line& line) const {
@@ -124,13 +88,34 @@ void ViewMask::findCovers(Line& line) const {
     for (int block = 0; block < blocks_;) {
         const int first = firstColumnOf(block);
         const std::uint8_t value = line.values[static_cast<std::size_t>(first)];
-        const bool decided = value == 0 || value == 255;
-        const int end = decided ? endOfRun(line.values.data(), first, columns_) : first + 1;
-        for (; decided && block < blocks_ && lastColumnOf(block) < end; ++block)
+        if (value != 0 && value != 255) {
+            ++block;
+            continue;
+        }
+        const int end = endOfEqual(line, first);
+        const int decided = blocksBefore_[static_cast<std::size_t>(end)];
+        for (; block < decided; ++block)
             line.covers[static_cast<std::size_t>(block)] = value == 0 ? Cover::none : Cover::whole;
         if (block < blocks_ && firstColumnOf(block) < end)
             ++block;
     }
+}
+
+/// Where the values that equal that of `column` end. Tiles whose row is of one value are not looked at.
+int ViewMask::endOfEqual(const Line& line, int column) const {
+    constexpr int kSide = MaskSnapshot::kTileSide;
+    const std::uint8_t value = line.values[static_cast<std::size_t>(column)];
+    const int before = firstColumn_ % kSide;  // of the first tile
+    for (int tile = (before + column) / kSide; column < columns_; ++tile) {
+        const int end = std::min(columns_, (tile + 1) * kSide - before);
+        if (line.tiles[static_cast<std::size_t>(tile)] != value) {
+            const int stop = endOfEqualValues(line.values.data(), column, end, value);
+            if (stop < end)
+                return stop;
+        }
+        column = end;
+    }
+    return columns_;
 }
 
 }  // namespace trimora::cutengine::kernels

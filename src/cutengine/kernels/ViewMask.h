@@ -44,18 +44,14 @@ class ViewMask {
     struct Line {
         int row = -1;
         std::vector<std::uint8_t> values;
+        std::vector<std::uint8_t> tiles;  ///< what each tile says of the row
         BlockCovers covers{};
     };
 
-    /// What the tiles of one row of tiles that the strip reads leave of it.
-    struct TileRow {
-        int row = -1;
-        Cover cover = Cover::mixed;
-    };
-
     const Line* lineOf(int row);
-    Cover coverOfTiles(int row);
     void findCovers(Line& line) const;
+    [[nodiscard]] int endOfEqual(const Line& line, int column) const;
+
     /// Of the line, that the block reads.
     [[nodiscard]] int firstColumnOf(int block) const {
         return left_[static_cast<std::size_t>(block) * kViewBlockWidth];
@@ -74,9 +70,9 @@ class ViewMask {
     const Line* top_ = nullptr;
     const Line* bottom_ = nullptr;
     std::array<Line, 2> lines_;  ///< of an even row and an odd one
-    std::array<TileRow, 2> tileRows_;
     int blocks_ = 0;
-    std::array<int, kViewStripWidth> left_;  ///< columns of the lines
+    std::vector<std::uint8_t> blocksBefore_;  ///< how many read no column from this one on
+    std::array<int, kViewStripWidth> left_;   ///< columns of the lines
     std::array<float, kViewStripWidth> weights_;
     std::array<std::uint32_t, kViewStripWidth> quads_;
 };

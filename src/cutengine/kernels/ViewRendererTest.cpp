@@ -254,6 +254,21 @@ TEST(ViewRenderer, ViewsWiderThanOneStripAreNearTheRealNumbers) {
     }
 }
 
+TEST(ViewRenderer, MasksOfManyTilesAreNearTheRealNumbers) {
+    auto random = testing::seededGenerator();
+    for (const double zoom : {0.51, 0.77, 1.0, 1.7, 3.7}) {
+        Stage stage = randomStage(random, 1, 900, 40);
+        stage.mask = snapshotOf(randomMaskPlane(random, randomBetween(random, 400, 900), 300));
+        stage.scene.mask = stage.mask.get();
+        const foundation::Size size = stage.scene.pictureSize;
+        stage.scene.scaleFactor = 1;
+        stage.scene.pictureToView = {zoom * 900 / size.width, 0, 0, zoom * 300 / size.height, -40.3, -170.2};
+        stage.scene.backgroundToView = stage.scene.pictureToView;
+        SCOPED_TRACE(zoom);
+        expectNear(rendered(stage.scene, 900, 40), stage.scene);
+    }
+}
+
 TEST(ViewRenderer, ZoomsBesideOneThatBeginOnAWholePixelAreNearTheRealNumbers) {
     auto random = testing::seededGenerator();
     for (const double zoom : {0.9996, 1.0004, 1.002}) {
