@@ -33,8 +33,7 @@ class Toolkit {
     char name_[8] = "trimora";
     char* arguments_[2] = {name_, nullptr};
     platform::Application application_;
-    std::jthread
-        ahead_;  // what the first window needs and another thread can do; gone before the application
+    std::jthread ahead_;  // at what the first window needs; gone before the application
 };
 
 }  // namespace trimora

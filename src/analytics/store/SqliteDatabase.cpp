@@ -15,9 +15,10 @@ namespace {
 
 constexpr mode_t kOwnerOnly = 0600;
 
-/// Where a database has been opened, the library is there.
+/// Where a database has been opened, the library is there, and stays.
 const SqliteLibrary& sqlite() {
-    return *SqliteLibrary::get();
+    static const SqliteLibrary& library = **SqliteLibrary::get();
+    return library;
 }
 
 /// SQLite gives its side files the permissions of the database, so one file made right is enough.

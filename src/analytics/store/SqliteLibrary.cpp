@@ -1,5 +1,8 @@
 #include "analytics/store/SqliteLibrary.h"
 
+#include <mutex>
+#include <optional>
+
 #include "files/LateLibrary.h"
 
 namespace trimora::analytics {
@@ -48,9 +51,17 @@ Result<SqliteLibrary> load() {
 
 }  // namespace
 
-const Result<SqliteLibrary>& SqliteLibrary::get() {
-    static const Result<SqliteLibrary> library = load();
-    return library;
+Result<const SqliteLibrary*> SqliteLibrary::get() {
+    static std::mutex mutex;
+    static std::optional<SqliteLibrary> kept;
+    const std::scoped_lock lock(mutex);
+    if (!kept) {
+        const Result<SqliteLibrary> loaded = load();
+        if (!loaded)
+            return loaded.error();
+        kept = *loaded;
+    }
+    return &*kept;
 }
 
 }  // namespace trimora::analytics

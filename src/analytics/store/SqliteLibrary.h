@@ -34,8 +34,9 @@ struct SqliteLibrary {
     decltype(&::sqlite3_reset) reset;
     decltype(&::sqlite3_step) step;
 
-    /// The one of this process, loaded with the first call. An error where it is not installed. Any thread.
-    [[nodiscard]] static const foundation::Result<SqliteLibrary>& get();
+    /// The one of this process, loaded with the first call. An error where it is not installed or memory is
+    /// missing; the next call tries again. Any thread.
+    [[nodiscard]] static foundation::Result<const SqliteLibrary*> get();
 };
 
 }  // namespace trimora::analytics
