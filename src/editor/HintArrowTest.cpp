@@ -96,8 +96,9 @@ TEST_F(HintArrowTest, ItIsPaintedAsOftenAsItIsSeenToMoveAndNeverWhileItRests) {
     };
     let(1.2);
     const int rising = paints.taken();
-    EXPECT_GE(rising, 14) << "of 14 pixels none is left out";
-    EXPECT_LE(rising, 30) << "two for each";
+    const double pixels = 14 * arrow_.devicePixelRatioF();
+    EXPECT_GE(rising, pixels) << "none of them is left out";
+    EXPECT_LE(rising, 2 * pixels + 2) << "two for each";
     let(0.32);
     EXPECT_GE(paints.taken(), 14) << "the fall and the bounce are as smooth as the screen";
     let(0.4);
