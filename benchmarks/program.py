@@ -69,8 +69,14 @@ def wakeups(process):
     return counts
 
 
+def make_picture(build, width, height, file):
+    subprocess.run([build / "benchmark_picture", str(width), str(height), file], check=True)
+    return file
+
+
 def idle(build, home):
-    with screen() as display, subprocess.Popen([build / "trimora", build / "sample.jpg"],
+    picture = make_picture(build, 6000, 4000, home / "picture.jpg")
+    with screen() as display, subprocess.Popen([build / "trimora", picture],
                                                env=environment(home, DISPLAY=display)) as program:
         time.sleep(REST)
         before = wakeups(program.pid)
@@ -89,8 +95,7 @@ def idle(build, home):
 def memory(build, home):
     width, height = 12000, 8334
     pixels = 4 * width * height
-    picture = home / "large.jpg"
-    subprocess.run([build / "benchmark_picture", str(width), str(height), picture], check=True)
+    picture = make_picture(build, width, height, home / "large.jpg")
     steps = [
         {"do": "view", "size": [1400, 900]},
         {"do": "open", "files": [str(picture)], "wait": False}, {"do": "settle"},
