@@ -36,11 +36,6 @@ void copyMaskRow(const MaskSnapshot::Level& level, int x, int y, int count, std:
     }
 }
 
-bool isConstant(const std::uint8_t* values, int count, std::uint8_t value) {
-    // Each value the same as the one after it.
-    return values[0] == value && std::memcmp(values, values + 1, static_cast<std::size_t>(count) - 1) == 0;
-}
-
 int endOfEqualValues(const std::uint8_t* values, int begin, int end, std::uint8_t value) {
     constexpr int kStep = sizeof(std::uint64_t);
     const std::uint64_t same = value * 0x0101010101010101U;

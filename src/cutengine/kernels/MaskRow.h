@@ -18,9 +18,6 @@ inline constexpr int kMaskPiece = 16;
 void copyMaskRow(const MaskSnapshot::Level& level, int x, int y, int count, std::uint8_t* line,
                  std::uint8_t* tileRows = nullptr);
 
-/// Whether `count` values, at least one, are all the same as `value`.
-[[nodiscard]] bool isConstant(const std::uint8_t* values, int count, std::uint8_t value);
-
 /// Where the values from `begin` on that are `value` end, at `end` at the latest.
 [[nodiscard]] int endOfEqualValues(const std::uint8_t* values, int begin, int end, std::uint8_t value);
 

@@ -120,7 +120,8 @@ void repeatEdges(Tile& tile, const IntRect& picture) {
 void sumUpRows(Tile& tile, int begin, int end) {
     for (int y = begin; y < end; ++y) {
         const std::uint8_t value = *rowOf(tile, y);
-        const bool decided = (value == 0 || value == 255) && isConstant(rowOf(tile, y), kTileSide, value);
+        const bool decided = (value == 0 || value == 255) &&
+                             endOfEqualValues(rowOf(tile, y), 0, kTileSide, value) == kTileSide;
         tile.rows[static_cast<std::size_t>(y)] = decided ? value : Tile::kMixed;
     }
 }

@@ -6,10 +6,6 @@
 namespace trimora::cutengine::kernels {
 namespace {
 
-bool sameSize(const StampEllipse& a, const StampEllipse& b) {
-    return a.rx == b.rx && a.ry == b.ry;
-}
-
 // How many of the first stamps lie close to the one before each.
 std::size_t closeTogether(std::span<const StampEllipse> stamps) {
     std::size_t count = 1;
@@ -23,9 +19,11 @@ std::size_t closeTogether(std::span<const StampEllipse> stamps) {
     return count;
 }
 
-template <typename T>
-void fillFirst(StampBatch::Values<T>& values, std::size_t count, double value) {
-    std::fill_n(values.begin(), count, static_cast<T>(value));
+// How many stamps from the first on have its size.
+std::size_t sameSize(std::span<const StampEllipse> stamps) {
+    const auto other = std::find_if(stamps.begin(), stamps.end(),
+                                    [&](const auto& each) { return !each.hasSizeOf(stamps.front()); });
+    return static_cast<std::size_t>(other - stamps.begin());
 }
 
 }  // namespace
@@ -97,23 +95,19 @@ void StampBatch::takePlaces(std::span<const StampEllipse> stamps) {
 void StampBatch::takeSizes(std::span<const StampEllipse> stamps) {
     constexpr double kBit = 1e-5;  // more than float is wrong by, relatively
     round = {};
-    const StampEllipse& first = stamps.front();
-    if (std::all_of(stamps.begin(), stamps.end(), [&](const auto& each) { return sameSize(each, first); })) {
-        fillFirst(perRx, stamps.size(), 1 / first.rx);
-        fillFirst(perRy, stamps.size(), 1 / first.ry);
-        fillFirst(scale, stamps.size(), 255 * first.rx * first.ry);
-        fillFirst(steepness, stamps.size(), first.rx / first.ry);
-        fillFirst(reach, stamps.size(), first.rx * first.rx * (1 + kBit));
-        if (first.rx == first.ry)
-            round = RoundStamps(first.rx);
-        return;
-    }
-    for (std::size_t i = 0; i < stamps.size(); ++i) {
-        perRx[i] = 1 / stamps[i].rx;
-        perRy[i] = 1 / stamps[i].ry;
-        scale[i] = 255 * stamps[i].rx * stamps[i].ry;
-        steepness[i] = static_cast<float>(stamps[i].rx / stamps[i].ry);
-        reach[i] = static_cast<float>(stamps[i].rx * stamps[i].rx * (1 + kBit));
+    for (std::size_t i = 0; i < stamps.size();) {
+        const double rx = stamps[i].rx;
+        const double ry = stamps[i].ry;
+        const std::size_t count = sameSize(stamps.subspan(i));
+        const auto fill = [i, count](auto& values, auto value) { std::fill_n(&values[i], count, value); };
+        fill(perRx, 1 / rx);
+        fill(perRy, 1 / ry);
+        fill(scale, 255 * rx * ry);
+        fill(steepness, static_cast<float>(rx / ry));
+        fill(reach, static_cast<float>(rx * rx * (1 + kBit)));
+        if (count == stamps.size() && rx == ry)
+            round = RoundStamps(rx);
+        i += count;
     }
 }
 

@@ -178,10 +178,6 @@ double distanceOffLine(std::span<const StampEllipse> stamps) {
     return squared > 0 ? most / std::sqrt(squared) : kNone;
 }
 
-bool sameSize(const StampEllipse& a, const StampEllipse& b) {
-    return a.rx == b.rx && a.ry == b.ry;
-}
-
 // Of cores that lie close together one in several is enough: what the others would add is a sliver of a
 // tenth of a pixel, left to the exact step.
 bool isClose(const StampEllipse& a, const StampEllipse& b) {
@@ -191,7 +187,7 @@ bool isClose(const StampEllipse& a, const StampEllipse& b) {
     const double x = a.cx - b.cx;
     const double y = a.cy - b.cy;
     const double squared = std::min(radius * kPartOfRadius * kPartOfRadius, 8 * kSliver) * radius;
-    return sameSize(a, b) && x * x + y * y < squared;
+    return a.hasSizeOf(b) && x * x + y * y < squared;
 }
 
 // The row or, above the plane, the one below it.
@@ -273,7 +269,7 @@ bool StampCores::addShared(std::span<const StampEllipse> stamps) {
     constexpr double kLeastArc = 2;
     constexpr double kHalfAndABit = 0.51;
     const StampEllipse& last = stamps.back();
-    if (!std::all_of(stamps.begin(), stamps.end(), [&](const auto& each) { return sameSize(each, last); }))
+    if (!std::all_of(stamps.begin(), stamps.end(), [&](const auto& each) { return each.hasSizeOf(last); }))
         return false;
     const double radius = std::min(last.rx, last.ry);
     const double arc = radius * radius / std::max(last.rx, last.ry);

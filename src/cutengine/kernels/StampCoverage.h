@@ -35,6 +35,8 @@ struct StampEllipse {
     double cy = 0;
     double rx = 0;  ///< above 0
     double ry = 0;  ///< above 0
+
+    [[nodiscard]] bool hasSizeOf(const StampEllipse& other) const { return rx == other.rx && ry == other.ry; }
 };
 
 /// The coverage of `count` pixels of row `y` from `x` on, in 255ths: the definition of what stamps are
