@@ -2,24 +2,18 @@
 
 #include <QEvent>
 #include <QLineEdit>
-#include <QString>
 
-#include "controls/Metrics.h"
-#include "controls/Palette.h"
+#include "controls/StyleSheet.h"
 
 namespace trimora::controls {
 namespace {
 
-QString fieldLook() {
-    return QStringLiteral(
-               "QLineEdit { background: %1; color: %2; border: 1px solid %1; border-radius: %3px;"
-               " selection-background-color: %4; }"
-               "QLineEdit:focus { border-color: %5; } QLineEdit:disabled { color: %6; }")
-        .arg(palette::kField.name(QColor::HexArgb), palette::kText.name(QColor::HexArgb))
-        .arg(metrics::kCornerRadius)
-        .arg(palette::kAccent.name(QColor::HexArgb), palette::kFocusOnField.name(QColor::HexArgb),
-             palette::kDisabledText.name(QColor::HexArgb));
-}
+constexpr const char* kSheet = R"(
+QLineEdit { background: @field; color: @text; border: 1px solid @field; border-radius: @radius;
+    selection-background-color: @accent; }
+QLineEdit:focus { border-color: @focus; }
+QLineEdit:disabled { color: @disabled; }
+)";
 
 /// Belongs to its field.
 class LookWhenShown final : public QObject {
@@ -29,7 +23,7 @@ class LookWhenShown final : public QObject {
     bool eventFilter(QObject* field, QEvent* event) override {
         if (event->type() == QEvent::Show) {
             field->removeEventFilter(this);
-            static_cast<QLineEdit*>(field)->setStyleSheet(fieldLook());
+            static_cast<QLineEdit*>(field)->setStyleSheet(styleSheet(kSheet));
         }
         return false;
     }

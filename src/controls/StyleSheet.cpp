@@ -21,6 +21,8 @@ QString css(const QColor& colour) {
 
 QString styleSheet(const char* text) {
     const std::pair<const char*, QString> words[] = {
+        {"@field", css(palette::kField)},
+        {"@focus", css(palette::kFocusOnField)},
         {"@raised", css(palette::kRaised)},
         {"@line", css(palette::kLine)},
         {"@text", css(palette::kText)},
