@@ -34,7 +34,7 @@ struct Page {
 };
 
 Page currentPage(const TiffFile& file) {
-    Page page{file.library().CurrentDirOffset(file.handle()), file.tag<std::uint32_t>(TIFFTAG_IMAGEWIDTH),
+    Page page{file.tiff().CurrentDirOffset(file.handle()), file.tag<std::uint32_t>(TIFFTAG_IMAGEWIDTH),
               file.tag<std::uint32_t>(TIFFTAG_IMAGELENGTH)};
     if (orientationOf(file.tag<std::uint16_t>(TIFFTAG_ORIENTATION, 1)) >= Orientation::leftTop)
         std::swap(page.width, page.height);
@@ -45,7 +45,7 @@ Page currentPage(const TiffFile& file) {
 bool hasAlpha(const TiffFile& file) {
     std::uint16_t count = 0;
     std::uint16_t* kinds = nullptr;
-    return file.library().GetFieldDefaulted(file.handle(), TIFFTAG_EXTRASAMPLES, &count, &kinds) == 1 &&
+    return file.tiff().GetFieldDefaulted(file.handle(), TIFFTAG_EXTRASAMPLES, &count, &kinds) == 1 &&
            count > 0;
 }
 
@@ -60,14 +60,14 @@ Pages pagesOf(const TiffFile& file) {
     for (;;) {
         if ((file.tag<std::uint32_t>(TIFFTAG_SUBFILETYPE) & FILETYPE_MASK) == 0)
             found.pages.push_back(currentPage(file));
-        if (file.library().LastDirectory(file.handle()) != 0)
+        if (file.tiff().LastDirectory(file.handle()) != 0)
             return found;
         if (found.pages.size() == kMostPages) {
             found.notice = kTooManyPages;
             return found;
         }
         // The next one lies outside the file, is none, or has been read before.
-        if (file.library().ReadDirectory(file.handle()) != 1) {
+        if (file.tiff().ReadDirectory(file.handle()) != 1) {
             found.notice = kDamaged;
             return found;
         }
@@ -96,7 +96,7 @@ Error unreadable(const TiffFile& file) {
 }
 
 Result<Bitmap> decodePage(const TiffFile& file, const Page& page, bool& whole, foundation::Workers& workers) {
-    if (file.library().SetSubDirectory(file.handle(), page.offset) != 1)
+    if (file.tiff().SetSubDirectory(file.handle(), page.offset) != 1)
         return unreadable(file);
     const auto packing = file.tag<std::uint16_t>(TIFFTAG_COMPRESSION, COMPRESSION_NONE);
     if (std::find(kPackings.begin(), kPackings.end(), packing) == kPackings.end())

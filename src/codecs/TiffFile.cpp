@@ -29,12 +29,12 @@ void unmap(thandle_t /*self*/, void* /*base*/, toff_t /*size*/) {}
 }  // namespace
 
 TiffFile::TiffFile(Bytes bytes) : bytes_(bytes) {
-    const auto& library = TiffLibrary::get();
+    const auto library = TiffLibrary::get();
     if (!library) {
         complaint_ = library.error().message;
         return;
     }
-    library_ = &*library;
+    library_ = *library;
     TIFFOpenOptions* const options = library_->OpenOptionsAlloc();
     if (options == nullptr)
         return;

@@ -21,7 +21,7 @@ class TiffFile {
     [[nodiscard]] TIFF* handle() const { return handle_; }
 
     /// What to call with the handle. Only where that is not null.
-    [[nodiscard]] const TiffLibrary& library() const { return *library_; }
+    [[nodiscard]] const TiffLibrary& tiff() const { return *library_; }
 
     /// The colour profile of the current page; empty where it carries none.
     [[nodiscard]] Bytes icc() const;

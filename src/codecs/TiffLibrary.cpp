@@ -42,9 +42,9 @@ Result<TiffLibrary> load() {
 
 }  // namespace
 
-const Result<TiffLibrary>& TiffLibrary::get() {
-    static const Result<TiffLibrary> library = load();
-    return library;
+Result<const TiffLibrary*> TiffLibrary::get() {
+    static files::LoadedOnce<TiffLibrary> library;
+    return library.get(load);
 }
 
 }  // namespace trimora::codecs

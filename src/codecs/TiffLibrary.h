@@ -31,8 +31,9 @@ struct TiffLibrary {
     decltype(&::TIFFSetSubDirectory) SetSubDirectory;
     decltype(&::TIFFTileSize64) TileSize64;
 
-    /// The one of this process, loaded with the first call. An error where it is not installed. Any thread.
-    [[nodiscard]] static const foundation::Result<TiffLibrary>& get();
+    /// The one of this process, loaded with the first call. An error where it is not installed or memory is
+    /// missing; the next call tries again. Any thread.
+    [[nodiscard]] static foundation::Result<const TiffLibrary*> get();
 };
 
 }  // namespace trimora::codecs

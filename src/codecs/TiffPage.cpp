@@ -62,8 +62,7 @@ ColourModel modelOf(std::uint16_t photometric) {
 TiffAlpha alphaOf(const TiffFile& file) {
     std::uint16_t count = 0;
     std::uint16_t* kinds = nullptr;
-    if (file.library().GetFieldDefaulted(file.handle(), TIFFTAG_EXTRASAMPLES, &count, &kinds) != 1 ||
-        count == 0)
+    if (file.tiff().GetFieldDefaulted(file.handle(), TIFFTAG_EXTRASAMPLES, &count, &kinds) != 1 || count == 0)
         return TiffAlpha::none;
     if (kinds[0] == EXTRASAMPLE_ASSOCALPHA)
         return TiffAlpha::premultiplied;
@@ -196,12 +195,12 @@ class PlainTarget {
 /// Reads rows of strips; returns how many.
 int readStrips(const TiffFile& file, const Layout& layout, PlainTarget& target) {
     const auto size =
-        static_cast<std::size_t>(std::max<tmsize_t>(file.library().ScanlineSize(file.handle()), 0));
+        static_cast<std::size_t>(std::max<tmsize_t>(file.tiff().ScanlineSize(file.handle()), 0));
     if (size < static_cast<std::size_t>(layout.width) * layout.bytesPerPixel())
         return 0;
     std::vector<std::uint8_t> row(size);
     for (int y = 0; y < layout.height; ++y) {
-        if (file.library().ReadScanline(file.handle(), row.data(), static_cast<std::uint32_t>(y), 0) < 0)
+        if (file.tiff().ReadScanline(file.handle(), row.data(), static_cast<std::uint32_t>(y), 0) < 0)
             return y;
         target.put(row.data(), 0, y, layout.width);
     }
@@ -215,7 +214,7 @@ int readTiles(const TiffFile& file, const Layout& layout, PlainTarget& target) {
     };
     const std::int64_t tileWidth = side(TIFFTAG_TILEWIDTH);
     const std::int64_t tileHeight = side(TIFFTAG_TILELENGTH);
-    const std::uint64_t size = file.library().TileSize64(file.handle());
+    const std::uint64_t size = file.tiff().TileSize64(file.handle());
     const std::size_t stride = static_cast<std::size_t>(tileWidth) * layout.bytesPerPixel();
     if (tileWidth < 1 || tileHeight < 1 || size > kMostTileBytes ||
         size < stride * static_cast<std::uint64_t>(tileHeight))
@@ -224,8 +223,8 @@ int readTiles(const TiffFile& file, const Layout& layout, PlainTarget& target) {
     for (std::int64_t top = 0; top < layout.height; top += tileHeight) {
         const int rows = static_cast<int>(std::min(tileHeight, layout.height - top));
         for (std::int64_t left = 0; left < layout.width; left += tileWidth) {
-            if (file.library().ReadTile(file.handle(), tile.data(), static_cast<std::uint32_t>(left),
-                                        static_cast<std::uint32_t>(top), 0, 0) < 0)
+            if (file.tiff().ReadTile(file.handle(), tile.data(), static_cast<std::uint32_t>(left),
+                                     static_cast<std::uint32_t>(top), 0, 0) < 0)
                 return static_cast<int>(top);
             const int count = static_cast<int>(std::min(tileWidth, layout.width - left));
             for (int y = 0; y < rows; ++y)
@@ -238,7 +237,7 @@ int readTiles(const TiffFile& file, const Layout& layout, PlainTarget& target) {
 
 int readPlain(const TiffFile& file, const Layout& layout, MutableBitmapView to, const ColourProfile* profile,
               foundation::Workers& workers) {
-    const bool tiled = file.library().IsTiled(file.handle()) != 0;
+    const bool tiled = file.tiff().IsTiled(file.handle()) != 0;
     const std::uint32_t rowsAtOnce = tiled ? file.tag<std::uint32_t>(TIFFTAG_TILELENGTH) : kWideRowsHeld;
     PlainTarget target(layout, to, profile, workers,
                        static_cast<int>(std::clamp<std::uint32_t>(
@@ -253,13 +252,13 @@ int readPlain(const TiffFile& file, const Layout& layout, MutableBitmapView to, 
 int readConverted(const TiffFile& file, MutableBitmapView to) {
     std::array<char, 1024> reason{};
     TIFFRGBAImage image;
-    if (file.library().RGBAImageBegin(&image, file.handle(), 1, reason.data()) == 0)
+    if (file.tiff().RGBAImageBegin(&image, file.handle(), 1, reason.data()) == 0)
         return 0;
     image.req_orientation = image.orientation;  // turning is done later, with every other format
     const auto height = static_cast<std::uint32_t>(to.height);
     const std::uint32_t unit = std::clamp<std::uint32_t>(
         file.tag<std::uint32_t>(
-            file.library().IsTiled(file.handle()) != 0 ? TIFFTAG_TILELENGTH : TIFFTAG_ROWSPERSTRIP, height),
+            file.tiff().IsTiled(file.handle()) != 0 ? TIFFTAG_TILELENGTH : TIFFTAG_ROWSPERSTRIP, height),
         1, height);
     const std::uint32_t bandRows = std::min(height, (kFewestBandRows + unit - 1) / unit * unit);
     const auto count = static_cast<std::size_t>(to.width);
@@ -268,8 +267,7 @@ int readConverted(const TiffFile& file, MutableBitmapView to) {
     for (; y < height; y += bandRows) {
         const std::uint32_t rows = std::min(bandRows, height - y);
         image.row_offset = static_cast<int>(y);
-        if (file.library().RGBAImageGet(&image, raster.data(), static_cast<std::uint32_t>(to.width), rows) ==
-            0)
+        if (file.tiff().RGBAImageGet(&image, raster.data(), static_cast<std::uint32_t>(to.width), rows) == 0)
             break;
         for (std::uint32_t i = 0; i < rows; ++i) {
             std::uint8_t* const row = to.row(static_cast<int>(y + i));
@@ -278,7 +276,7 @@ int readConverted(const TiffFile& file, MutableBitmapView to) {
             unpremultiply(row, count);
         }
     }
-    file.library().RGBAImageEnd(&image);
+    file.tiff().RGBAImageEnd(&image);
     return static_cast<int>(std::min(y, height));
 }
 

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <mutex>
+#include <optional>
+
 #include "foundation/Result.h"
 
 namespace trimora::files {
@@ -51,6 +54,27 @@ class LateFunctions {
  private:
     const LateLibrary& library_;
     foundation::Result<void> found_;
+};
+
+/// What the process uses of a library, loaded for the first who asks and kept once that went well. Until then
+/// whoever asks tries again, as it may have been memory that was missing. Any thread.
+template <typename Functions>
+class LoadedOnce {
+ public:
+    [[nodiscard]] foundation::Result<const Functions*> get(foundation::Result<Functions> (*load)()) {
+        const std::scoped_lock lock(mutex_);
+        if (!kept_) {
+            const foundation::Result<Functions> loaded = load();
+            if (!loaded)
+                return loaded.error();
+            kept_ = *loaded;
+        }
+        return &*kept_;
+    }
+
+ private:
+    std::mutex mutex_;
+    std::optional<Functions> kept_;
 };
 
 }  // namespace trimora::files

@@ -34,5 +34,21 @@ TEST(LateLibrary, withoutTheFunctionSaysSo) {
     EXPECT_EQ(nobody, nullptr);
 }
 
+TEST(LoadedOnce, triesAgainUntilItWentWellAndThenNoMore) {
+    static int tries = 0;
+    LoadedOnce<int> kept;
+    const auto load = [] {
+        ++tries;
+        return tries < 3 ? foundation::Result<int>(foundation::Error{"not yet"}) : foundation::Result<int>(7);
+    };
+    EXPECT_FALSE(kept.get(load).ok());
+    EXPECT_FALSE(kept.get(load).ok());
+    const auto made = kept.get(load);
+    ASSERT_TRUE(made.ok());
+    EXPECT_EQ(**made, 7);
+    EXPECT_EQ(*kept.get(load), *made);
+    EXPECT_EQ(tries, 3);
+}
+
 }  // namespace
 }  // namespace trimora::files

@@ -41,9 +41,9 @@ Result<CurlLibrary> load() {
 
 }  // namespace
 
-const Result<CurlLibrary>& CurlLibrary::get() {
-    static const Result<CurlLibrary> library = load();
-    return library;
+Result<const CurlLibrary*> CurlLibrary::get() {
+    static files::LoadedOnce<CurlLibrary> library;
+    return library.get(load);
 }
 
 }  // namespace trimora::host

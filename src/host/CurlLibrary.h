@@ -25,8 +25,8 @@ struct CurlLibrary {
     decltype(&::curl_slist_append) slist_append = nullptr;
     decltype(&::curl_slist_free_all) slist_free_all = nullptr;
 
-    /// An error where the library is not there or cannot be set up.
-    [[nodiscard]] static const foundation::Result<CurlLibrary>& get();
+    /// An error where the library is not there or cannot be set up; the next call tries again.
+    [[nodiscard]] static foundation::Result<const CurlLibrary*> get();
 };
 
 }  // namespace trimora::host

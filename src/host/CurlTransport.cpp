@@ -25,7 +25,8 @@ namespace {
 
 /// The library, which was loaded before there was a transport.
 const CurlLibrary& curl() {
-    return CurlLibrary::get().value();
+    static const CurlLibrary& library = **CurlLibrary::get();
+    return library;
 }
 
 struct FreeEasy {
@@ -232,10 +233,9 @@ class CurlTransport::Worker {
 };
 
 Result<std::unique_ptr<CurlTransport>> CurlTransport::create() {
-    const auto& library = CurlLibrary::get();
-    if (!library)
+    if (const auto library = CurlLibrary::get(); !library)
         return library.error();
-    CURLM* const multi = library->multi_init();
+    CURLM* const multi = curl().multi_init();
     if (multi == nullptr)
         return Error{"libcurl cannot be started"};
     return std::unique_ptr<CurlTransport>(new CurlTransport(std::make_unique<Worker>(multi)));

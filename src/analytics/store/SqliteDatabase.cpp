@@ -105,7 +105,7 @@ std::optional<std::string> SqliteStatement::text(int column) const {
 
 Result<std::unique_ptr<SqliteDatabase>> SqliteDatabase::open(const std::filesystem::path& file, Mode mode,
                                                              int busyMilliseconds) {
-    if (const auto& library = SqliteLibrary::get(); !library)
+    if (const auto library = SqliteLibrary::get(); !library)
         return library.error();
     if (mode == Mode::readWrite)
         makeFile(file);

@@ -1,8 +1,5 @@
 #include "analytics/store/SqliteLibrary.h"
 
-#include <mutex>
-#include <optional>
-
 #include "files/LateLibrary.h"
 
 namespace trimora::analytics {
@@ -52,16 +49,8 @@ Result<SqliteLibrary> load() {
 }  // namespace
 
 Result<const SqliteLibrary*> SqliteLibrary::get() {
-    static std::mutex mutex;
-    static std::optional<SqliteLibrary> kept;
-    const std::scoped_lock lock(mutex);
-    if (!kept) {
-        const Result<SqliteLibrary> loaded = load();
-        if (!loaded)
-            return loaded.error();
-        kept = *loaded;
-    }
-    return &*kept;
+    static files::LoadedOnce<SqliteLibrary> library;
+    return library.get(load);
 }
 
 }  // namespace trimora::analytics
