@@ -9,8 +9,8 @@
 
 namespace trimora::reliability {
 
-/// Queues of another factory that all run on one thread, which tell how long that thread was at what a program
-/// leaves to threads beside its main one: the tasks of serial queues and of the background queue.
+/// Queues of another factory that all run on one thread, which tell how long that thread was at what a
+/// program leaves to threads beside its main one: the tasks of serial queues and of the background queue.
 ///
 /// What is run while somebody waits for it in sync() is not told: a program's main thread waits for that too.
 /// One thread.
