@@ -15,9 +15,9 @@ using foundation::BitmapView;
 
 namespace {
 
-std::vector<NamedFile> madeSoundFiles() {
-    const auto quarters = samples::quarters(61, 47);
-    const auto fading = samples::fading(53, 39);
+std::vector<NamedFile> soundFiles(int width, int height, unsigned inkNodes) {
+    const auto quarters = samples::quarters(width, height);
+    const auto fading = samples::fading(width - 8, height - 8);
     const auto small = samples::quarters(16, 12);
     const auto whole = quarters.view();
     samples::JpegOptions rotated;
@@ -25,7 +25,7 @@ std::vector<NamedFile> madeSoundFiles() {
     rotated.icc = samples::wideProfile();
     samples::JpegOptions inks;
     inks.cmyk = true;
-    inks.icc = samples::inkProfile();
+    inks.icc = samples::inkProfile(inkNodes);
     const auto tiff = [&](const samples::TiffOptions& options) { return samples::tiff({{whole, options}}); };
     samples::TiffOptions tiled;
     tiled.tile = 16;
@@ -176,8 +176,12 @@ std::string faultOf(const foundation::Bitmap& bitmap) {
 }  // namespace
 
 const std::vector<NamedFile>& soundFiles() {
-    static const std::vector<NamedFile> files = madeSoundFiles();
+    static const std::vector<NamedFile> files = soundFiles(61, 47, 9);
     return files;
+}
+
+std::vector<NamedFile> smallSoundFiles() {
+    return soundFiles(21, 18, 3);
 }
 
 std::vector<NamedFile> brokenFiles() {

@@ -21,6 +21,9 @@ struct NamedFile {
 /// Fifteen sound files: every format in the kinds that are read by code of their own.
 [[nodiscard]] const std::vector<NamedFile>& soundFiles();
 
+/// The same, as small as they are read by all of that code: what fuzzers begin with.
+[[nodiscard]] std::vector<NamedFile> smallSoundFiles();
+
 /// Each sound file broken in ten ways, "png-16-interlaced.cut-at-half" and so on.
 [[nodiscard]] std::vector<NamedFile> brokenFiles();
 
