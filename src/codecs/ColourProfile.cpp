@@ -127,7 +127,8 @@ TransformHandle neededTransform(const Profile& profile, ColourModel picture, Sam
     const cmsUInt32Number format = model ? inputFormat(*model, depth) : 0;
     if (format == 0)
         return nullptr;
-    // Making one takes milliseconds: that of 8 bits, on which it is seen what the profile does, is used as well.
+    // Making one takes milliseconds: that of 8 bits, on which it is seen what the profile does, is used as
+    // well.
     TransformHandle eight = makeTransform(profile.get(), inputFormat(*model, SampleDepth::eight));
     if (!eight || changesNothing(eight.get(), *model))
         return nullptr;

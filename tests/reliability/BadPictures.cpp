@@ -107,18 +107,6 @@ std::uint32_t bigEndianAt(const Buffer& bytes, std::size_t at) {
            static_cast<std::uint32_t>(bytes[at + 2]) << 8 | bytes[at + 3];
 }
 
-void putChecksumsRight(Buffer& png) {
-    for (std::size_t at = 8; at + 12 <= png.size();) {
-        const std::size_t length = bigEndianAt(png, at);
-        if (length > png.size() - at - 12)
-            return;
-        const auto checksum = crc32_z(0, png.data() + at + 4, length + 4);
-        for (std::size_t i = 0; i < 4; ++i)
-            png[at + 8 + length + i] = static_cast<std::uint8_t>(checksum >> (24 - 8 * i));
-        at += length + 12;
-    }
-}
-
 void changeOnce(Buffer& bytes, std::mt19937_64& random) {
     if (bytes.size() < 16)
         return;
@@ -193,6 +181,21 @@ std::vector<NamedFile> brokenFiles() {
         }
     }
     return files;
+}
+
+bool putChecksumsRight(Buffer& png) {
+    bool wereWrong = false;
+    for (std::size_t at = 8; at + 12 <= png.size();) {
+        const std::size_t length = bigEndianAt(png, at);
+        if (length > png.size() - at - 12)
+            break;
+        const auto checksum = crc32_z(0, png.data() + at + 4, length + 4);
+        wereWrong |= bigEndianAt(png, at + 8 + length) != checksum;
+        for (std::size_t i = 0; i < 4; ++i)
+            png[at + 8 + length + i] = static_cast<std::uint8_t>(checksum >> (24 - 8 * i));
+        at += length + 12;
+    }
+    return wereWrong;
 }
 
 Buffer mutant(std::mt19937_64& random) {

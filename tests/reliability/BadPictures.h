@@ -31,6 +31,9 @@ struct NamedFile {
 /// afterwards, so that what lies behind them is reached.
 [[nodiscard]] Buffer mutant(std::mt19937_64& random);
 
+/// Makes the checksum of every whole chunk of a PNG file what it should be. Whether one was not.
+bool putChecksumsRight(Buffer& png);
+
 /// Twelve small files whose metadata would cost much time or memory if anybody read it all.
 [[nodiscard]] std::vector<NamedFile> metadataBombs();
 
