@@ -31,7 +31,7 @@ class EditorInShellTest : public editor::EditorScreenTest {
         controller_ = std::make_unique<editor::ViewController>(services());
         controller_->setToolbar(&shell_->windowController());
         shell_->setContent(*controller_, &controller_->view(),
-                           {.cutView = &controller_->cutView(),
+                           {.cutView = [this] { return &controller_->cutView(); },
                             .recentFiles = [this] { return controller_->recentFiles().files(); },
                             .openRecent = [this](const auto& file) { controller_->openFiles({file}); },
                             .clearRecent = {}});

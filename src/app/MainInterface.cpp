@@ -41,14 +41,18 @@ QHBoxLayout* makeRow(QWidget* view) {
     return row;
 }
 
-/// Buttons side by side, which need their own widths and may have some room beside.
+/// Buttons side by side.
 ToolbarItem* addGroup(Toolbar& bar, Place place, std::initializer_list<QAbstractButton*> buttons) {
     auto* const view = new QWidget;
     QHBoxLayout* const row = makeRow(view);
     for (QAbstractButton* button : buttons)
         row->addWidget(button);
-    const QSize least = row->sizeHint();
-    return &bar.addItem(view, place, least, least + QSize(metrics::kBarGroupRoom, 0));
+    return &bar.addItem(view, place);
+}
+
+/// The buttons need their own widths and may have some room beside.
+void giveRoom(ToolbarItem& group, QSize least) {
+    group.setRoom(least, least + QSize(metrics::kBarGroupRoom, 0));
 }
 
 }  // namespace
@@ -60,9 +64,6 @@ MainInterface::MainInterface(Services services)
       outlets_(fillToolbar()),
       windowController_({context_.mainQueue, context_.notifications, appDelegate_}, outlets_),
       menu_({appDelegate_, windowController_, window_}, mirroredButtons()) {
-    windowController_.setWindow(&window_);
-    addCloseControl();
-    windowController_.windowDidLoad();
     window_.onOcclusionChange([this] { appDelegate_.applicationDidChangeOcclusionState(); });
 }
 
@@ -70,6 +71,8 @@ void MainInterface::setContent(util::RuntimeObject& controller, QWidget* view,
                                MainMenu::EditorReadings readings) {
     window_.setContentViewController(&controller, view);
     menu_.setEditorReadings(std::move(readings));
+    if (windowController_.window() == nullptr)
+        loadWindow();
 }
 
 WindowController::Outlets MainInterface::fillToolbar() {
@@ -83,10 +86,22 @@ WindowController::Outlets MainInterface::fillToolbar() {
     made.btnRestoreImage = makeButton(context_, "restoreImage", "reset_pressed:", Label::symbolAndText);
     made.viewOpenSave = addGroup(bar, Place::leading, {made.btnOpen, made.btnSave});
     auto* const title = new QWidget;
-    made.viewTitle = &bar.addItem(title, Place::middle, {metrics::kTitleLeast, metrics::kBarButton},
-                                  {metrics::kTitleMost, metrics::kBarButton});
+    made.viewTitle = &bar.addItem(title, Place::middle);
     made.viewHistory = addGroup(bar, Place::trailing, {made.btnBack, made.btnForward, made.btnRestoreImage});
     return made;
+}
+
+void MainInterface::loadWindow() {
+    windowController_.setWindow(&window_);
+    addCloseControl();
+    // Both are measured before either has room: the bar hides buttons for which there is none.
+    const QSize openSave = outlets_.viewOpenSave->view().sizeHint();
+    const QSize history = outlets_.viewHistory->view().sizeHint();
+    giveRoom(*outlets_.viewOpenSave, openSave);
+    giveRoom(*outlets_.viewHistory, history);
+    outlets_.viewTitle->setRoom({metrics::kTitleLeast, metrics::kBarButton},
+                                {metrics::kTitleMost, metrics::kBarButton});
+    windowController_.windowDidLoad();
 }
 
 MainMenu::Mirrored MainInterface::mirroredButtons() const {

@@ -11,9 +11,9 @@ namespace trimora::app {
 /// The shell of the program, put together: window, toolbar, menus, and the two controllers that they
 /// send their commands to.
 ///
-/// Making it loads the window, without a content: the editor screen needs the toolbar and the line of
-/// messages before its view loads, and is put in with setContent(). Nothing is shown until
-/// appDelegate().applicationShouldHandleReopen…() or the window's orderFront(). Main thread only.
+/// Making it makes the window, without a content: the editor screen needs the toolbar and the line of
+/// messages before its view loads. The first setContent() puts it in and loads the window. Nothing is shown
+/// until appDelegate().applicationShouldHandleReopen…() or the window's orderFront(). Main thread only.
 class MainInterface {
  public:
     struct Services {
@@ -25,7 +25,8 @@ class MainInterface {
     explicit MainInterface(Services services);
 
     /// Puts the editor screen into the window. The window takes the view over; the controller outlives
-    /// this object's last command.
+    /// this object's last command. Texts are measured here and not before, so that at the start the fonts may
+    /// be looked for while window and screen are made.
     void setContent(util::RuntimeObject& controller, QWidget* view, MainMenu::EditorReadings readings);
 
     [[nodiscard]] AppDelegate& appDelegate() { return appDelegate_; }
@@ -36,6 +37,7 @@ class MainInterface {
 
  private:
     [[nodiscard]] WindowController::Outlets fillToolbar();
+    void loadWindow();
     [[nodiscard]] MainMenu::Mirrored mirroredButtons() const;
     void addCloseControl();
 

@@ -146,9 +146,9 @@ void MainMenu::readChecks() {
 bool MainMenu::isChecked(CheckSource source) const {
     if (source == CheckSource::fullScreen)
         return receivers_.window.isFullScreen();
-    if (editor_.cutView == nullptr)
+    if (!editor_.cutView)
         return false;
-    const cutengine::RKImageCutView& view = *editor_.cutView;
+    const cutengine::RKImageCutView& view = *editor_.cutView();
     const bool paints = view.dragMode() == DragMode::paint;
     const bool restores = view.brushAlphaValue() > kRestoringAlpha;
     switch (source) {
@@ -170,7 +170,7 @@ bool MainMenu::isChecked(CheckSource source) const {
 }
 
 bool MainMenu::hasPicture() const {
-    return editor_.cutView != nullptr && editor_.cutView->image() != nullptr;
+    return editor_.cutView && editor_.cutView()->image() != nullptr;
 }
 
 // ── Recent files ───────────────────────────────────────────────────────────────────────────────

@@ -39,9 +39,9 @@ class MainMenu {
         WindowController& controller;
         MainWindow& window;
     };
-    /// What the menus show of the editor. Each may be missing; what there is lives as long as the menu.
+    /// What the menus show of the editor. Each may be missing; what there is works as long as the menu lives.
     struct EditorReadings {
-        const cutengine::RKImageCutView* cutView = nullptr;
+        std::function<const cutengine::RKImageCutView*()> cutView;  ///< asked when a menu opens, not sooner
         std::function<std::vector<std::filesystem::path>()> recentFiles;  ///< newest first
         std::function<void(const std::filesystem::path&)> openRecent;
         std::function<void()> clearRecent;

@@ -218,7 +218,7 @@ TEST_F(MainMenuTest, RecentFilesAreListedAnewEachTimeAndOpened) {
     std::vector<path> opened;
     editor_->widget = new editor::CutViewWidget({queues, time, notifications, home.path() / "other"});
     shell_->setContent(*editor_, editor_->widget,
-                       {.cutView = &editor_->view(),
+                       {.cutView = [this] { return &editor_->view(); },
                         .recentFiles = [&] { return files; },
                         .openRecent = [&](const path& file) { opened.push_back(file); },
                         .clearRecent = [&] { files.clear(); }});

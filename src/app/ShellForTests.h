@@ -119,9 +119,11 @@ class ShellTest : public analytics::TelemetrixTest {
         editor_ = std::make_unique<RecordingEditor>(
             cutengine::RKImageCutView::Services{queues, time, notifications, home.path() / "history"});
         editor_->toolbar = &controller();
-        shell_->setContent(
-            *editor_, editor_->widget,
-            {.cutView = &editor_->view(), .recentFiles = {}, .openRecent = {}, .clearRecent = {}});
+        shell_->setContent(*editor_, editor_->widget,
+                           {.cutView = [this] { return &editor_->view(); },
+                            .recentFiles = {},
+                            .openRecent = {},
+                            .clearRecent = {}});
     }
     void show() {
         window().orderFront();

@@ -37,12 +37,11 @@ Toolbar::Toolbar(const controls::ControlContext& context, QWidget* parent)
     connect(&moreMenu_, &QMenu::aboutToShow, this, [this] { fillMoreMenu(); });
 }
 
-ToolbarItem& Toolbar::addItem(QWidget* view, Place place, QSize minSize, QSize maxSize) {
+ToolbarItem& Toolbar::addItem(QWidget* view, Place place) {
     view->setParent(this);
     view->installEventFilter(this);
-    items_.push_back(std::make_unique<ToolbarItem>(*view, place, minSize, maxSize, [this] { layOut(); }));
+    items_.push_back(std::make_unique<ToolbarItem>(*view, place, [this] { layOut(); }));
     more_->raise();
-    layOut();
     return *items_.back();
 }
 

@@ -28,7 +28,7 @@ class Toolbar final : public QWidget {
     explicit Toolbar(const controls::ControlContext& context, QWidget* parent = nullptr);
 
     /// Takes the view over. The item lives as long as the bar.
-    ToolbarItem& addItem(QWidget* view, ToolbarItem::Place place, QSize minSize, QSize maxSize);
+    ToolbarItem& addItem(QWidget* view, ToolbarItem::Place place);
 
     /// The buttons that had no room, in their order.
     [[nodiscard]] const QList<QAbstractButton*>& overflowed() const { return overflowed_; }

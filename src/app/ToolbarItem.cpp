@@ -8,12 +8,16 @@
 
 namespace trimora::app {
 
-ToolbarItem::ToolbarItem(QWidget& view, Place place, QSize minSize, QSize maxSize,
-                         std::function<void()> changed)
-    : view_(view), place_(place), minSize_(minSize), maxSize_(maxSize), changed_(std::move(changed)) {}
+ToolbarItem::ToolbarItem(QWidget& view, Place place, std::function<void()> changed)
+    : view_(view), place_(place), changed_(std::move(changed)) {}
 
 bool ToolbarItem::isShown() const {
     return !view_.isHidden();
+}
+
+void ToolbarItem::setRoom(QSize minSize, QSize maxSize) {
+    minSize_ = minSize;
+    setMaxSize(maxSize);
 }
 
 void ToolbarItem::setMaxSize(QSize size) {

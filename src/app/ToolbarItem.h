@@ -11,7 +11,7 @@ class QWidget;
 namespace trimora::app {
 
 /// One group of the toolbar: a view, where in the bar it goes, and the least and the most room that it
-/// is given.
+/// is given; none until it is told of some.
 ///
 /// An item whose maximum is its minimum is collapsed: it keeps to its least room. One whose view is
 /// hidden takes none. Only the widths count, the bar gives each view its own height. Main thread only;
@@ -25,7 +25,7 @@ class ToolbarItem {
     };
 
     /// `changed` is called when the bar has to be laid out again.
-    ToolbarItem(QWidget& view, Place place, QSize minSize, QSize maxSize, std::function<void()> changed);
+    ToolbarItem(QWidget& view, Place place, std::function<void()> changed);
 
     [[nodiscard]] QWidget& view() const { return view_; }
     [[nodiscard]] Place place() const { return place_; }
@@ -33,6 +33,7 @@ class ToolbarItem {
 
     [[nodiscard]] QSize minSize() const { return minSize_; }
     [[nodiscard]] QSize maxSize() const { return maxSize_; }
+    void setRoom(QSize minSize, QSize maxSize);
     void setMaxSize(QSize size);
 
     /// The buttons that lie directly in the view, in their order.
@@ -44,7 +45,7 @@ class ToolbarItem {
  private:
     QWidget& view_;
     const Place place_;
-    const QSize minSize_;
+    QSize minSize_;
     QSize maxSize_;
     std::function<void()> changed_;
 };

@@ -77,7 +77,8 @@ int runEditor(const CommandLine& line, SingleInstance& instance, trimora::ports:
         trimora::foundation::log::warning("signals end the program at once: %s",
                                           sessionEnd.error().message.c_str());
     program.show();
-    program.editor().openFiles(line.files);
+    if (!line.files.empty())
+        program.editor().openFiles(line.files);
     instance.onLaunch([&](const LaunchRequest& request) { serve(program, request); });
     delegate.applicationDidFinishLaunching();
     return trimora::Toolkit::exec();

@@ -1,7 +1,5 @@
 #include "codecs/ColourProfile.h"
 
-#include <lcms2.h>
-
 #include <algorithm>
 #include <array>
 #include <cstdlib>
@@ -9,18 +7,29 @@
 #include <utility>
 #include <vector>
 
+#include "codecs/LcmsLibrary.h"
+
 namespace trimora::codecs {
 namespace {
 
 struct CloseProfile {
-    void operator()(void* profile) const { cmsCloseProfile(profile); }
+    const LcmsLibrary* library;
+    void operator()(void* profile) const { library->CloseProfile(profile); }
 };
 using Profile = std::unique_ptr<void, CloseProfile>;
 
-struct DeleteTransform {
-    void operator()(void* transform) const { cmsDeleteTransform(transform); }
-};
-using TransformHandle = std::unique_ptr<void, DeleteTransform>;
+/// None where it cannot be loaded: colours then stay as they are, as with a profile that is of no use.
+const LcmsLibrary* lcms() {
+    const auto library = LcmsLibrary::get();
+    return library ? *library : nullptr;
+}
+
+Profile openProfile(const LcmsLibrary* library, Bytes icc) {
+    if (library == nullptr || icc.empty() || icc.size() > kMostProfileBytes)
+        return Profile(nullptr, CloseProfile{library});
+    return Profile(library->OpenProfileFromMem(icc.data(), static_cast<cmsUInt32Number>(icc.size())),
+                   CloseProfile{library});
+}
 
 constexpr Chromaticities kSrgbPlaces = {{0.3127, 0.3290}, {0.64, 0.33}, {0.30, 0.60}, {0.15, 0.06}};
 
@@ -48,9 +57,9 @@ cmsUInt32Number inputFormat(ColourModel model, SampleDepth depth) {
 
 /// The model to read the pixels by, given the profile's: a grey picture has equal red, green and blue, so
 /// a profile of colours fits it as well. None where the two do not go together.
-std::optional<ColourModel> modelFor(cmsHPROFILE profile, ColourModel picture) {
+std::optional<ColourModel> modelFor(const Profile& profile, ColourModel picture) {
     const bool ofInks = picture == ColourModel::cmyk || picture == ColourModel::invertedCmyk;
-    switch (cmsGetColorSpace(profile)) {
+    switch (profile.get_deleter().library->GetColorSpace(profile.get())) {
         case cmsSigGrayData:
             return picture == ColourModel::grey ? std::optional(picture) : std::nullopt;
         case cmsSigRgbData:
@@ -62,9 +71,12 @@ std::optional<ColourModel> modelFor(cmsHPROFILE profile, ColourModel picture) {
     }
 }
 
-TransformHandle makeTransform(cmsHPROFILE from, cmsUInt32Number format) {
-    const Profile srgb(cmsCreate_sRGBProfile());
-    return TransformHandle(cmsCreateTransform(from, format, srgb.get(), TYPE_BGRA_8, INTENT_PERCEPTUAL, 0));
+LcmsTransform makeTransform(const Profile& from, cmsUInt32Number format) {
+    const LcmsLibrary* const library = from.get_deleter().library;
+    const Profile srgb(library->Create_sRGBProfile(), CloseProfile{library});
+    return LcmsTransform(
+        library->CreateTransform(from.get(), format, srgb.get(), TYPE_BGRA_8, INTENT_PERCEPTUAL, 0),
+        DeleteLcmsTransform{library});
 }
 
 /// Colours spread evenly over all that have this much blue, as B,G,R,A: a grey, or 16 x 16 colours.
@@ -87,14 +99,14 @@ std::vector<std::uint8_t> latticeOf(ColourModel model, int blue) {
 
 /// Whether a transform of 8 bits leaves sRGB as it is, tried on colours rather than told by a name: there are
 /// dozens of sRGB profiles.
-bool changesNothing(cmsHTRANSFORM transform, ColourModel model) {
+bool changesNothing(const LcmsTransform& transform, ColourModel model) {
     if (model != ColourModel::grey && model != ColourModel::rgb)
         return false;
     for (int blue = 0; blue < 256; blue += kLatticeStep) {
         const std::vector<std::uint8_t> colours = latticeOf(model, blue);
         std::vector<std::uint8_t> turned = colours;
-        cmsDoTransform(transform, turned.data(), turned.data(),
-                       static_cast<cmsUInt32Number>(turned.size() / 4));
+        transform.get_deleter().library->DoTransform(transform.get(), turned.data(), turned.data(),
+                                                     static_cast<cmsUInt32Number>(turned.size() / 4));
         if (!std::equal(colours.begin(), colours.end(), turned.begin(),
                         [](int before, int after) { return std::abs(before - after) <= 1; }))
             return false;
@@ -106,45 +118,47 @@ cmsCIExyY placed(const Chromaticities::Place& place) {
     return {place.x, place.y, 1.0};
 }
 
-Profile gammaProfile(double gamma, const Chromaticities& places, ColourModel model) {
-    cmsToneCurve* const curve = cmsBuildGamma(nullptr, gamma);
+Profile gammaProfile(const LcmsLibrary* library, double gamma, const Chromaticities& places,
+                     ColourModel model) {
+    cmsToneCurve* const curve = library != nullptr ? library->BuildGamma(nullptr, gamma) : nullptr;
     if (curve == nullptr)
-        return nullptr;
+        return Profile(nullptr, CloseProfile{library});
     const cmsCIExyY white = placed(places.white);
     const cmsCIExyYTRIPLE primaries = {placed(places.red), placed(places.green), placed(places.blue)};
     const std::array<cmsToneCurve*, 3> curves = {curve, curve, curve};
-    Profile profile(model == ColourModel::grey ? cmsCreateGrayProfile(cmsD50_xyY(), curve)
-                                               : cmsCreateRGBProfile(&white, &primaries, curves.data()));
-    cmsFreeToneCurve(curve);
+    Profile profile(model == ColourModel::grey ? library->CreateGrayProfile(library->D50_xyY(), curve)
+                                               : library->CreateRGBProfile(&white, &primaries, curves.data()),
+                    CloseProfile{library});
+    library->FreeToneCurve(curve);
     return profile;
 }
 
 /// The transform that the profile asks of such pixels; none where there is nothing to do or to be done.
-TransformHandle neededTransform(const Profile& profile, ColourModel picture, SampleDepth depth) {
+LcmsTransform neededTransform(const Profile& profile, ColourModel picture, SampleDepth depth) {
+    LcmsTransform none(nullptr, DeleteLcmsTransform{profile.get_deleter().library});
     if (!profile)
-        return nullptr;
-    const std::optional<ColourModel> model = modelFor(profile.get(), picture);
+        return none;
+    const std::optional<ColourModel> model = modelFor(profile, picture);
     const cmsUInt32Number format = model ? inputFormat(*model, depth) : 0;
     if (format == 0)
-        return nullptr;
+        return none;
     // Making one takes milliseconds: that of 8 bits, on which it is seen what the profile does, is used as
     // well.
-    TransformHandle eight = makeTransform(profile.get(), inputFormat(*model, SampleDepth::eight));
-    if (!eight || changesNothing(eight.get(), *model))
-        return nullptr;
-    return depth == SampleDepth::eight ? std::move(eight) : makeTransform(profile.get(), format);
+    LcmsTransform eight = makeTransform(profile, inputFormat(*model, SampleDepth::eight));
+    if (!eight || changesNothing(eight, *model))
+        return none;
+    return depth == SampleDepth::eight ? std::move(eight) : makeTransform(profile, format);
 }
 
 }  // namespace
 
 std::string profileName(Bytes icc) {
-    if (icc.empty() || icc.size() > kMostProfileBytes)
-        return {};
-    const Profile profile(cmsOpenProfileFromMem(icc.data(), static_cast<cmsUInt32Number>(icc.size())));
+    const LcmsLibrary* const library = lcms();
+    const Profile profile = openProfile(library, icc);
     if (!profile)
         return {};
     std::array<char, 256> text{};
-    cmsGetProfileInfoASCII(profile.get(), cmsInfoDescription, "en", "US", text.data(), text.size());
+    library->GetProfileInfoASCII(profile.get(), cmsInfoDescription, "en", "US", text.data(), text.size());
     text.back() = 0;
     std::string name;
     // What a file says may be anything; a terminal gets none of its control characters.
@@ -153,28 +167,29 @@ std::string profileName(Bytes icc) {
     return name.empty() ? "unnamed" : name;
 }
 
-void ColourProfile::DeleteTransform::operator()(void* transform) const {
-    cmsDeleteTransform(transform);
+void DeleteLcmsTransform::operator()(void* transform) const {
+    library->DeleteTransform(transform);
 }
 
 std::unique_ptr<ColourProfile> ColourProfile::fromIcc(Bytes icc, ColourModel model, SampleDepth depth) {
-    if (icc.empty() || icc.size() > kMostProfileBytes)
-        return nullptr;
-    const Profile profile(cmsOpenProfileFromMem(icc.data(), static_cast<cmsUInt32Number>(icc.size())));
-    void* const transform = neededTransform(profile, model, depth).release();
-    return transform != nullptr ? std::unique_ptr<ColourProfile>(new ColourProfile(transform)) : nullptr;
+    return of(neededTransform(openProfile(lcms(), icc), model, depth));
 }
 
 std::unique_ptr<ColourProfile> ColourProfile::fromGamma(double gamma,
                                                         const std::optional<Chromaticities>& places,
                                                         ColourModel model, SampleDepth depth) {
-    const Profile profile = gammaProfile(gamma, places.value_or(kSrgbPlaces), model);
-    void* const transform = neededTransform(profile, model, depth).release();
-    return transform != nullptr ? std::unique_ptr<ColourProfile>(new ColourProfile(transform)) : nullptr;
+    return of(
+        neededTransform(gammaProfile(lcms(), gamma, places.value_or(kSrgbPlaces), model), model, depth));
+}
+
+std::unique_ptr<ColourProfile> ColourProfile::of(LcmsTransform transform) {
+    return transform != nullptr ? std::unique_ptr<ColourProfile>(new ColourProfile(std::move(transform)))
+                                : nullptr;
 }
 
 void ColourProfile::apply(const void* from, std::uint8_t* to, std::size_t count) const {
-    cmsDoTransform(transform_.get(), from, to, static_cast<cmsUInt32Number>(count));
+    transform_.get_deleter().library->DoTransform(transform_.get(), from, to,
+                                                  static_cast<cmsUInt32Number>(count));
 }
 
 }  // namespace trimora::codecs

@@ -5,10 +5,13 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "codecs/Bytes.h"
 
 namespace trimora::codecs {
+
+struct LcmsLibrary;
 
 /// Profiles above this are not read: real ones have at most a few megabytes.
 inline constexpr std::size_t kMostProfileBytes = std::size_t{8} << 20;
@@ -43,6 +46,13 @@ struct Chromaticities {
 /// none, empty where the bytes are no profile.
 [[nodiscard]] std::string profileName(Bytes icc);
 
+/// Ends a transform of the colour library; only ColourProfile and its own source know more of it.
+struct DeleteLcmsTransform {
+    const LcmsLibrary* library;
+    void operator()(void* transform) const;
+};
+using LcmsTransform = std::unique_ptr<void, DeleteLcmsTransform>;
+
 /// Turns the colours of a picture into sRGB, as its embedded profile says (perceptual intent).
 ///
 /// Made once a picture; apply() may then be called on several threads at once.
@@ -65,12 +75,10 @@ class ColourProfile {
     void apply(const void* from, std::uint8_t* to, std::size_t count) const;
 
  private:
-    struct DeleteTransform {
-        void operator()(void* transform) const;
-    };
-    explicit ColourProfile(void* transform) : transform_(transform) {}
+    [[nodiscard]] static std::unique_ptr<ColourProfile> of(LcmsTransform transform);
+    explicit ColourProfile(LcmsTransform transform) : transform_(std::move(transform)) {}
 
-    std::unique_ptr<void, DeleteTransform> transform_;  // of lcms
+    LcmsTransform transform_;
 };
 
 }  // namespace trimora::codecs

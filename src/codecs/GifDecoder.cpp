@@ -1,7 +1,5 @@
 #include "codecs/GifDecoder.h"
 
-#include <gif_lib.h>
-
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -11,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "codecs/GifLibrary.h"
 #include "codecs/RawPicture.h"
 
 namespace trimora::codecs {
@@ -40,37 +39,38 @@ struct Source {
 };
 
 struct CloseGif {
-    void operator()(GifFileType* gif) const { DGifCloseFile(gif, nullptr); }
+    const GifLibrary* library;
+    void operator()(GifFileType* gif) const { library->CloseFile(gif, nullptr); }
 };
 using Gif = std::unique_ptr<GifFileType, CloseGif>;
 
 /// Passes over an extension; a graphics control one gives the transparent colour of the next frame.
-bool readExtension(GifFileType* gif, int& transparentIndex) {
+bool readExtension(const GifLibrary& library, GifFileType* gif, int& transparentIndex) {
     int code = 0;
     GifByteType* block = nullptr;
-    if (DGifGetExtension(gif, &code, &block) == GIF_ERROR)
+    if (library.GetExtension(gif, &code, &block) == GIF_ERROR)
         return false;
     while (block != nullptr) {
         GraphicsControlBlock control;
-        if (code == GRAPHICS_EXT_FUNC_CODE && DGifExtensionToGCB(block[0], block + 1, &control) == GIF_OK)
+        if (code == GRAPHICS_EXT_FUNC_CODE && library.ExtensionToGCB(block[0], block + 1, &control) == GIF_OK)
             transparentIndex = control.TransparentColor;
-        if (DGifGetExtensionNext(gif, &block) == GIF_ERROR)
+        if (library.GetExtensionNext(gif, &block) == GIF_ERROR)
             return false;
     }
     return true;
 }
 
 /// Reads up to the first frame's description; whether there is one.
-bool findFrame(GifFileType* gif, int& transparentIndex) {
+bool findFrame(const GifLibrary& library, GifFileType* gif, int& transparentIndex) {
     for (;;) {
         GifRecordType type = UNDEFINED_RECORD_TYPE;
-        if (DGifGetRecordType(gif, &type) == GIF_ERROR)
+        if (library.GetRecordType(gif, &type) == GIF_ERROR)
             return false;
         if (type == IMAGE_DESC_RECORD_TYPE)
-            return DGifGetImageDesc(gif) == GIF_OK;
+            return library.GetImageDesc(gif) == GIF_OK;
         if (type == TERMINATE_RECORD_TYPE)
             return false;
-        if (type == EXTENSION_RECORD_TYPE && !readExtension(gif, transparentIndex))
+        if (type == EXTENSION_RECORD_TYPE && !readExtension(library, gif, transparentIndex))
             return false;
     }
 }
@@ -116,13 +116,14 @@ class RowOrder {
 };
 
 /// Draws the frame's rows onto the screen as they come; returns how many came.
-int drawFrame(GifFileType* gif, const std::array<Pixel, 256>& pixels, MutableBitmapView screen) {
+int drawFrame(const GifLibrary& library, GifFileType* gif, const std::array<Pixel, 256>& pixels,
+              MutableBitmapView screen) {
     const GifImageDesc& frame = gif->Image;
     const int visible = std::clamp(screen.width - frame.Left, 0, frame.Width);
     std::vector<GifPixelType> line(static_cast<std::size_t>(frame.Width));
     RowOrder order(frame.Height, frame.Interlace);
     for (int stored = 0; stored < frame.Height; ++stored) {
-        if (DGifGetLine(gif, line.data(), frame.Width) == GIF_ERROR)
+        if (library.GetLine(gif, line.data(), frame.Width) == GIF_ERROR)
             return stored;
         const int y = frame.Top + order.next();
         if (y >= screen.height)
@@ -134,27 +135,32 @@ int drawFrame(GifFileType* gif, const std::array<Pixel, 256>& pixels, MutableBit
     return frame.Height;
 }
 
-Error unreadable(const Source& source, int code) {
+Error unreadable(const GifLibrary& library, const Source& source, int code) {
     if (source.endReached)
         return {"the file ends before its picture begins"};
-    const char* const reason = GifErrorString(code);
+    const char* const reason = library.ErrorString(code);
     return {std::string("the GIF file cannot be read: ") +
             (reason != nullptr ? reason : "it holds no picture")};
 }
 
 /// A file that was read up to its first frame's pixels.
 struct Frame {
+    const GifLibrary& library;
     Gif gif;
     int transparentIndex = NO_TRANSPARENT_COLOR;
 };
 
 Result<Frame> firstFrame(Source& source) {
+    const auto loaded = GifLibrary::get();
+    if (!loaded)
+        return loaded.error();
+    const GifLibrary& library = **loaded;
     int code = 0;
-    Frame frame{Gif(DGifOpen(&source, &Source::read, &code))};
+    Frame frame{library, Gif(library.Open(&source, &Source::read, &code), CloseGif{&library})};
     if (!frame.gif)
-        return unreadable(source, code);
-    if (!findFrame(frame.gif.get(), frame.transparentIndex))
-        return unreadable(source, frame.gif->Error);
+        return unreadable(library, source, code);
+    if (!findFrame(library, frame.gif.get(), frame.transparentIndex))
+        return unreadable(library, source, frame.gif->Error);
     return frame;
 }
 
@@ -189,9 +195,9 @@ Result<DecodedPicture> GifDecoder::decode(Bytes file) const {
     Result<Bitmap> screen = Bitmap::createFilled(width, height, {}, AlphaMode::straight);
     if (!screen)
         return screen.error();
-    const int rows = drawFrame(gif, palette(gif, found->transparentIndex), screen->view());
+    const int rows = drawFrame(found->library, gif, palette(gif, found->transparentIndex), screen->view());
     if (rows == 0)
-        return unreadable(source, gif->Error);
+        return unreadable(found->library, source, gif->Error);
 
     Result<Bitmap> bitmap =
         finished({std::move(*screen), height, ColourModel::rgb, Orientation::topLeft}, nullptr, workers());

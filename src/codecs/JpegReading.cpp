@@ -23,7 +23,13 @@ constexpr std::uint64_t kPixelsPerByteAtMost = 8 * DCTSIZE2;  // a block takes o
 }  // namespace
 
 JpegReading::JpegReading(Bytes file, Bytes rest) : file_(file), rest_(rest) {
-    info_.err = jpeg_std_error(&errors_);
+    const auto loaded = JpegLibrary::get();
+    if (!loaded) {
+        reason_ = loaded.error().message;
+        return;
+    }
+    library_ = *loaded;
+    info_.err = library_->std_error(&errors_);
     info_.client_data = this;
     errors_.error_exit = [](j_common_ptr info) { from(info).fail(); };
     errors_.emit_message = [](j_common_ptr info, int level) { from(info).notice(level); };
@@ -32,18 +38,19 @@ JpegReading::JpegReading(Bytes file, Bytes rest) : file_(file), rest_(rest) {
 }
 
 JpegReading::~JpegReading() {
-    jpeg_destroy_decompress(&info_);
+    if (library_ != nullptr)
+        library_->destroy_decompress(&info_);
 }
 
 bool JpegReading::readHeader() {
-    if (setjmp(back_) != 0)
+    if (library_ == nullptr || setjmp(back_) != 0)
         return false;
-    jpeg_create_decompress(&info_);
-    jpeg_mem_src(&info_, file_.data(), file_.size());
+    library_->CreateDecompress(&info_, JPEG_LIB_VERSION, sizeof info_);
+    library_->mem_src(&info_, file_.data(), file_.size());
     info_.src->fill_input_buffer = [](j_decompress_ptr info) { return from(info).nextPiece(); };
     info_.src->skip_input_data = [](j_decompress_ptr info, long count) { from(info).skip(count); };
     info_.progress = &progress_;
-    jpeg_read_header(&info_, TRUE);
+    library_->read_header(&info_, TRUE);
     nothingFollows_ = info_.src->bytes_in_buffer == 0;
     return true;
 }
@@ -53,7 +60,7 @@ bool JpegReading::start() {
         return false;
     remarkable_ = false;
     info_.out_color_space = holdsInks() ? JCS_CMYK : JCS_EXT_BGRA;
-    jpeg_start_decompress(&info_);
+    library_->start_decompress(&info_);
     return true;
 }
 
@@ -65,7 +72,7 @@ bool JpegReading::readRows(MutableBitmapView to, int end) {
         const int wanted = std::min(static_cast<int>(rows.size()), end - rowsRead());
         for (int i = 0; i < wanted; ++i)
             rows[static_cast<std::size_t>(i)] = to.row(rowsRead() + i);
-        jpeg_read_scanlines(&info_, rows.data(), static_cast<JDIMENSION>(wanted));
+        library_->read_scanlines(&info_, rows.data(), static_cast<JDIMENSION>(wanted));
     }
     return true;
 }
@@ -75,7 +82,7 @@ bool JpegReading::dropRows(int count, std::uint8_t* scratch) {
         return false;
     for (int i = 0; i < count; ++i) {
         JSAMPROW row = scratch;
-        jpeg_read_scanlines(&info_, &row, 1);
+        library_->read_scanlines(&info_, &row, 1);
     }
     return true;
 }
@@ -84,12 +91,12 @@ bool JpegReading::skipTo(int row) {
     if (setjmp(back_) != 0)
         return false;
     if (row > rowsRead())
-        jpeg_skip_scanlines(&info_, static_cast<JDIMENSION>(row - rowsRead()));
+        library_->skip_scanlines(&info_, static_cast<JDIMENSION>(row - rowsRead()));
     return true;
 }
 
 bool JpegReading::canSkip() {
-    return jpeg_has_multiple_scans(&info_) == 0 && info_.arith_code == 0;
+    return library_->has_multiple_scans(&info_) == 0 && info_.arith_code == 0;
 }
 
 int JpegReading::groupsPerRow() const {
@@ -104,7 +111,7 @@ int JpegReading::blocksOfGroup(std::size_t component) const {
 bool JpegReading::isImplausible() {
     const std::uint64_t pixels = width() * height();
     return pixels > kPixelsNeverDoubted && pixels / kPixelsPerByteAtMost > file_.size() &&
-           jpeg_has_multiple_scans(&info_) != 0;
+           library_->has_multiple_scans(&info_) != 0;
 }
 
 ColourModel JpegReading::model() const {
@@ -179,7 +186,7 @@ void JpegReading::checkScans() {
 /// A baseline file is decoded as it is read: once its data has ended, only what the library has in hand
 /// (the blocks at this place and the next row of them) can still hold something of the picture.
 int JpegReading::lastRowWorthReading() {
-    if (!dataEndsAtRow_ || jpeg_has_multiple_scans(&info_))
+    if (!dataEndsAtRow_ || library_->has_multiple_scans(&info_))
         return INT_MAX;
     return (*dataEndsAtRow_ / blockRows() + 2) * blockRows();
 }

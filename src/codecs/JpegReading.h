@@ -3,14 +3,12 @@
 #include <algorithm>
 #include <csetjmp>
 #include <cstdint>
-#include <cstdio>  // jpeglib.h needs FILE
 #include <optional>
 #include <string>
 
-#include <jpeglib.h>
-
 #include "codecs/Bytes.h"
 #include "codecs/ColourProfile.h"
+#include "codecs/JpegLibrary.h"
 #include "foundation/Bitmap.h"
 
 namespace trimora::codecs {
@@ -96,6 +94,7 @@ class JpegReading {
     void checkScans();
     [[nodiscard]] int lastRowWorthReading();
 
+    const JpegLibrary* library_ = nullptr;  // none where it cannot be loaded
     Bytes file_;
     Bytes rest_;  // what of the second piece the library has not been given
     jpeg_decompress_struct info_{};

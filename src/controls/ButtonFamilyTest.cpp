@@ -143,6 +143,20 @@ TEST(ButtonAppearance, HasNoMenuAndWaitsForNothing) {
     EXPECT_EQ(world.time.scheduled(), 0);
 }
 
+TEST(LabelButton, AnotherTitleOrFontAsksForAnotherWidth) {
+    VirtualWorld world;
+    TopBarButton button(world.context());
+    button.setText("Cut");
+    const int shortTitle = button.sizeHint().width();
+    button.setText("Cut out");
+    const int longTitle = button.sizeHint().width();
+    EXPECT_GT(longTitle, shortTitle);
+    QFont large = button.font();
+    large.setPointSizeF(large.pointSizeF() * 2);
+    button.setFont(large);
+    EXPECT_GT(button.sizeHint().width(), longTitle);
+}
+
 class CallToAction : public ::testing::Test {
  protected:
     VirtualWorld world;

@@ -29,7 +29,9 @@ double LabelButton::gap() const {
 }
 
 double LabelButton::titleWidth() const {
-    return std::ceil(QFontMetricsF(font()).horizontalAdvance(text()));
+    if (title_.text != text() || title_.font != font())
+        title_ = {text(), font(), std::ceil(QFontMetricsF(font()).horizontalAdvance(text()))};
+    return title_.width;
 }
 
 QSize LabelButton::sizeHint() const {

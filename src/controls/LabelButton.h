@@ -1,5 +1,8 @@
 #pragma once
 
+#include <QFont>
+#include <QString>
+
 #include "controls/ImageLayer.h"
 #include "controls/LayerButton.h"
 #include "controls/TextLayer.h"
@@ -29,6 +32,14 @@ class LabelButton : public LayerButton {
     [[nodiscard]] double imageWidth() const;
     [[nodiscard]] double gap() const;
     [[nodiscard]] double titleWidth() const;
+
+    /// A toolbar asks for it dozens of times before it is first shown.
+    struct MeasuredTitle {
+        QString text;
+        QFont font;
+        double width = 0;
+    };
+    mutable MeasuredTitle title_;
 
     ControlLayer& body_;
     ImageLayer& imageLayer_;

@@ -45,6 +45,7 @@ class EditorScreenTest : public analytics::TelemetrixTest {
         controller_->setToolbar(&toolbar_);
         screen().resize(1280, 784);
         screen().show();
+        controller_->completeScreen();
         screen().activateWindow();
         rest();
     }

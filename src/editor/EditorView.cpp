@@ -41,46 +41,64 @@ void centre(QWidget& view, const QRect& area) {
 }  // namespace
 
 EditorView::EditorView(const Services& services)
-    : control_(services.control),
+    : services_(services),
       constraints_{
-          .constrLeftPanelLeading = {0, control_, [this] { layOut(); }},
-          .constrLeftPanelLeading2 = {0, control_, [this] { layOut(); }},
-          .constrRightPanelTrailing2 = {0, control_, [this] { layOut(); }},
-          .constrRightPanelWithMode = {-metrics::kRightPanelWidth, control_, [this] { layOut(); }},
-          .constrBtnSaveBottom = {0, control_, [this] { layOut(); }},
-          .widthMainViewConstraint = {metrics::kEmptyWidth, control_, [this] { layOut(); }},
-          .heightMainViewConstraint = {metrics::kEmptyHeight, control_, [this] { layOut(); }},
+          .constrLeftPanelLeading = {0, services_.control, [this] { layOut(); }},
+          .constrLeftPanelLeading2 = {0, services_.control, [this] { layOut(); }},
+          .constrRightPanelTrailing2 = {0, services_.control, [this] { layOut(); }},
+          .constrRightPanelWithMode = {-metrics::kRightPanelWidth, services_.control, [this] { layOut(); }},
+          .constrBtnSaveBottom = {0, services_.control, [this] { layOut(); }},
+          .widthMainViewConstraint = {metrics::kEmptyWidth, services_.control, [this] { layOut(); }},
+          .heightMainViewConstraint = {metrics::kEmptyHeight, services_.control, [this] { layOut(); }},
       } {
     util::layerBackground(*this, palette::kWindow);
-    // In the order in which Tab goes through them.
-    makeToolStrip(outlets_, control_, this);
-    stage_ = new QWidget(this);
-    outlets_.viCut = new CutViewWidget(services.cutView, stage_);
-    outlets_.viCut->setObjectName(QStringLiteral("viCut"));
-    makeQuickPanels(outlets_, control_, stage_);
-    makeFloatingPanel(outlets_, control_, stage_);
-    outlets_.ViewForCursor = new CursorPreview(stage_);
-    outlets_.ViewForCursor->setObjectName(QStringLiteral("ViewForCursor"));
-    makeRightPanel(outlets_, {control_, services.queues, services.caches}, this);
-    makeEmptyScreen(services);
-
+    makeEmptyScreen();
     outlets_.viDrug->installEventFilter(this);
-    // The cut view tells of no fit: what it leads to is read when it is over.
-    outlets_.viCut->onPlacementEvent([this] {
-        control_.mainQueue.async([self = QPointer(this)] {
-            if (self && self->placementChanged_)
-                self->placementChanged_();
-        });
-    });
-    outlets_.viDrug->alsoTakeDropsOn(*outlets_.viCut);
-    showEmptyScreen(true);
     layOut();
 }
 
 EditorView::~EditorView() = default;
 
-void EditorView::makeEmptyScreen(const Services& services) {
-    auto* const area = new DragView(services.queues, services.caches, this);
+EditorOutlets& EditorView::outlets() {
+    if (!isWhole_)
+        makeRest();
+    return outlets_;
+}
+
+void EditorView::makeRest() {
+    const controls::ControlContext& control = services_.control;
+    // Memory may have been missing in the middle of it, and whoever asks now tries again.
+    for (QWidget* const panel : {std::exchange(outlets_.toolStrip, nullptr), std::exchange(stage_, nullptr),
+                                 std::exchange(outlets_.rightPanelWithMode, nullptr)})
+        delete panel;
+    // In the order in which Tab goes through them.
+    makeToolStrip(outlets_, control, this);
+    stage_ = new QWidget(this);
+    outlets_.viCut = new CutViewWidget(services_.cutView, stage_);
+    outlets_.viCut->setObjectName(QStringLiteral("viCut"));
+    makeQuickPanels(outlets_, control, stage_);
+    makeFloatingPanel(outlets_, control, stage_);
+    outlets_.ViewForCursor = new CursorPreview(stage_);
+    outlets_.ViewForCursor->setObjectName(QStringLiteral("ViewForCursor"));
+    makeRightPanel(outlets_, {control, services_.queues, services_.caches}, this);
+
+    // The cut view tells of no fit: what it leads to is read when it is over.
+    outlets_.viCut->onPlacementEvent([this] {
+        services_.control.mainQueue.async([self = QPointer(this)] {
+            if (self && self->placementChanged_)
+                self->placementChanged_();
+        });
+    });
+    outlets_.viDrug->alsoTakeDropsOn(*outlets_.viCut);
+    setTabOrder(outlets_.btnSave, outlets_.openPictureButton);  // which was made first
+    stage_->show();
+    showEmptyScreen(true);
+    layOutRest();
+    isWhole_ = true;
+}
+
+void EditorView::makeEmptyScreen() {
+    auto* const area = new DragView(services_.queues, services_.caches, this);
     area->setObjectName(QStringLiteral("viDrug"));
     area->setImage(controls::icon(QStringLiteral("picture_drop")),
                    QSizeF(metrics::kDropImage, metrics::kDropImage));
@@ -89,9 +107,9 @@ void EditorView::makeEmptyScreen(const Services& services) {
     util::layerBackground(*area, palette::kWindow);
     outlets_.viDrug = area;
 
-    outlets_.ivArrow = new HintArrow(control_, area);
+    outlets_.ivArrow = new HintArrow(services_.control, area);
     outlets_.ivArrow->setObjectName(QStringLiteral("ivArrow"));
-    auto* const open = new controls::ButtonOpenAppereance(control_, area);
+    auto* const open = new controls::ButtonOpenAppereance(services_.control, area);
     open->setObjectName(QStringLiteral("openPictureButton"));
     open->setText(tr("Open picture"));
     open->setAccessibleName(open->text());
@@ -120,6 +138,11 @@ void EditorView::layOut() {
     if (!shrinks_)
         setMinimumSize(rounded(constraints_.widthMainViewConstraint.constant()),
                        rounded(constraints_.heightMainViewConstraint.constant()));
+    if (isWhole_)
+        layOutRest();
+}
+
+void EditorView::layOutRest() {
     const int left = metrics::kToolPanelWidth;
     const int right = metrics::kRightPanelWidth;
     outlets_.toolStrip->setGeometry(0, 0, left, height());

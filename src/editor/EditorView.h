@@ -31,6 +31,9 @@ struct EditorConstraints {
 /// screen's size alone, so nothing that slides moves the picture. While there is no picture the drop area
 /// covers everything.
 ///
+/// The drop area with what lies on it is all that a start shows, so all that is made at once. The rest is
+/// made by whoever first asks for an outlet.
+///
 /// Main thread only. What the services refer to outlives the view, which must be gone before them.
 class EditorView final : public QWidget {
  public:
@@ -43,7 +46,9 @@ class EditorView final : public QWidget {
     explicit EditorView(const Services& services);
     ~EditorView() override;
 
-    [[nodiscard]] EditorOutlets& outlets() { return outlets_; }
+    [[nodiscard]] EditorOutlets& outlets();
+    /// The arrow of the drop area; the rest of the screen is not made for it.
+    [[nodiscard]] HintArrow& arrow() { return *outlets_.ivArrow; }
     [[nodiscard]] EditorConstraints& constraints() { return constraints_; }
 
     /// Shows the drop area over everything, or takes it away. What it covers takes no keyboard focus.
@@ -65,14 +70,17 @@ class EditorView final : public QWidget {
     void resizeEvent(QResizeEvent* event) override;
 
  private:
-    void makeEmptyScreen(const Services& services);
+    void makeEmptyScreen();
+    void makeRest();
     void layOut();
+    void layOutRest();
     void layOutStage();
     void layOutEmptyScreen();
 
-    controls::ControlContext control_;
+    const Services services_;
     EditorConstraints constraints_;
     EditorOutlets outlets_;
+    bool isWhole_ = false;
     bool shrinks_ = false;
     QWidget* stage_ = nullptr;  // the middle, which cuts off what slides out of it
     std::function<void()> willAppear_;

@@ -70,6 +70,12 @@ ViewController::~ViewController() {
     observations_.clear();
     if (screen_ == nullptr)
         return;
+    if (parts_ != nullptr)
+        disconnectScreen();
+    delete screen_;
+}
+
+void ViewController::disconnectScreen() {
     const EditorOutlets& outlets = screen_->outlets();
     cutView().setDelegate(nullptr);
     outlets.viDrug->setDelegate(nullptr);
@@ -77,42 +83,52 @@ ViewController::~ViewController() {
     outlets.invertSize->setSliderDelegate(nullptr);
     outlets.colorPickerView->setColorDelegate(nullptr);
     outlets.sldBrushDiameter2->setTarget(nullptr);
-    delete screen_;
 }
 
 // ── The screen ─────────────────────────────────────────────────────────────────────────────────
 
 EditorView& ViewController::view() {
-    return parts().screen;
+    if (screen_ == nullptr) {
+        screen_ = new EditorView({services_.cutView, context_, services_.cutView.queues, services_.caches});
+        viewDidLoad();
+    }
+    return *screen_;
 }
 
 ViewController::Parts& ViewController::parts() {
     if (parts_ == nullptr) {
-        screen_ = new EditorView({services_.cutView, context_, services_.cutView.queues, services_.caches});
-        parts_ = std::make_unique<Parts>(*this, *screen_);
+        parts_ = std::make_unique<Parts>(*this, view());
         parts_->saveState.setToolbar(toolbar_);
         connectScreen();
-        viewDidLoad();
+        screenIsComplete();
     }
     return *parts_;
 }
 
 void ViewController::viewDidLoad() {
     Telemetrix::startSession();
+    addObservers();
+    screen_->onWillAppear([this] { viewWillAppear(); });
+    screen_->onEmptyPress([this] { performSelector("openPicture:"); });
+}
+
+void ViewController::screenIsComplete() {
     util::setWantsLayerToAllSubviews(*screen_);
     updateDesign();
-    addObservers();
     const EditorOutlets& outlets = screen_->outlets();
     util::layerBackground(*outlets.rightPanelWithMode, palette::kPanel);
     cutView().setBlurOn(false);
     outlets.ViewForCursor->hide();
+    if (firstRun_)
+        parts_->panels.hideInterfaceNoAnimation();
 }
 
 void ViewController::viewWillAppear() {
     if (std::exchange(firstRun_, true))
         return;
-    parts_->panels.hideInterfaceNoAnimation();
-    screen_->outlets().ivArrow->addDownArrowAnimation();
+    if (parts_ != nullptr)
+        parts_->panels.hideInterfaceNoAnimation();
+    screen_->arrow().addDownArrowAnimation();
 }
 
 void ViewController::updateDesign() {
@@ -151,8 +167,6 @@ void ViewController::connectScreen() {
         services_.messages.trouble(line.arg(QString::fromStdString(reason)).toStdString());
     });
     outlets.viCut->onMissingMemory([this] { tellOfMissingMemory(); });
-    screen_->onWillAppear([this] { viewWillAppear(); });
-    screen_->onEmptyPress([this] { performSelector("openPicture:"); });
     screen_->onPlacementChange([this] { parts_->zoom.showVisiblePart(); });
     connectButtons();
     connectMiniMap();
@@ -228,8 +242,16 @@ void ViewController::askThen(std::function<void()> then) {
     parts().flows.askThen(std::move(then));
 }
 
+EditorOutlets& ViewController::outlets() {
+    return parts().screen.outlets();
+}
+
+EditorConstraints& ViewController::constraints() {
+    return parts().screen.constraints();
+}
+
 RKImageCutView& ViewController::cutView() {
-    return view().outlets().viCut->view();
+    return outlets().viCut->view();
 }
 
 RecentFiles& ViewController::recentFiles() {
@@ -255,7 +277,7 @@ void ViewController::showBrushMenu() {
 }
 
 QMenu* ViewController::showMenu_withEvent(QAbstractButton* sender) {
-    KrugButton* const brush = view().outlets().btnBrush;
+    KrugButton* const brush = outlets().btnBrush;
     if (sender != brush)
         return nullptr;
     Telemetrix::logEvent("Brush menu opened");

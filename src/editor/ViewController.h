@@ -40,7 +40,8 @@ class EditorTools;
 /// buttons; ViewControllerSelectors.cpp is the list of them. The argument is the sender, and is ignored but
 /// where the list says so.
 ///
-/// Life cycle. The first call of view(), or the first selector, makes the screen (viewDidLoad); the screen
+/// Life cycle. The first call of view(), or the first selector, makes the screen (viewDidLoad), of which a
+/// start shows the drop area; whoever needs more of it, or completeScreen(), makes the rest. The screen
 /// becomes a window's content from there. Its first appearance hides the quick panels and starts the arrow
 /// of the empty screen. The toolbar is handed over before the first picture comes. The analytics library
 /// must be installed before the screen is made. A window that takes the screen as its child may delete it;
@@ -71,6 +72,9 @@ class ViewController final : public util::RuntimeObject,
 
     /// The screen.
     [[nodiscard]] EditorView& view();
+
+    /// Makes what is still missing of the screen, so that nobody has to wait for it later.
+    void completeScreen() { (void)parts(); }
 
     /// The window's toolbar, borrowed; null takes it off.
     void setToolbar(EditorToolbar* toolbar);
@@ -106,8 +110,8 @@ class ViewController final : public util::RuntimeObject,
     void ColorPickerDidSelectNSColor(const cutengine::Colour& color) override;
 
     // ── What there is to see, for the window and for those who look inside ─────────────────────
-    [[nodiscard]] EditorOutlets& outlets() { return view().outlets(); }
-    [[nodiscard]] EditorConstraints& constraints() { return view().constraints(); }
+    [[nodiscard]] EditorOutlets& outlets();
+    [[nodiscard]] EditorConstraints& constraints();
     [[nodiscard]] cutengine::RKImageCutView& cutView();
     [[nodiscard]] RecentFiles& recentFiles();
     [[nodiscard]] const EditorTools& tools();
@@ -128,7 +132,9 @@ class ViewController final : public util::RuntimeObject,
     void viewWillAppear();
     void updateDesign();
     void addObservers();
+    void screenIsComplete();
     void connectScreen();
+    void disconnectScreen();
     void connectButtons();
     void connectMiniMap();
 
@@ -143,7 +149,7 @@ class ViewController final : public util::RuntimeObject,
     Services services_;
     controls::ControlContext context_;
     QPointer<EditorView> screen_;
-    std::unique_ptr<Parts> parts_;  // what works on the screen; there with it
+    std::unique_ptr<Parts> parts_;  // what works on the screen; there once that is complete
     EditorToolbar* toolbar_ = nullptr;
     bool firstRun_ = false;  // the screen has appeared before
     bool isDrawingStroke_ = false;

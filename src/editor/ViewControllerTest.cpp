@@ -50,6 +50,26 @@ TEST_F(ViewControllerTest, RestoringWithoutAPictureIsNoStepOfTheHistory) {
     EXPECT_EQ(view().historyLength(), 1);
 }
 
+TEST_F(ViewControllerTest, AStartMakesTheDropAreaAndACommandTheRest) {
+    controller_.reset();
+    controller_ = std::make_unique<ViewController>(services());
+    screen().show();
+    rest();
+    EXPECT_NE(screen().findChild<QWidget*>("openPictureButton"), nullptr);
+    EXPECT_EQ(screen().findChild<QWidget*>("toolStrip"), nullptr);
+    send("hand_pressed_new:");
+    EXPECT_NE(screen().findChild<QWidget*>("toolStrip"), nullptr);
+    EXPECT_EQ(view().dragMode(), cutengine::DragMode::pan);
+    EXPECT_FALSE(outlets().viLeftPanelVariant2->isVisible()) << "as after the first appearance";
+}
+
+TEST_F(ViewControllerTest, TabComesToTheDropAreaAfterThePanels) {
+    const QWidget* next = outlets().btnSave->nextInFocusChain();
+    while (!(next->focusPolicy() & Qt::TabFocus))
+        next = next->nextInFocusChain();
+    EXPECT_EQ(next->objectName(), "openPictureButton");
+}
+
 TEST_F(ViewControllerTest, TheSecondSetOfQuickControlsIsInUse) {
     EXPECT_EQ(outlets().btnBrush, outlets().btnBrush2);
     EXPECT_EQ(outlets().btnInvertBrush, outlets().btnInvertBrush2);

@@ -7,8 +7,8 @@
 
 namespace trimora::files {
 
-/// A shared library that is loaded when something of it is needed, for those of which most runs of the
-/// program need nothing: loading libcurl, and the two dozen libraries that it stands on, with the program
+/// A shared library that is loaded when something of it is needed, for those of which a start
+/// needs nothing: loading libcurl, and the two dozen libraries that it stands on, with the program
 /// took a third of the time until the window came.
 ///
 /// A library that was opened stays until the process ends, so its functions may be kept. Any thread.

@@ -30,7 +30,7 @@ Wiring::Wiring(Host host)
       editor_(editorServices()) {
     editor_.setToolbar(&shell_.windowController());
     shell_.setContent(editor_, &editor_.view(),
-                      {.cutView = &editor_.cutView(),
+                      {.cutView = [this] { return &editor_.cutView(); },
                        .recentFiles = [this] { return editor_.recentFiles().files(); },
                        .openRecent = [this](const auto& file) { editor_.openFiles({file}); },
                        .clearRecent = [this] { editor_.recentFiles().clear(); }});
@@ -42,7 +42,12 @@ Wiring::Wiring(Host host)
 
 void Wiring::show() {
     app::afterFirstPaint(
-        shell_.window(), receiver_, [this] { telemetrix_.beginWork(); }, app::kUntilShown);
+        shell_.window(), receiver_,
+        [this] {
+            telemetrix_.beginWork();
+            editor_.completeScreen();
+        },
+        app::kUntilShown);
     shell_.window().show();
     telemetrix_.watchKeyWindow();
 }

@@ -1,0 +1,38 @@
+#include "codecs/GifLibrary.h"
+
+#include "files/LateLibrary.h"
+
+namespace trimora::codecs {
+
+using foundation::Result;
+
+namespace {
+
+Result<GifLibrary> load() {
+    const auto library = files::LateLibrary::open("libgif.so.7");
+    if (!library)
+        return library.error();
+    GifLibrary made{};
+    files::LateFunctions find(*library);
+    find("DGifCloseFile", made.CloseFile);
+    find("DGifExtensionToGCB", made.ExtensionToGCB);
+    find("DGifGetExtension", made.GetExtension);
+    find("DGifGetExtensionNext", made.GetExtensionNext);
+    find("DGifGetImageDesc", made.GetImageDesc);
+    find("DGifGetLine", made.GetLine);
+    find("DGifGetRecordType", made.GetRecordType);
+    find("DGifOpen", made.Open);
+    find("GifErrorString", made.ErrorString);
+    if (!find.found())
+        return find.found().error();
+    return made;
+}
+
+}  // namespace
+
+Result<const GifLibrary*> GifLibrary::get() {
+    static files::LoadedOnce<GifLibrary> library;
+    return library.get(load);
+}
+
+}  // namespace trimora::codecs
