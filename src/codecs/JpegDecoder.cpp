@@ -1,5 +1,6 @@
 #include "codecs/JpegDecoder.h"
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <utility>
@@ -8,18 +9,25 @@
 #include "codecs/JpegParts.h"
 #include "codecs/JpegReading.h"
 #include "codecs/RawPicture.h"
+#include "cutengine/kernels/MipBands.h"
 
 namespace trimora::codecs {
 namespace {
 
 using cutengine::DecodedPicture;
+using cutengine::kernels::MipBands;
 using foundation::AlphaMode;
 using foundation::Bitmap;
+using foundation::BitmapView;
 using foundation::Error;
+using foundation::MutableBitmapView;
 using foundation::Result;
 
 // Smaller pictures are read before another core has begun.
 constexpr std::uint64_t kFewestPixelsForParts = 1'000'000;
+
+// They are still in the cache when their smaller copies are made.
+constexpr int kRowsAtOnce = 32;
 
 Error unreadable(const JpegReading& reading) {
     return Error{"the JPEG file cannot be read: " + reading.reason()};
@@ -27,6 +35,21 @@ Error unreadable(const JpegReading& reading) {
 
 Error headless(const JpegReading& reading) {
     return reading.isCutShort() ? Error{"the file ends before its picture begins"} : unreadable(reading);
+}
+
+/// As far as it goes, by one reading. False where the library gave up.
+bool readFromTop(JpegReading& reading, MutableBitmapView to, const RowsRead& rowsRead) {
+    if (!reading.start())
+        return false;
+    for (int first = 0; first < to.height; first += kRowsAtOnce) {
+        const int end = std::min(first + kRowsAtOnce, to.height);
+        if (!reading.readRows(to, end))
+            return false;
+        if (reading.rowsRead() < end)
+            break;
+        rowsRead(first, end);
+    }
+    return true;
 }
 
 }  // namespace
@@ -45,21 +68,32 @@ Result<DecodedPicture> JpegDecoder::decode(Bytes file) const {
                                            static_cast<int>(reading.height()), AlphaMode::opaque);
     if (!pixels)
         return pixels.error();
+    const JpegMetadata metadata = readJpegMetadata(file);
+    const auto profile = ColourProfile::fromIcc(metadata.icc, reading.model(), SampleDepth::eight);
+    // Copies of what is still to be changed would be of no use.
+    const bool isFinished = profile == nullptr && !holdsInks(reading.model()) &&
+                            metadata.orientation == Orientation::topLeft;
+    MipBands copies(isFinished ? BitmapView(pixels->view()) : BitmapView());
+    const RowsRead addToCopies = [&](int first, int end) {
+        if (isFinished)
+            copies.add(first, end);
+    };
     const bool inParts = reading.width() * reading.height() >= kFewestPixelsForParts &&
-                         readJpegInParts(reading, file, pixels->view(), workers());
-    const bool whole = inParts || (reading.start() && reading.readRows(pixels->view(), pixels->height()));
+                         readJpegInParts(reading, file, pixels->view(), addToCopies, workers());
+    const bool whole = inParts || readFromTop(reading, pixels->view(), addToCopies);
     const int rowsRead = inParts ? pixels->height() : reading.rowsRead();
     if (!whole && rowsRead == 0)
         return unreadable(reading);
 
-    const JpegMetadata metadata = readJpegMetadata(file);
-    const auto profile = ColourProfile::fromIcc(metadata.icc, reading.model(), SampleDepth::eight);
+    const bool isWhole = whole && rowsRead == pixels->height();
     Result<Bitmap> bitmap = finished({std::move(*pixels), rowsRead, reading.model(), metadata.orientation},
                                      profile.get(), workers());
     if (!bitmap)
         return bitmap.error();
     DecodedPicture picture;
     picture.representations.push_back(std::move(*bitmap));
+    if (isFinished && isWhole)
+        picture.copies = std::move(copies).finished(workers());
     if (reading.isCutShort())
         picture.notice = kCutShort;
     else if (!whole || reading.isDamaged())

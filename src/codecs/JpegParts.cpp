@@ -26,6 +26,7 @@ struct Job {
     const JpegReading& header;
     Bytes file;
     MutableBitmapView to;
+    const RowsRead& rowsRead;
     RowShares& shares;
 };
 
@@ -104,8 +105,10 @@ class Part {
         const IntRect rows{0, above, job_.to.width, job_.to.height - above};
         const MutableBitmapView to = subview(job_.to, rows);
         while (const int count = job_.shares.claim(index_, kBlockRowsAtOnce * job_.header.blockRows())) {
-            if (!reading.readRows(to, reading.rowsRead() + count) || !findsNothingWrong(reading))
+            const int first = reading.rowsRead();
+            if (!reading.readRows(to, first + count) || !findsNothingWrong(reading))
                 return false;
+            job_.rowsRead(above + first, above + first + count);
         }
         return findsNothingWrong(reading);
     }
@@ -121,14 +124,15 @@ class Part {
 
 }  // namespace
 
-bool readJpegInParts(JpegReading& header, Bytes file, MutableBitmapView to, Workers& workers) {
+bool readJpegInParts(JpegReading& header, Bytes file, MutableBitmapView to, const RowsRead& rowsRead,
+                     Workers& workers) {
     const int parts = std::min(workers.width(), kMostParts);
     if (parts < 2 || !header.canSkip())
         return false;
     const std::size_t rowSize = 4 * static_cast<std::size_t>(to.width);
     std::vector<std::uint8_t> scratch(rowSize * static_cast<std::size_t>(parts));
     RowShares shares(to.height, parts, header.blockRows());
-    const Job job{header, file, to, shares};
+    const Job job{header, file, to, rowsRead, shares};
     workers.run(parts, [&](int part) {
         Part(job, part, scratch.data() + rowSize * static_cast<std::size_t>(part)).run();
     });
