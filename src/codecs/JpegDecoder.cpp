@@ -1,6 +1,5 @@
 #include "codecs/JpegDecoder.h"
 
-#include <algorithm>
 #include <optional>
 #include <string>
 #include <utility>
@@ -8,6 +7,7 @@
 #include "codecs/JpegMetadata.h"
 #include "codecs/JpegParts.h"
 #include "codecs/JpegReading.h"
+#include "codecs/JpegTarget.h"
 #include "codecs/RawPicture.h"
 #include "cutengine/kernels/MipBands.h"
 
@@ -20,14 +20,10 @@ using foundation::AlphaMode;
 using foundation::Bitmap;
 using foundation::BitmapView;
 using foundation::Error;
-using foundation::MutableBitmapView;
 using foundation::Result;
 
 // Smaller pictures are read before another core has begun.
 constexpr std::uint64_t kFewestPixelsForParts = 1'000'000;
-
-// They are still in the cache when their smaller copies are made.
-constexpr int kRowsAtOnce = 32;
 
 Error unreadable(const JpegReading& reading) {
     return Error{"the JPEG file cannot be read: " + reading.reason()};
@@ -38,18 +34,9 @@ Error headless(const JpegReading& reading) {
 }
 
 /// As far as it goes, by one reading. False where the library gave up.
-bool readFromTop(JpegReading& reading, MutableBitmapView to, const RowsRead& rowsRead) {
-    if (!reading.start())
-        return false;
-    for (int first = 0; first < to.height; first += kRowsAtOnce) {
-        const int end = std::min(first + kRowsAtOnce, to.height);
-        if (!reading.readRows(to, end))
-            return false;
-        if (reading.rowsRead() < end)
-            break;
-        rowsRead(first, end);
-    }
-    return true;
+bool readFromTop(JpegReading& reading, const JpegTarget& to) {
+    JpegTarget::Room room(reading);
+    return reading.start() && to.read(reading, 0, to.height(), room);
 }
 
 }  // namespace
@@ -74,13 +61,10 @@ Result<DecodedPicture> JpegDecoder::decode(Bytes file) const {
     const bool isFinished = profile == nullptr && !holdsInks(reading.model()) &&
                             metadata.orientation == Orientation::topLeft;
     MipBands copies(isFinished ? BitmapView(pixels->view()) : BitmapView());
-    const RowsRead addToCopies = [&](int first, int end) {
-        if (isFinished)
-            copies.add(first, end);
-    };
+    const JpegTarget target(pixels->view(), isFinished ? &copies : nullptr);
     const bool inParts = reading.width() * reading.height() >= kFewestPixelsForParts &&
-                         readJpegInParts(reading, file, pixels->view(), addToCopies, workers());
-    const bool whole = inParts || readFromTop(reading, pixels->view(), addToCopies);
+                         readJpegInParts(reading, file, target, workers());
+    const bool whole = inParts || readFromTop(reading, target);
     const int rowsRead = inParts ? pixels->height() : reading.rowsRead();
     if (!whole && rowsRead == 0)
         return unreadable(reading);

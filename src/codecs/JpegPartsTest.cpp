@@ -88,7 +88,7 @@ Decoded byOneReading(const samples::Buffer& file) {
     if (!reading.readHeader() || isHuge(reading))
         return decoded;
     decoded.pixels = blank(reading);
-    decoded.isWhole = reading.start() && reading.readRows(decoded.pixels.view(), decoded.pixels.height());
+    decoded.isWhole = reading.start() && reading.readRows(decoded.pixels.view(), 0, decoded.pixels.height());
     return decoded;
 }
 
@@ -99,8 +99,7 @@ Decoded inParts(const samples::Buffer& file, foundation::Workers& workers) {
         return decoded;
     decoded.pixels = blank(header);
     MipBands copies(decoded.pixels.view());
-    const RowsRead add = [&](int first, int end) { copies.add(first, end); };
-    decoded.isWhole = readJpegInParts(header, file, decoded.pixels.view(), add, workers);
+    decoded.isWhole = readJpegInParts(header, file, {decoded.pixels.view(), &copies}, workers);
     decoded.copies = std::move(copies).finished(workers);
     return decoded;
 }
@@ -172,7 +171,7 @@ TEST(JpegParts, LowerPartReadsTheLowerHalfByItselfOfEveryKind) {
             EXPECT_TRUE(samePixels(subview(read.view(), lower), subview(whole.view(), lower))) << kind.name;
             EXPECT_EQ(read.pixel(0, 100), (foundation::Pixel{1, 2, 3, 4})) << kind.name;
         });
-        EXPECT_TRUE(readJpegInParts(header, file, read.view(), [](int, int) {}, two)) << kind.name;
+        EXPECT_TRUE(readJpegInParts(header, file, {read.view(), nullptr}, two)) << kind.name;
     }
 }
 

@@ -20,11 +20,15 @@ class MipBands {
     /// Rows `first` to `end`, not included, of the base are as they will stay.
     void add(int first, int end);
 
+    /// The same of rows that still lie elsewhere, the first of them row `first`: writes them to their places in
+    /// `base` past the caches, where those that come next find room.
+    void take(foundation::BitmapView rows, int first, foundation::MutableBitmapView base);
+
     /// The pyramid, once all rows have been added. What is left of the work is shared out.
     [[nodiscard]] MipPyramid finished(foundation::Workers& workers) &&;
 
  private:
-    void addStep(int first, int end);
+    void addBelowHalf(int first, int end);
 
     MipPyramid made_;
 };

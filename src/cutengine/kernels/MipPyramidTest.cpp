@@ -105,6 +105,24 @@ TEST(MipPyramid, IsTheSameFromBandsInAnyOrderOnEveryInstructionSet) {
     }
 }
 
+TEST(MipPyramid, IsTheSameFromRowsThatAreTakenFromElsewhereOnEveryInstructionSet) {
+    auto random = testing::seededGenerator();
+    for (int round = 0; round < 8; ++round) {
+        const Bitmap picture =
+            randomPicture(random, randomBetween(random, 1, 200), randomBetween(random, 1, 90));
+        const int width = picture.width();
+        onEveryInstructionSet([&] {
+            InlineWorkers workers;
+            Bitmap base = Bitmap::create(width, picture.height()).value();
+            MipBands made(base.view());
+            for (int y = 0; y < picture.height(); y += 16)
+                made.take(subview(picture.view(), {0, y, width, 16}), y, base.view());
+            EXPECT_TRUE(samePixels(base.view(), picture.view()));
+            expectPlainMeans(std::move(made).finished(workers));
+        });
+    }
+}
+
 TEST(MipPyramid, BandIsMadeAnewWithItsRows) {
     auto random = testing::seededGenerator();
     InlineWorkers workers;
