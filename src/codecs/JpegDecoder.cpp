@@ -58,8 +58,8 @@ Result<DecodedPicture> JpegDecoder::decode(Bytes file) const {
     const JpegMetadata metadata = readJpegMetadata(file);
     const auto profile = ColourProfile::fromIcc(metadata.icc, reading.model(), SampleDepth::eight);
     // Copies of what is still to be changed would be of no use.
-    const bool isFinished = profile == nullptr && !holdsInks(reading.model()) &&
-                            metadata.orientation == Orientation::topLeft;
+    const bool isFinished =
+        profile == nullptr && !holdsInks(reading.model()) && metadata.orientation == Orientation::topLeft;
     MipBands copies(isFinished ? BitmapView(pixels->view()) : BitmapView());
     const JpegTarget target(pixels->view(), isFinished ? &copies : nullptr);
     const bool inParts = reading.width() * reading.height() >= kFewestPixelsForParts &&

@@ -88,7 +88,8 @@ class Part {
     /// `above` are the rows of the picture above the first of the reading.
     bool readShare(JpegReading& reading, int above) {
         while (const int count = job_.shares.claim(index_, kBlockRowsAtOnce * job_.header.blockRows())) {
-            if (!job_.to.read(reading, above, reading.rowsRead() + count, room_) || !findsNothingWrong(reading))
+            if (!job_.to.read(reading, above, reading.rowsRead() + count, room_) ||
+                !findsNothingWrong(reading))
                 return false;
         }
         return findsNothingWrong(reading);

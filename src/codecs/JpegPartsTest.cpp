@@ -217,8 +217,8 @@ void expectSameAnswer(const JpegDecoder& a, const JpegDecoder& b, const samples:
     EXPECT_EQ(first->notice, second->notice) << round;
     EXPECT_TRUE(samePixels(first->representations[0].view(), second->representations[0].view())) << round;
     for (const auto* const picture : {&*first, &*second}) {
-        const bool isRight = picture->copies.levelCount() == 0 ||
-                             areCopiesOf(picture->representations[0], picture->copies);
+        const bool isRight =
+            picture->copies.levelCount() == 0 || areCopiesOf(picture->representations[0], picture->copies);
         EXPECT_TRUE(isRight) << round;
     }
 }

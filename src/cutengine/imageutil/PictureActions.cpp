@@ -33,8 +33,8 @@ LoadedPicture imageFromURL_async(const std::filesystem::path& file, bool async, 
 
 namespace {
 
-/// A smaller copy of the bitmap that is still twice as large as wanted, where the picture has one: the filter,
-/// which looks at every pixel some six times, then has far fewer to look at.
+/// A smaller copy of the bitmap that is still twice as large as wanted, where the picture has one: the
+/// filter, which looks at every pixel some six times, then has far fewer to look at.
 foundation::BitmapView reducedFor(const Picture& picture, const Bitmap& bitmap, int width, int height) {
     const MipPyramidPtr& copies = picture.copies();
     if (!copies || copies->level(0).pixels != bitmap.view().pixels)

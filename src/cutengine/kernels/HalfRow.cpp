@@ -103,9 +103,9 @@ void halveRows(const std::uint8_t* top, const std::uint8_t* bottom, int width, s
                std::size_t ahead) {
     const PixelPair from{words(top), words(bottom)};
     auto* const to = reinterpret_cast<std::uint32_t*>(half);
-    const int made = ahead == 0 ? halveVectors<Besides::nothing>(from, width / 2, {}, 0, to)
-                                : halveVectors<Besides::fetching>(from, width / 2, {},
-                                                                  ahead / sizeof(std::uint32_t), to);
+    const int made =
+        ahead == 0 ? halveVectors<Besides::nothing>(from, width / 2, {}, 0, to)
+                   : halveVectors<Besides::fetching>(from, width / 2, {}, ahead / sizeof(std::uint32_t), to);
     halveRest(from, made, width, to);
 }
 
