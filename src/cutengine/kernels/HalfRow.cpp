@@ -2,29 +2,6 @@
 
 #include <cstring>
 
-#ifndef TRIMORA_HALF_ROW_ROWS
-#define TRIMORA_HALF_ROW_ROWS
-namespace trimora::cutengine::kernels {
-namespace {
-
-/// Two rows of pixels, one a word.
-struct PixelPair {
-    const std::uint32_t* top = nullptr;
-    const std::uint32_t* bottom = nullptr;
-};
-struct KeptRows {
-    std::uint32_t* top = nullptr;
-    std::uint32_t* bottom = nullptr;
-};
-
-const std::uint32_t* words(const std::uint8_t* row) {
-    return reinterpret_cast<const std::uint32_t*>(row);
-}
-
-}  // namespace
-}  // namespace trimora::cutengine::kernels
-#endif
-
 // The code below the next line is compiled once for every instruction set.
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "cutengine/kernels/HalfRow.cpp"
@@ -35,6 +12,20 @@ const std::uint32_t* words(const std::uint8_t* row) {
 HWY_BEFORE_NAMESPACE();
 namespace trimora::cutengine::kernels::HWY_NAMESPACE {
 namespace hn = hwy::HWY_NAMESPACE;
+
+/// Two rows of pixels, one a word.
+struct PixelRows {
+    const std::uint32_t* top = nullptr;
+    const std::uint32_t* bottom = nullptr;
+};
+struct KeptRows {
+    std::uint32_t* top = nullptr;
+    std::uint32_t* bottom = nullptr;
+};
+
+HWY_INLINE PixelRows pixelRows(const std::uint8_t* top, const std::uint8_t* bottom) {
+    return {reinterpret_cast<const std::uint32_t*>(top), reinterpret_cast<const std::uint32_t*>(bottom)};
+}
 
 /// The means of four pixels a lane. Two components at a time stand in the halves of a 32-bit lane,
 /// where four bytes and the rounding fit with room to spare.
@@ -53,11 +44,12 @@ HWY_INLINE V meanOfFour(Tag pixels, V a, V b, V c, V d) {
     return hn::Or(even, hn::ShiftLeft<8>(odd));
 }
 
+/// What is done with the rows besides halving them.
 enum class Besides : std::uint8_t { nothing, fetching, keeping };
 
 /// Whole vectors of a row; returns how many pixels it made.
 template <Besides kBesides>
-HWY_INLINE int halveVectors(const PixelPair& from, int pairs, const KeptRows& kept, std::size_t ahead,
+HWY_INLINE int halveVectors(const PixelRows& from, int pairs, const KeptRows& kept, std::size_t ahead,
                             std::uint32_t* to) {
     const hn::ScalableTag<std::uint32_t> pixels;
     const int lanes = static_cast<int>(hn::Lanes(pixels));
@@ -87,7 +79,7 @@ HWY_INLINE int halveVectors(const PixelPair& from, int pairs, const KeptRows& ke
 }
 
 /// The pixels from `x` on.
-HWY_INLINE void halveRest(const PixelPair& from, int x, int width, std::uint32_t* to) {
+HWY_INLINE void halveRest(const PixelRows& from, int x, int width, std::uint32_t* to) {
     const hn::CappedTag<std::uint32_t, 1> one;
     for (; x < (width + 1) / 2; ++x) {
         const int right = 2 * x + 1 < width ? 2 * x + 1 : 2 * x;
@@ -101,7 +93,7 @@ HWY_INLINE void halveRest(const PixelPair& from, int x, int width, std::uint32_t
 
 void halveRows(const std::uint8_t* top, const std::uint8_t* bottom, int width, std::uint8_t* half,
                std::size_t ahead) {
-    const PixelPair from{words(top), words(bottom)};
+    const PixelRows from = pixelRows(top, bottom);
     auto* const to = reinterpret_cast<std::uint32_t*>(half);
     const int made =
         ahead == 0 ? halveVectors<Besides::nothing>(from, width / 2, {}, 0, to)
@@ -111,7 +103,7 @@ void halveRows(const std::uint8_t* top, const std::uint8_t* bottom, int width, s
 
 void keepAndHalveRows(const std::uint8_t* top, const std::uint8_t* bottom, int width, std::uint8_t* keptTop,
                       std::uint8_t* keptBottom, std::uint8_t* half) {
-    const PixelPair from{words(top), words(bottom)};
+    const PixelRows from = pixelRows(top, bottom);
     auto* const to = reinterpret_cast<std::uint32_t*>(half);
     const KeptRows kept{reinterpret_cast<std::uint32_t*>(keptTop),
                         reinterpret_cast<std::uint32_t*>(keptBottom)};
