@@ -53,7 +53,7 @@ PicturePtr Picture::withCopies(const PicturePtr& picture, foundation::Workers& w
 }
 
 std::shared_ptr<Picture> Picture::make(Size size, std::vector<Bitmap> representations) {
-    const std::shared_ptr<Picture> picture(new Picture);
+    std::shared_ptr<Picture> picture(new Picture);
     picture->size_ = size;
     for (Bitmap& bitmap : representations) {
         if (!bitmap.isEmpty())
