@@ -39,7 +39,7 @@ Bitmap frameOf(const DrawablePicture& background, double zoom, double left, foun
     kernels::ViewScene scene;
     scene.pictureSize = {kWidth, kHeight};
     scene.pictureToView = {zoom, 0, 0, zoom, 0.3 - left, 0.4};
-    scene.picture = &background.pyramid;
+    scene.picture = background.pyramid.get();
     Bitmap frame = Bitmap::create(kFrameWidth, kFrameHeight, AlphaMode::opaque).value();
     renderView(scene, frame.view(), frame.view().bounds(), workers);
     return frame;
@@ -60,8 +60,8 @@ class BlurOnScreenTest : public ::testing::Test {
     void expectFramesWithinOneLevel(const PicturePtr& picture) {
         const auto kept = blurredDrawable(picture, workers_);
         const auto whole = makeDrawable(blurredCopy(picture, workers_), workers_);
-        ASSERT_EQ(kept->pyramid.finestLevel(), 1);
-        ASSERT_EQ(whole->pyramid.finestLevel(), 0);
+        ASSERT_EQ(kept->pyramid->finestLevel(), 1);
+        ASSERT_EQ(whole->pyramid->finestLevel(), 0);
         for (const double zoom : {0.33, 0.5, 0.53, 0.7, 0.97, 1.0, 1.4, 2.0, 3.7, 8.0}) {
             for (int place = 0; place < 6; ++place) {
                 const double left = place * (kWidth * zoom - kFrameWidth) / 5;

@@ -59,7 +59,8 @@ Result<OpenedPicture> openPicture(codecs::Bytes file, const codecs::PictureFileD
         opened.representations.push_back(
             {static_cast<double>(bitmap.width()), static_cast<double>(bitmap.height())});
     opened.notice = std::move(decoded->notice);
-    const cutengine::PicturePtr whole = cutengine::Picture::create(std::move(decoded->representations));
+    const cutengine::PicturePtr whole =
+        cutengine::Picture::create(std::move(decoded->representations), std::move(decoded->copies));
     opened.picture = cutengine::resize(whole, whole->pixelWidth(), whole->pixelHeight(), workers);
     if (!opened.picture)
         return Error{"there is not enough memory for it"};

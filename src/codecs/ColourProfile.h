@@ -24,6 +24,10 @@ enum class ColourModel : std::uint8_t {
     invertedCmyk,  ///< four inks, 0 is full ink
 };
 
+[[nodiscard]] constexpr bool holdsInks(ColourModel model) {
+    return model == ColourModel::cmyk || model == ColourModel::invertedCmyk;
+}
+
 /// The layout of the pixels that a ColourProfile reads.
 enum class SampleDepth : std::uint8_t {
     eight,    ///< 4 bytes a pixel: B,G,R,A, or C,M,Y,K

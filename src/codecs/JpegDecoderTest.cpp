@@ -9,6 +9,7 @@ namespace trimora::codecs {
 namespace {
 
 using cutengine::DecodedPicture;
+using cutengine::kernels::MipPyramid;
 using foundation::AlphaMode;
 using foundation::Bitmap;
 using foundation::Result;
@@ -117,6 +118,34 @@ TEST_F(JpegDecoderTest, EveryOrientationGivesTheSameUprightPicture) {
         ASSERT_TRUE(read);
         EXPECT_LE(samples::largestDifference(read->representations[0].view(), picture_.view()), 8) << number;
     }
+}
+
+TEST_F(JpegDecoderTest, SmallerCopiesComeWithAPictureThatIsShownAsItWasRead) {
+    samples::JpegOptions options;
+    for (const bool progressive : {false, true}) {
+        options.progressive = progressive;
+        const Result<DecodedPicture> read = decoder_.decode(samples::jpeg(picture_.view(), options));
+        ASSERT_TRUE(read);
+        const auto plain = MipPyramid::build(read->representations[0].view(), workers_);
+        ASSERT_EQ(read->copies.levelCount(), plain.levelCount());
+        EXPECT_EQ(read->copies.level(0).pixels, read->representations[0].view().pixels);
+        for (int level = 0; level < plain.levelCount(); ++level)
+            EXPECT_TRUE(samePixels(read->copies.level(level), plain.level(level))) << level;
+    }
+}
+
+TEST_F(JpegDecoderTest, NoCopiesComeWithAPictureThatIsTurnedOrRecolouredOrNotWhole) {
+    samples::JpegOptions turned;
+    turned.orientation = 6;
+    samples::JpegOptions wide;
+    wide.icc = samples::wideProfile();
+    samples::JpegOptions inks;
+    inks.cmyk = true;
+    for (const samples::JpegOptions& options : {turned, wide, inks})
+        EXPECT_EQ(decoder_.decode(samples::jpeg(picture_.view(), options))->copies.levelCount(), 0);
+    samples::Buffer cut = samples::jpeg(samples::quarters(120, 400).view());
+    cut.resize(cut.size() / 2);
+    EXPECT_EQ(decoder_.decode(cut)->copies.levelCount(), 0);
 }
 
 TEST_F(JpegDecoderTest, FileCutAnywhereShowsWhatIsThereOrTellsWhy) {

@@ -1,10 +1,7 @@
 #include "codecs/JpegParts.h"
 
 #include <algorithm>
-#include <cstddef>
-#include <cstdint>
 #include <new>
-#include <vector>
 
 #include "codecs/JpegTail.h"
 #include "codecs/JpegWalk.h"
@@ -13,8 +10,6 @@
 namespace trimora::codecs {
 namespace {
 
-using foundation::IntRect;
-using foundation::MutableBitmapView;
 using foundation::Workers;
 
 constexpr int kMostParts = 4;  // further ones would do little but pass over rows
@@ -25,26 +20,17 @@ constexpr int kBlockRowsNearEnough = 2;  // each leap costs about as much as rea
 struct Job {
     const JpegReading& header;
     Bytes file;
-    MutableBitmapView to;
+    const JpegTarget& to;
     RowShares& shares;
 };
 
 /// One of the parts: it finds its share, and reads it.
 class Part {
  public:
-    /// `scratch` has room for a row.
-    Part(const Job& job, int index, std::uint8_t* scratch) : job_(job), index_(index), scratch_(scratch) {}
+    Part(const Job& job, int index) : job_(job), index_(index), room_(job.header) {}
 
-    /// Stops all shares where anything is wrong.
-    void run() {
-        bool isSound = false;
-        try {
-            isSound = index_ == 0 ? readFromTop() : readShareBelow();
-        } catch (const std::bad_alloc&) {  // of the few kilobytes of a part; one reading may have enough
-        }
-        if (!isSound)
-            job_.shares.stop();
-    }
+    /// False where anything is wrong.
+    bool run() { return index_ == 0 ? readFromTop() : readShareBelow(); }
 
  private:
     bool readFromTop() {
@@ -69,7 +55,7 @@ class Part {
             if (!reading.skipTo(from) || !findsNothingWrong(reading))
                 return false;
             if (isNear && job_.shares.begin(index_, *place))
-                return reading.dropRows(disturbed, scratch_) && readShare(reading, 0);
+                return reading.dropRows(disturbed, room_.view().row(0)) && readShare(reading, 0);
         }
         return true;
     }
@@ -95,16 +81,15 @@ class Part {
     bool readTail(const JpegTail& tail, int blockRow) {
         JpegReading reading(tail.start, tail.rest);
         const int rows = job_.header.blockRows();
-        return reading.readHeader() && reading.start() && reading.dropRows(2 * rows, scratch_) &&
+        return reading.readHeader() && reading.start() && reading.dropRows(2 * rows, room_.view().row(0)) &&
                readShare(reading, (blockRow - 1) * rows);
     }
 
     /// `above` are the rows of the picture above the first of the reading.
     bool readShare(JpegReading& reading, int above) {
-        const IntRect rows{0, above, job_.to.width, job_.to.height - above};
-        const MutableBitmapView to = subview(job_.to, rows);
         while (const int count = job_.shares.claim(index_, kBlockRowsAtOnce * job_.header.blockRows())) {
-            if (!reading.readRows(to, reading.rowsRead() + count) || !findsNothingWrong(reading))
+            if (!job_.to.read(reading, above, reading.rowsRead() + count, room_) ||
+                !findsNothingWrong(reading))
                 return false;
         }
         return findsNothingWrong(reading);
@@ -116,22 +101,29 @@ class Part {
 
     const Job& job_;
     int index_;
-    std::uint8_t* scratch_;
+    JpegTarget::Room room_;
 };
+
+/// Stops all shares where anything is wrong.
+void readPart(const Job& job, int index) {
+    bool isSound = false;
+    try {
+        isSound = Part(job, index).run();
+    } catch (const std::bad_alloc&) {  // of a part's own room; one reading may have enough
+    }
+    if (!isSound)
+        job.shares.stop();
+}
 
 }  // namespace
 
-bool readJpegInParts(JpegReading& header, Bytes file, MutableBitmapView to, Workers& workers) {
+bool readJpegInParts(JpegReading& header, Bytes file, const JpegTarget& to, Workers& workers) {
     const int parts = std::min(workers.width(), kMostParts);
     if (parts < 2 || !header.canSkip())
         return false;
-    const std::size_t rowSize = 4 * static_cast<std::size_t>(to.width);
-    std::vector<std::uint8_t> scratch(rowSize * static_cast<std::size_t>(parts));
-    RowShares shares(to.height, parts, header.blockRows());
+    RowShares shares(to.height(), parts, header.blockRows());
     const Job job{header, file, to, shares};
-    workers.run(parts, [&](int part) {
-        Part(job, part, scratch.data() + rowSize * static_cast<std::size_t>(part)).run();
-    });
+    workers.run(parts, [&](int part) { readPart(job, part); });
     return !shares.isStopped();
 }
 

@@ -8,6 +8,7 @@
 
 #include "codecs/JpegDecoder.h"
 #include "codecs/SampleFilesForTests.h"
+#include "cutengine/kernels/MipBands.h"
 #include "foundation/ThreadQueues.h"
 #include "testing/Depth.h"
 #include "testing/LowestFirst.h"
@@ -16,6 +17,8 @@
 namespace trimora::codecs {
 namespace {
 
+using cutengine::kernels::MipBands;
+using cutengine::kernels::MipPyramid;
 using foundation::AlphaMode;
 using foundation::Bitmap;
 using testing::LowestFirst;
@@ -38,7 +41,18 @@ Bitmap grainy(int width, int height, std::mt19937_64& random) {
 struct Decoded {
     bool isWhole = false;
     Bitmap pixels;
+    MipPyramid copies;
 };
+
+/// Whether they are the smaller copies that are made of a finished picture.
+bool areCopiesOf(const Bitmap& picture, const MipPyramid& copies) {
+    foundation::InlineWorkers here;
+    const MipPyramid plain = MipPyramid::build(picture.view(), here);
+    bool same = copies.levelCount() == plain.levelCount();
+    for (int level = 0; same && level < plain.levelCount(); ++level)
+        same = samePixels(copies.level(level), plain.level(level));
+    return same;
+}
 
 Bitmap blank(const JpegReading& header) {
     Bitmap made = Bitmap::create(static_cast<int>(header.width()), static_cast<int>(header.height())).value();
@@ -57,7 +71,7 @@ Decoded byOneReading(const samples::Buffer& file) {
     if (!reading.readHeader() || isHuge(reading))
         return decoded;
     decoded.pixels = blank(reading);
-    decoded.isWhole = reading.start() && reading.readRows(decoded.pixels.view(), decoded.pixels.height());
+    decoded.isWhole = reading.start() && reading.readRows(decoded.pixels.view(), 0, decoded.pixels.height());
     return decoded;
 }
 
@@ -67,7 +81,9 @@ Decoded inParts(const samples::Buffer& file, foundation::Workers& workers) {
     if (!header.readHeader() || isHuge(header))
         return decoded;
     decoded.pixels = blank(header);
-    decoded.isWhole = readJpegInParts(header, file, decoded.pixels.view(), workers);
+    MipBands copies(decoded.pixels.view());
+    decoded.isWhole = readJpegInParts(header, file, {decoded.pixels.view(), &copies}, workers);
+    decoded.copies = std::move(copies).finished(workers);
     return decoded;
 }
 
@@ -102,6 +118,7 @@ void expectSame(const samples::Buffer& file, foundation::Workers& workers, const
     EXPECT_TRUE(one.isWhole) << what;
     EXPECT_TRUE(parts.isWhole) << what;
     EXPECT_TRUE(samePixels(one.pixels.view(), parts.pixels.view())) << what;
+    EXPECT_TRUE(areCopiesOf(one.pixels, parts.copies)) << what;
 }
 
 TEST(JpegParts, GiveTheBytesOfOneReadingForEverySamplingAndSize) {
@@ -137,7 +154,7 @@ TEST(JpegParts, LowerPartReadsTheLowerHalfByItselfOfEveryKind) {
             EXPECT_TRUE(samePixels(subview(read.view(), lower), subview(whole.view(), lower))) << kind.name;
             EXPECT_EQ(read.pixel(0, 100), (foundation::Pixel{1, 2, 3, 4})) << kind.name;
         });
-        EXPECT_TRUE(readJpegInParts(header, file, read.view(), two)) << kind.name;
+        EXPECT_TRUE(readJpegInParts(header, file, {read.view(), nullptr}, two)) << kind.name;
     }
 }
 
@@ -196,6 +213,11 @@ void expectSameAnswer(const JpegDecoder& a, const JpegDecoder& b, const samples:
     }
     EXPECT_EQ(first->notice, second->notice) << round;
     EXPECT_TRUE(samePixels(first->representations[0].view(), second->representations[0].view())) << round;
+    for (const auto* const picture : {&*first, &*second}) {
+        const bool isRight =
+            picture->copies.levelCount() == 0 || areCopiesOf(picture->representations[0], picture->copies);
+        EXPECT_TRUE(isRight) << round;
+    }
 }
 
 TEST(JpegParts, DamageAndMissingEndsGetTheAnswerOfOneReading) {

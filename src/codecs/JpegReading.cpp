@@ -64,14 +64,14 @@ bool JpegReading::start() {
     return true;
 }
 
-bool JpegReading::readRows(MutableBitmapView to, int end) {
+bool JpegReading::readRows(MutableBitmapView to, int top, int end) {
     if (setjmp(back_) != 0)
         return false;
     while (rowsRead() < std::min(end, lastRowWorthReading())) {
         std::array<JSAMPROW, 16> rows;
         const int wanted = std::min(static_cast<int>(rows.size()), end - rowsRead());
         for (int i = 0; i < wanted; ++i)
-            rows[static_cast<std::size_t>(i)] = to.row(rowsRead() + i);
+            rows[static_cast<std::size_t>(i)] = to.row(rowsRead() - top + i);
         library_->read_scanlines(&info_, rows.data(), static_cast<JDIMENSION>(wanted));
     }
     return true;

@@ -33,10 +33,10 @@ class JpegReading {
     /// Begins with the pixels: a progressive file is taken in whole.
     [[nodiscard]] bool start();
 
-    /// Reads the rows from rowsRead() on, row `end` not included, each to its place in a view of the whole
-    /// picture: B,G,R,A, or C,M,Y,K where the model says so. Stops early, without being wrong, where the
+    /// Reads the rows from rowsRead() on, row `end` not included, each to its place in a view whose first row
+    /// is row `top`: B,G,R,A, or C,M,Y,K where the model says so. Stops early, without being wrong, where the
     /// file holds no more of them. The rows got are rowsRead(), also where this fails.
-    [[nodiscard]] bool readRows(foundation::MutableBitmapView to, int end);
+    [[nodiscard]] bool readRows(foundation::MutableBitmapView to, int top, int end);
 
     /// Reads as many rows to nowhere: through `scratch`, which has room for one row of the picture.
     [[nodiscard]] bool dropRows(int count, std::uint8_t* scratch);

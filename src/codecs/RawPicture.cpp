@@ -17,10 +17,6 @@ using foundation::Result;
 
 constexpr int kRowsPerBand = 64;
 
-bool holdsInks(ColourModel model) {
-    return model == ColourModel::cmyk || model == ColourModel::invertedCmyk;
-}
-
 void toSrgb(std::uint8_t* row, std::size_t count, ColourModel model, const ColourProfile* profile) {
     if (profile != nullptr) {
         profile->apply(row, row, count);

@@ -8,7 +8,6 @@
 
 #include "cutengine/Picture.h"
 #include "cutengine/kernels/MaskSnapshot.h"
-#include "cutengine/kernels/MipPyramid.h"
 #include "foundation/Bitmap.h"
 #include "foundation/Geometry.h"
 
@@ -17,7 +16,7 @@ namespace trimora::cutengine {
 /// A picture made ready to be drawn at any size: its best bitmap and the smaller copies of it.
 struct DrawablePicture {
     PicturePtr picture;  ///< none where the copies alone are kept
-    kernels::MipPyramid pyramid;
+    MipPyramidPtr pyramid;
 };
 
 /// What a layer shows: nothing, a picture, a mask, or one colour (premultiplied) all over.

@@ -88,6 +88,22 @@ kernels::BrushStamp MaskPainter::brushMask(float hardness) const {
 }
 
 std::optional<MaskPainter::Shown> MaskPainter::paintPass(const foundation::Task& recordHistoryState) {
+    return pass([&](IntRect& changed) {
+        for (std::vector<Queued> batch = takeBatch(); !batch.empty(); batch = takeBatch()) {
+            if (batch.front().isEndOfStroke()) {
+                recordHistoryState();
+                break;
+            }
+            paintBatch(batch, changed);
+        }
+    });
+}
+
+std::optional<MaskPainter::Shown> MaskPainter::rebuildPass() {
+    return pass([](IntRect&) {});
+}
+
+std::optional<MaskPainter::Shown> MaskPainter::pass(const Paint& paint) {
     const bool rebuilt = needsContectUpdate_.exchange(false);
     try {
         if (rebuilt)
@@ -98,29 +114,19 @@ std::optional<MaskPainter::Shown> MaskPainter::paintPass(const foundation::Task&
     }
     if (bitmapContext_.isEmpty() || colorContext_.isEmpty())
         return std::nullopt;
-    isUnshown_ = isUnshown_ || rebuilt;
-    const bool wasUnshown = std::exchange(isUnshown_, true);  // and stays so where the pass is not ended
-    auto shown = paintBuffered(recordHistoryState, wasUnshown);
-    isUnshown_ = false;
-    return shown;
-}
-
-/// `all` says that nothing of the mask as it is has been shown.
-std::optional<MaskPainter::Shown> MaskPainter::paintBuffered(const foundation::Task& recordHistoryState,
-                                                             bool all) {
-    IntRect changed = all ? bitmapContext_.view().bounds() : IntRect{};
-    if (all)
+    const bool isUnread = std::exchange(isBrokenOff_, true) && !rebuilt;
+    if (isUnread)
         snapshotter_.reset();
-    for (std::vector<Queued> batch = takeBatch(); !batch.empty(); batch = takeBatch()) {
-        if (batch.front().isEndOfStroke()) {
-            recordHistoryState();
-            break;
-        }
-        paintBatch(batch, changed);
+    IntRect changed;
+    paint(changed);
+    const bool all = rebuilt || isUnread;
+    std::optional<Shown> shown;
+    if (all || !changed.isEmpty()) {
+        shown = {snapshotter_.take(bitmapContext_.view(), changed),
+                 all ? bitmapContext_.view().bounds() : changed};
     }
-    if (changed.isEmpty())
-        return std::nullopt;
-    return Shown{snapshotter_.take(bitmapContext_.view(), changed), changed};
+    isBrokenOff_ = false;
+    return shown;
 }
 
 void MaskPainter::rebuildPlanes() {
@@ -135,10 +141,12 @@ void MaskPainter::rebuildPlanes() {
     maskScale_ = size.maskScale;
     refill(bitmapContext_, size, kNothingCut);
     refill(colorContext_, size, kTransparent);
-    if (!newContextImage_.isEmpty()) {
-        foundation::InlineWorkers here;
-        kernels::resample(newContextImage_.view(), bitmapContext_.view(), here, kernels::Filter::triangle);
+    if (newContextImage_.isEmpty()) {
+        (void)snapshotter_.takeFilled(size.width, size.height, kNothingCut.alpha);
+        return;
     }
+    foundation::InlineWorkers here;
+    kernels::resample(newContextImage_.view(), bitmapContext_.view(), here, kernels::Filter::triangle);
     newContextImage_ = {};
 }
 

@@ -2,6 +2,7 @@
 
 #include <atomic>
 #include <deque>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -78,6 +79,9 @@ class MaskPainter {
     /// stamps may then be lost, and the next pass shows the whole mask as it has become.
     [[nodiscard]] std::optional<Shown> paintPass(const foundation::Task& recordHistoryState);
 
+    /// As paintPass(), but leaves what is buffered to the next pass.
+    [[nodiscard]] std::optional<Shown> rebuildPass();
+
     [[nodiscard]] const foundation::Bitmap& bitmapContext() const { return bitmapContext_; }
     [[nodiscard]] const foundation::Bitmap& colorContext() const { return colorContext_; }
 
@@ -88,7 +92,9 @@ class MaskPainter {
         [[nodiscard]] bool isEndOfStroke() const { return stamp.width == -1; }
     };
 
-    [[nodiscard]] std::optional<Shown> paintBuffered(const foundation::Task& recordHistoryState, bool all);
+    /// What a pass paints: grows the rectangle by what it changed in the mask plane.
+    using Paint = std::function<void(foundation::IntRect&)>;
+    [[nodiscard]] std::optional<Shown> pass(const Paint& paint);
     void rebuildPlanes();
     [[nodiscard]] std::vector<Queued> takeBatch();
     void paintBatch(const std::vector<Queued>& batch, foundation::IntRect& maskChanged);
@@ -104,7 +110,7 @@ class MaskPainter {
     foundation::Bitmap colorContext_;
     foundation::Bitmap newContextImage_;
     kernels::MaskSnapshotter snapshotter_;
-    bool isUnshown_ = false;  ///< whether a pass was broken off before its mask was shown
+    bool isBrokenOff_ = false;  ///< whether the last pass ended before its mask was shown
 };
 
 }  // namespace trimora::cutengine

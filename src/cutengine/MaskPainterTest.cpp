@@ -97,6 +97,25 @@ TEST_F(MaskPainterTest, PassShowsOnceHoweverManyStampsItPaintedAndOnlyIfAny) {
     EXPECT_EQ(recorded, 1);
 }
 
+TEST_F(MaskPainterTest, RebuildingPassLeavesStampsToTheNext) {
+    painter.beginDocument({20, 20});
+    const Rect stamp{10, 10, 5, 5};
+    painter.append({&stamp, 1}, {});
+    painter.appendEndOfStroke();
+    shown = painter.rebuildPass();
+    ASSERT_TRUE(shown);
+    EXPECT_EQ(shown->changed, (foundation::IntRect{0, 0, 20, 20}));
+    EXPECT_EQ(shown->mask->levels()[0].alphaAt(12, 7), 255);
+    EXPECT_EQ(painter.bitmapContext().pixel(12, 7).alpha, 255);
+    EXPECT_EQ(painter.bufferedStamps(), 2U);
+    EXPECT_FALSE(painter.rebuildPass()) << "nothing is due";
+    pass();
+    ASSERT_TRUE(shown);
+    EXPECT_EQ(shown->mask->levels()[0].alphaAt(12, 7), 0);
+    EXPECT_EQ(shown->mask->levels()[0].alphaAt(1, 1), 255);
+    EXPECT_EQ(recorded, 1);
+}
+
 TEST_F(MaskPainterTest, LoadedMaskOfAnotherSizeIsStretchedOverThePlane) {
     painter.beginDocument({40, 40});
     painter.setNewContextImage(Bitmap::createFilled(10, 10, {0, 0, 0, 77}).value());

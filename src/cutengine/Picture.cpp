@@ -8,13 +8,18 @@ namespace trimora::cutengine {
 using foundation::Bitmap;
 using foundation::Size;
 
-PicturePtr Picture::create(std::vector<Bitmap> representations) {
+PicturePtr Picture::create(std::vector<Bitmap> representations, kernels::MipPyramid copies) {
     Size size;
     for (const Bitmap& bitmap : representations) {
         size.width = std::max(size.width, static_cast<double>(bitmap.width()));
         size.height = std::max(size.height, static_cast<double>(bitmap.height()));
     }
-    return size.isEmpty() ? nullptr : createSized(size, std::move(representations));
+    if (size.isEmpty())
+        return nullptr;
+    const std::shared_ptr<Picture> picture = make(size, std::move(representations));
+    if (copies.levelCount() > 0)
+        picture->copies_ = std::make_shared<const kernels::MipPyramid>(std::move(copies));
+    return picture;
 }
 
 PicturePtr Picture::create(Bitmap only) {
@@ -33,7 +38,22 @@ PicturePtr Picture::create(BitmapPtr only) {
 }
 
 PicturePtr Picture::createSized(Size size, std::vector<Bitmap> representations) {
-    const std::shared_ptr<Picture> picture(new Picture);
+    return make(size, std::move(representations));
+}
+
+PicturePtr Picture::withCopies(const PicturePtr& picture, foundation::Workers& workers) {
+    if (!picture || !picture->isValid() || picture->copies_)
+        return picture;
+    const std::shared_ptr<Picture> made(new Picture);
+    made->size_ = picture->size_;
+    made->representations_ = picture->representations_;
+    made->copies_ = std::make_shared<const kernels::MipPyramid>(
+        kernels::MipPyramid::build(picture->bestRepresentation()->view(), workers));
+    return made;
+}
+
+std::shared_ptr<Picture> Picture::make(Size size, std::vector<Bitmap> representations) {
+    std::shared_ptr<Picture> picture(new Picture);
     picture->size_ = size;
     for (Bitmap& bitmap : representations) {
         if (!bitmap.isEmpty())

@@ -3,14 +3,17 @@
 #include <memory>
 #include <vector>
 
+#include "cutengine/kernels/MipPyramid.h"
 #include "foundation/Bitmap.h"
 #include "foundation/Geometry.h"
+#include "foundation/Queues.h"
 
 namespace trimora::cutengine {
 
 class Picture;
 using PicturePtr = std::shared_ptr<const Picture>;
 using BitmapPtr = std::shared_ptr<const foundation::Bitmap>;
+using MipPyramidPtr = std::shared_ptr<const kernels::MipPyramid>;
 
 /// A picture that never changes: one or more bitmaps of the same scene, and a size in points.
 ///
@@ -20,13 +23,19 @@ using BitmapPtr = std::shared_ptr<const foundation::Bitmap>;
 class Picture {
  public:
     /// A picture of all these bitmaps; none where the list is empty or only holds empty bitmaps.
-    [[nodiscard]] static PicturePtr create(std::vector<foundation::Bitmap> representations);
+    /// `copies` are those of the only one, where they have been made already.
+    [[nodiscard]] static PicturePtr create(std::vector<foundation::Bitmap> representations,
+                                           kernels::MipPyramid copies = {});
     [[nodiscard]] static PicturePtr create(foundation::Bitmap only);
     [[nodiscard]] static PicturePtr create(BitmapPtr only);
 
     /// A picture of a stated size in points, which may be zero; it may hold no bitmap at all.
     [[nodiscard]] static PicturePtr createSized(foundation::Size size,
                                                 std::vector<foundation::Bitmap> representations);
+
+    /// The picture together with its smaller copies, so that all who draw it small share them: the picture
+    /// itself where it has them, or has no pixels.
+    [[nodiscard]] static PicturePtr withCopies(const PicturePtr& picture, foundation::Workers& workers);
 
     [[nodiscard]] foundation::Size size() const { return size_; }
     /// The size in points truncated to whole pixels.
@@ -46,14 +55,20 @@ class Picture {
         return bestRepresentation(size_.width, size_.height);
     }
 
+    /// That bitmap with its smaller copies; none where nobody has made them.
+    [[nodiscard]] const MipPyramidPtr& copies() const { return copies_; }
+
     Picture(const Picture&) = delete;
     Picture& operator=(const Picture&) = delete;
 
  private:
     Picture() = default;
+    [[nodiscard]] static std::shared_ptr<Picture> make(foundation::Size size,
+                                                       std::vector<foundation::Bitmap> representations);
 
     foundation::Size size_;
     std::vector<BitmapPtr> representations_;
+    MipPyramidPtr copies_;
 };
 
 }  // namespace trimora::cutengine

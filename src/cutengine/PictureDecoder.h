@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "cutengine/kernels/MipPyramid.h"
 #include "foundation/Bitmap.h"
 #include "foundation/Result.h"
 
@@ -15,6 +16,8 @@ struct DecodedPicture {
     std::vector<foundation::Bitmap> representations;
     /// One sentence for the person where something is missing (a truncated file), else empty.
     std::string notice;
+    /// The smaller copies of the only bitmap, where they cost little while it was decoded; else none.
+    kernels::MipPyramid copies = {};
 };
 
 /// Reads picture files; the engine's port to whatever knows the formats.

@@ -69,8 +69,9 @@ void RKImageCutView::setImage(PicturePtr picture) {
     historyTroubleTold_ = false;
     makeLayers();
     painter_.beginDocument(imageLayer_->size());
-    updateMap();
-    clearHistory();
+    // Nobody waits for the mask: until it is there all of the picture shows, as it does then.
+    onSerialQueue([this] { showMask(painter_.rebuildPass()); });
+    recordHistoryState();
     imageFit_ = true;
     correctImagePositionWithFiting(true);
     needsDisplay();
@@ -78,15 +79,15 @@ void RKImageCutView::setImage(PicturePtr picture) {
         drawBackground();
 }
 
-/// Whatever was asked for the picture before is void; a pass that is running ends first, so the next
-/// document begins on a queue at rest.
+/// Whatever was asked for the picture before is void, its history too; a pass that is running ends first, so
+/// the next document begins on a queue at rest.
 void RKImageCutView::discardQueuedWork() {
     painter_.emptyBuffer();
     stroke_.end();
     ++blurRequest_;
     blurPending_ = false;
     ++document_;
-    serial_->sync([] {});
+    serial_->sync([this] { history_.clear(); });
 }
 
 void RKImageCutView::makeLayers() {
@@ -137,7 +138,10 @@ void RKImageCutView::updateMap() {
 }
 
 void RKImageCutView::paintPass() {
-    const auto shown = painter_.paintPass([this] { recordState(); });
+    showMask(painter_.paintPass([this] { recordState(); }));
+}
+
+void RKImageCutView::showMask(const std::optional<MaskPainter::Shown>& shown) {
     if (!shown)
         return;
     maskLayer_->setContents(shown->mask);

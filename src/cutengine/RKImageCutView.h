@@ -217,6 +217,7 @@ class RKImageCutView {
     void discardQueuedWork();
     void makeLayers();
     void paintPass();
+    void showMask(const std::optional<MaskPainter::Shown>& shown);
     void maskChanged(const foundation::IntRect& maskPixels);
     void recordState();
     void stepHistory(HistoryStore::Step step);

@@ -30,13 +30,13 @@ void RKImageCutView::drawRect(MutableBitmapView target, const IntRect& area) {
     scene.backgroundToView = bluredLayer_->toView(bluredLayer_->presentation(now));
     const LayerContents picture = imageLayer_->contents();
     if (const auto* drawable = std::get_if<std::shared_ptr<const DrawablePicture>>(&picture))
-        scene.picture = &(*drawable)->pyramid;
+        scene.picture = (*drawable)->pyramid.get();
     const kernels::MaskSnapshotPtr shownMask = mask();
     scene.mask = shownMask.get();
     const LayerContents behind = bluredLayer_->contents();
     scene.backgroundHidden = bluredLayer_->isHidden() || std::holds_alternative<std::monostate>(behind);
     if (const auto* blurred = std::get_if<std::shared_ptr<const DrawablePicture>>(&behind))
-        scene.background = &(*blurred)->pyramid;
+        scene.background = (*blurred)->pyramid.get();
     else if (const auto* colour = std::get_if<Pixel>(&behind))
         scene.backgroundColour = *colour;
     kernels::renderView(scene, target, area, services_.queues.workers());

@@ -144,6 +144,16 @@ TEST_F(HistoryTest, NewPictureDeletesEveryFileInTheFolder) {
     EXPECT_FALSE(fs::exists(view.historyDirectory() / "stray.txt"));
 }
 
+TEST_F(HistoryTest, FirstStateIsTheUntouchedMaskHoweverSoonAStrokeBegins) {
+    view.setImage(greyPicture(400, 300));
+    stroke({place(0)});
+    EXPECT_EQ(view.historyLength(), 2);
+    EXPECT_EQ(maskAt(place(0)), 0);
+    undo();
+    EXPECT_EQ(view.historyCurrentState(), 0);
+    EXPECT_EQ(maskAt(place(0)), 255);
+}
+
 TEST_F(HistoryTest, FilesArePrivateToTheAccount) {
     EXPECT_EQ(fs::status(view.historyDirectory()).permissions(), fs::perms::owner_all);
     EXPECT_EQ(fs::status(file(0)).permissions(), fs::perms::owner_read | fs::perms::owner_write);

@@ -77,6 +77,25 @@ TEST_F(CutViewTest, NewPictureShowsWhollyAndItsColourPlaneIsTransparent) {
     EXPECT_EQ(colour.pixel(100, 50), foundation::Pixel{});
 }
 
+TEST_F(CutViewTest, NewPictureIsDrawnTheSameBeforeItsMaskIsThere) {
+    const auto frame = [this] {
+        foundation::Bitmap shown = foundation::Bitmap::create(400, 300).value();
+        view.drawRect(shown.view(), shown.view().bounds());
+        return shown;
+    };
+    load(300, 200);
+    stroke({{200, 150}, {230, 150}});
+    const foundation::Bitmap cut = frame();
+    view.setImage(greyPicture(300, 200));
+    time.advance(1);  // until it has come to rest
+    EXPECT_EQ(view.mask(), nullptr);
+    const foundation::Bitmap early = frame();
+    queues.settle();
+    ASSERT_NE(view.mask(), nullptr);
+    EXPECT_TRUE(samePixels(early.view(), frame().view()));
+    EXPECT_FALSE(samePixels(early.view(), cut.view()));
+}
+
 TEST_F(CutViewTest, CommandInBrushModePans) {
     load(800, 600);
     view.flagsChanged({.command = true});

@@ -68,7 +68,7 @@ TEST_F(ResultRowsTest, RoomThatIsLargeEnoughIsKept) {
 TEST_F(ResultRowsTest, LargePicturesBlurIsShownFromItsSmallerCopies) {
     const auto finestOf = [&](int width, int height) {
         auto bitmap = Bitmap::createFilled(width, height, {10, 20, 30, 255}, AlphaMode::opaque);
-        return blurredDrawable(Picture::create(std::move(bitmap).value()), workers_)->pyramid.finestLevel();
+        return blurredDrawable(Picture::create(std::move(bitmap).value()), workers_)->pyramid->finestLevel();
     };
     EXPECT_EQ(finestOf(15'900, 40), 0);
     EXPECT_EQ(finestOf(15'900, 100), 1);

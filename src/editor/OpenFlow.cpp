@@ -66,6 +66,7 @@ LoadedPicture OpenFlow::load(const Services& services, const path& file, Files s
     const auto size = loaded.picture->size();
     loaded.picture = cutengine::resize(loaded.picture, static_cast<int>(size.width),
                                        static_cast<int>(size.height), services.queues.workers());
+    loaded.picture = cutengine::Picture::withCopies(loaded.picture, services.queues.workers());
     if (loaded.picture == nullptr)
         loaded.notice = tr("there is not enough memory for it").toStdString();
     return loaded;

@@ -215,7 +215,9 @@ void PictureFlows::paste() {
     if (!contents.files.empty())
         openFiles(contents.files, false);
     else if (contents.picture != nullptr)
-        askThen([this, picture = std::move(contents.picture)] { showPicture(picture); });
+        askThen([this, picture = std::move(contents.picture)] {
+            showPicture(cutengine::Picture::withCopies(picture, services_.open.queues.workers()));
+        });
 }
 
 }  // namespace trimora::editor

@@ -95,14 +95,16 @@ std::shared_ptr<const DrawablePicture> blurredDrawable(const PicturePtr& picture
     const bool fits = sharp->width() == picture->pixelWidth() && sharp->height() == picture->pixelHeight();
     if (radius < kRadiusThatLeavesNothingFine || !fits)
         return makeDrawable(blurredCopy(picture, workers), workers);
-    auto blurred = std::make_shared<DrawablePicture>();
-    blurred->pyramid = kernels::MipPyramid::buildWithoutBase(
+    kernels::MipPyramid copies = kernels::MipPyramid::buildWithoutBase(
         sharp->width(), sharp->height(), sharp->alphaMode(),
         [&](int firstRow, foundation::MutableBitmapView rows) {
             kernels::discBlurRows(sharp->view(), firstRow, rows, radius, workers);
         },
         workers);
-    return blurred->pyramid.levelCount() > 0 ? blurred : nullptr;
+    if (copies.levelCount() == 0)
+        return nullptr;
+    auto kept = std::make_shared<const kernels::MipPyramid>(std::move(copies));
+    return std::make_shared<const DrawablePicture>(DrawablePicture{nullptr, std::move(kept)});
 }
 
 }  // namespace trimora::cutengine

@@ -15,7 +15,8 @@ LoadedPicture imageFromURL(const std::filesystem::path& file, PictureDecoder& de
     Result<DecodedPicture> decoded = decoder.decode(file);
     if (!decoded)
         return {nullptr, decoded.error().message};
-    return {Picture::create(std::move(decoded->representations)), std::move(decoded->notice)};
+    return {Picture::create(std::move(decoded->representations), std::move(decoded->copies)),
+            std::move(decoded->notice)};
 }
 
 LoadedPicture imageFromURL_async(const std::filesystem::path& file, bool async, PictureDecoder& decoder,
@@ -32,19 +33,17 @@ LoadedPicture imageFromURL_async(const std::filesystem::path& file, bool async, 
 
 namespace {
 
-/// A smaller copy that is still twice as large as wanted: the filter, which looks at every pixel some six
-/// times, then has far fewer to look at. Empty where the bitmap is not large enough for one, or memory is
-/// refused.
-Bitmap reducedFor(foundation::BitmapView bitmap, int width, int height, foundation::Workers& workers) {
-    constexpr int kLevelsAtMost = 20;
+/// A smaller copy of the bitmap that is still twice as large as wanted, where the picture has one: the
+/// filter, which looks at every pixel some six times, then has far fewer to look at.
+foundation::BitmapView reducedFor(const Picture& picture, const Bitmap& bitmap, int width, int height) {
+    const MipPyramidPtr& copies = picture.copies();
+    if (!copies || copies->level(0).pixels != bitmap.view().pixels)
+        return bitmap.view();
     int level = 0;
-    while (level < kLevelsAtMost && bitmap.width >> (level + 2) >= width &&
-           bitmap.height >> (level + 2) >= height)
+    while (level + 1 < copies->levelCount() && bitmap.width() >> (level + 2) >= width &&
+           bitmap.height() >> (level + 2) >= height)
         ++level;
-    if (level == 0)
-        return {};
-    Result<Bitmap> reduced = kernels::mipLevel(bitmap, level, workers);
-    return reduced ? std::move(*reduced) : Bitmap();
+    return copies->level(level);
 }
 
 }  // namespace
@@ -66,18 +65,16 @@ PicturePtr resize(const PicturePtr& picture, int width, int height, foundation::
         foundation::log::warning("no scaled picture: %s", scaled.error().message.c_str());
         return nullptr;
     }
-    const Bitmap reduced = reducedFor(best->view(), width, height, workers);
-    kernels::resample(reduced.isEmpty() ? best->view() : reduced.view(), scaled->view(), workers);
+    kernels::resample(reducedFor(*picture, *best, width, height), scaled->view(), workers);
     return Picture::create(std::move(*scaled));
 }
 
-std::shared_ptr<const DrawablePicture> makeDrawable(PicturePtr picture, foundation::Workers& workers) {
+std::shared_ptr<const DrawablePicture> makeDrawable(const PicturePtr& picture, foundation::Workers& workers) {
     if (!picture || !picture->isValid())
         return nullptr;
-    auto drawable = std::make_shared<DrawablePicture>();
-    drawable->pyramid = kernels::MipPyramid::build(picture->bestRepresentation()->view(), workers);
-    drawable->picture = std::move(picture);
-    return drawable;
+    PicturePtr ready = Picture::withCopies(picture, workers);
+    MipPyramidPtr copies = ready->copies();
+    return std::make_shared<const DrawablePicture>(DrawablePicture{std::move(ready), std::move(copies)});
 }
 
 }  // namespace trimora::cutengine

@@ -36,13 +36,14 @@ struct Patience {
                                                PictureDecoder& decoder, const Patience& patience);
 
 /// The whole picture as one bitmap of the given size in pixels, scaled in high quality. A picture that
-/// is so already is returned itself. None, and the line "Invalid Image" in the log, where the picture
-/// is none or holds no pixels; none where there is no memory.
+/// is so already is returned itself; one that has its smaller copies is scaled from the nearest. None, and
+/// the line "Invalid Image" in the log, where the picture is none or holds no pixels; none where there is no
+/// memory.
 [[nodiscard]] PicturePtr resize(const PicturePtr& picture, int width, int height,
                                 foundation::Workers& workers);
 
 /// The picture with its smaller copies, ready to be drawn; none for none.
-[[nodiscard]] std::shared_ptr<const DrawablePicture> makeDrawable(PicturePtr picture,
+[[nodiscard]] std::shared_ptr<const DrawablePicture> makeDrawable(const PicturePtr& picture,
                                                                   foundation::Workers& workers);
 
 }  // namespace trimora::cutengine

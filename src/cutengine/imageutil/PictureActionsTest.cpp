@@ -24,10 +24,14 @@ class ScriptedDecoder final : public PictureDecoder {
         DecodedPicture decoded;
         for (const auto& [width, height] : sizes)
             decoded.representations.push_back(Bitmap::createFilled(width, height, {1, 2, 3, 255}).value());
+        foundation::InlineWorkers here;
+        if (withCopies)
+            decoded.copies = kernels::MipPyramid::build(decoded.representations[0].view(), here);
         return decoded;
     }
     int calls = 0;
     int failures = 0;
+    bool withCopies = false;
     std::vector<std::pair<int, int>> sizes{{4, 3}};
 };
 
@@ -116,6 +120,46 @@ TEST_F(PictureActionsTest, ResizedPictureIsOpaqueWhereItsSourceIs) {
         Picture::create(Bitmap::createFilled(4, 3, {1, 2, 3, 255}, foundation::AlphaMode::opaque).value());
     EXPECT_EQ(resize(opaque, 8, 6, workers)->bestRepresentation()->alphaMode(),
               foundation::AlphaMode::opaque);
+}
+
+TEST_F(PictureActionsTest, PictureIsGivenItsSmallerCopiesOnce) {
+    decoder.sizes = {{40, 30}};
+    const PicturePtr loaded = imageFromURL("x", decoder).picture;
+    EXPECT_EQ(loaded->copies(), nullptr);
+    const PicturePtr ready = Picture::withCopies(loaded, workers);
+    EXPECT_EQ(ready->size(), loaded->size());
+    EXPECT_EQ(ready->bestRepresentation(), loaded->bestRepresentation());
+    EXPECT_EQ(ready->copies()->level(0).pixels, loaded->bestRepresentation()->view().pixels);
+    EXPECT_EQ(Picture::withCopies(ready, workers), ready);
+    EXPECT_EQ(makeDrawable(ready, workers)->pyramid, ready->copies());
+    EXPECT_EQ(Picture::withCopies(nullptr, workers), nullptr);
+}
+
+TEST_F(PictureActionsTest, CopiesThatComeWithAPictureAreKept) {
+    decoder.sizes = {{40, 30}};
+    decoder.withCopies = true;
+    const PicturePtr loaded = imageFromURL("x", decoder).picture;
+    ASSERT_NE(loaded->copies(), nullptr);
+    EXPECT_EQ(loaded->copies()->level(0).pixels, loaded->bestRepresentation()->view().pixels);
+    EXPECT_EQ(Picture::withCopies(loaded, workers), loaded);
+}
+
+TEST_F(PictureActionsTest, SmallPictureIsScaledFromACopyThatIsStillTwiceAsLarge) {
+    const Bitmap stripes = [] {
+        Bitmap made = Bitmap::createFilled(64, 64, {0, 0, 0, 255}).value();
+        for (int y = 0; y < 64; y += 2)
+            copyPixels(Bitmap::createFilled(64, 1, {255, 255, 255, 255})->view(),
+                       subview(made.view(), {0, y, 64, 1}));
+        return made;
+    }();
+    const PicturePtr plain = Picture::create(stripes.clone().value());
+    const PicturePtr ready = Picture::withCopies(plain, workers);
+    const auto grey = [&](int side) {
+        return resize(ready, side, side, workers)->bestRepresentation()->pixel(side / 2, side / 2).red;
+    };
+    EXPECT_EQ(grey(32), resize(plain, 32, 32, workers)->bestRepresentation()->pixel(16, 16).red);
+    EXPECT_EQ(grey(16), 128) << "the mean of a white and a black row";
+    EXPECT_EQ(grey(1), 128);
 }
 
 TEST_F(PictureActionsTest, NothingIsMadeOfAPictureWithoutPixels) {

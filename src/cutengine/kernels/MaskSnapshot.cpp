@@ -240,4 +240,16 @@ MaskSnapshotPtr MaskSnapshotter::take(BitmapView plane, const IntRect& changed) 
     return last_;
 }
 
+MaskSnapshotPtr MaskSnapshotter::takeFilled(int width, int height, std::uint8_t alpha) {
+    const auto tile = std::allocate_shared<Tile>(TileAllocator<Tile>());
+    tile->alpha.fill(alpha);
+    sumUpRows(*tile, 0, kTileSide);
+    const auto made = std::make_shared<MaskSnapshot>();
+    made->levels_ = emptyLevels(width, height);
+    for (Level& level : made->levels_)
+        std::fill(level.tiles.begin(), level.tiles.end(), tile);
+    last_ = made;
+    return last_;
+}
+
 }  // namespace trimora::cutengine::kernels

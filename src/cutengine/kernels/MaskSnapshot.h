@@ -66,6 +66,9 @@ class MaskSnapshotter {
     /// here (top row first); a plane of another size is read whole whatever it says.
     [[nodiscard]] MaskSnapshotPtr take(foundation::BitmapView plane, const foundation::IntRect& changed);
 
+    /// A plane that has just been filled with one alpha, without reading it: all tiles are one.
+    [[nodiscard]] MaskSnapshotPtr takeFilled(int width, int height, std::uint8_t alpha);
+
     /// Forgets the last snapshot: the next one is read whole.
     void reset() { last_.reset(); }
 

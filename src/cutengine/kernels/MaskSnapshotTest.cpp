@@ -111,6 +111,22 @@ void expectRowsSummedUp(const MaskSnapshot& snapshot) {
     }
 }
 
+TEST(MaskSnapshot, OfAFilledPlaneIsThatOfReadingItAndSoAreThoseThatFollow) {
+    auto random = testing::seededGenerator();
+    for (const std::uint8_t alpha : {0, 77, 255}) {
+        Bitmap plane = Bitmap::createFilled(300, 200, {0, 0, 0, alpha}).value();
+        MaskSnapshotter snapshotter;
+        const MaskSnapshotPtr filled = snapshotter.takeFilled(300, 200, alpha);
+        expectTrueToPlane(*filled, plane);
+        expectRowsSummedUp(*filled);
+        scribble(plane, {120, 90, 30, 40}, random);
+        const MaskSnapshotPtr changed = snapshotter.take(plane.view(), {120, 90, 30, 40});
+        expectTrueToPlane(*changed, plane);
+        expectRowsSummedUp(*changed);
+        EXPECT_EQ(filled->levels()[0].alphaAt(130, 100), alpha);
+    }
+}
+
 TEST(MaskSnapshot, saysOfEveryRowOfATileWhetherItIsOfOneValue) {
     auto random = testing::seededGenerator();
     Bitmap plane = std::move(Bitmap::createFilled(300, 411, Pixel{0, 0, 0, 255})).value();

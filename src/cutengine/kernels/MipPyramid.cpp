@@ -1,11 +1,10 @@
 #include "cutengine/kernels/MipPyramid.h"
 
 #include <algorithm>
-#include <array>
 #include <utility>
-#include <vector>
 
 #include "cutengine/kernels/HalfRow.h"
+#include "cutengine/kernels/MipBands.h"
 #include "foundation/Log.h"
 
 namespace trimora::cutengine::kernels {
@@ -30,62 +29,20 @@ void halve(BitmapView from, MutableBitmapView to, foundation::Workers& workers) 
     });
 }
 
-int sideOf(int side, int level) {
-    return std::max(1, (side + (1 << level) - 1) >> level);
-}
-
-/// Makes rows of a level out of the rows of level 0 that they cover. One a band of rows.
-class LevelRows {
- public:
-    explicit LevelRows(BitmapView base) : base_(base) {}
-
-    void make(int level, int y, std::uint8_t* to) {
-        const int above = level - 1;
-        const std::uint8_t* const top = row(above, 2 * y, 0);
-        const std::uint8_t* const bottom =
-            row(above, std::min(2 * y + 1, sideOf(base_.height, above) - 1), 1);
-        halveRows(top, bottom, sideOf(base_.width, above), to);
-    }
-
- private:
-    const std::uint8_t* row(int level, int y, std::size_t slot) {
-        if (level == 0)
-            return base_.row(y);
-        const auto room = static_cast<std::size_t>(level);
-        if (rooms_.size() <= room)
-            rooms_.resize(room + 1);
-        std::vector<std::uint8_t>& made = rooms_[room][slot];
-        made.resize(std::size_t{4} * static_cast<std::size_t>(sideOf(base_.width, level)));
-        std::uint8_t* const to = made.data();
-        make(level, y, to);
-        return to;
-    }
-
-    BitmapView base_;
-    std::vector<std::array<std::vector<std::uint8_t>, 2>> rooms_;  // two rows of each level between
-};
-
 }  // namespace
 
-foundation::Result<Bitmap> mipLevel(BitmapView base, int index, foundation::Workers& workers) {
-    auto level = Bitmap::create(sideOf(base.width, index), sideOf(base.height, index), base.alphaMode);
-    if (!level)
-        return level;
-    const int bands = std::min(level->height(), 4 * workers.width());
-    workers.run(bands, [&](int band) {
-        const auto top = [&](int i) { return static_cast<int>(std::int64_t{i} * level->height() / bands); };
-        LevelRows rows(base);
-        for (int y = top(band); y < top(band + 1); ++y)
-            rows.make(index, y, level->row(y));
-    });
-    return level;
-}
-
 MipPyramid MipPyramid::build(BitmapView base, foundation::Workers& workers) {
-    MipPyramid made;
-    made.base_ = base;
-    made.addSmaller(workers);
-    return made;
+    MipBands bands(base);
+    const int steps = (base.height + MipBands::kStep - 1) / MipBands::kStep;
+    const int shares = std::clamp(base.height / kSmallestBand, 1, 4 * workers.width());
+    workers.run(shares, [&](int share) {
+        const auto top = [&](int index) {
+            const auto step = static_cast<int>(std::int64_t{index} * steps / shares);
+            return std::min(step * MipBands::kStep, base.height);
+        };
+        bands.add(top(share), top(share + 1));
+    });
+    return std::move(bands).finished(workers);
 }
 
 MipPyramid MipPyramid::buildWithoutBase(int width, int height, foundation::AlphaMode alphaMode,
@@ -107,20 +64,26 @@ MipPyramid MipPyramid::buildWithoutBase(int width, int height, foundation::Alpha
     return pyramid;
 }
 
-/// Each further level, down to one pixel.
 void MipPyramid::addSmaller(foundation::Workers& workers) {
-    BitmapView last = smaller_.empty() ? base_ : smaller_.back().view();
-    while (last.width > 1 || last.height > 1) {
-        auto next = Bitmap::create((last.width + 1) / 2, (last.height + 1) / 2, base_.alphaMode);
-        if (!next) {
-            foundation::log::warning("smaller copies of a picture are missing: %s",
-                                     next.error().message.c_str());
-            break;
-        }
-        halve(last, next->view(), workers);
-        smaller_.push_back(std::move(next).value());
-        last = smaller_.back().view();
+    for (BitmapView last = smallest(); addLevel(); last = smallest())
+        halve(last, smaller_.back().view(), workers);
+}
+
+BitmapView MipPyramid::smallest() const {
+    return smaller_.empty() ? base_ : smaller_.back().view();
+}
+
+bool MipPyramid::addLevel() {
+    const BitmapView last = smallest();
+    if (last.width <= 1 && last.height <= 1)
+        return false;
+    auto next = Bitmap::create((last.width + 1) / 2, (last.height + 1) / 2, base_.alphaMode);
+    if (!next) {
+        foundation::log::warning("smaller copies of a picture are missing: %s", next.error().message.c_str());
+        return false;
     }
+    smaller_.push_back(std::move(next).value());
+    return true;
 }
 
 }  // namespace trimora::cutengine::kernels

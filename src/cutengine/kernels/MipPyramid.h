@@ -5,7 +5,6 @@
 
 #include "foundation/Bitmap.h"
 #include "foundation/Queues.h"
-#include "foundation/Result.h"
 
 namespace trimora::cutengine::kernels {
 
@@ -41,14 +40,16 @@ class MipPyramid {
     }
 
  private:
+    friend class MipBands;
+
+    /// Each further level, down to one pixel.
     void addSmaller(foundation::Workers& workers);
+    /// Makes room for the next level; false after the last, and where memory is refused.
+    bool addLevel();
+    [[nodiscard]] foundation::BitmapView smallest() const;
 
     foundation::BitmapView base_;
     std::vector<foundation::Bitmap> smaller_;
 };
-
-/// Level `index` (1 or more) of the picture's pyramid alone, made through a few rows of the levels before it.
-[[nodiscard]] foundation::Result<foundation::Bitmap> mipLevel(foundation::BitmapView base, int index,
-                                                              foundation::Workers& workers);
 
 }  // namespace trimora::cutengine::kernels

@@ -2,7 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <utility>
+#include <vector>
+
 #include "cutengine/kernels/EveryInstructionSet.h"
+#include "cutengine/kernels/MipBands.h"
 #include "cutengine/kernels/RandomPicture.h"
 #include "foundation/ThreadQueues.h"
 #include "testing/Seed.h"
@@ -78,6 +83,58 @@ TEST(MipPyramid, AnyNumberOfWorkersGivesTheSameLevels) {
     }
 }
 
+TEST(MipPyramid, IsTheSameFromBandsInAnyOrderOnEveryInstructionSet) {
+    auto random = testing::seededGenerator();
+    for (int round = 0; round < 8; ++round) {
+        const Bitmap picture =
+            randomPicture(random, randomBetween(random, 1, 90), randomBetween(random, 1, 200));
+        std::vector<std::pair<int, int>> bands;
+        for (int y = 0; y < picture.height();) {
+            const int steps = randomBetween(random, 1, 5);
+            bands.emplace_back(y, std::min(y + steps * MipBands::kStep, picture.height()));
+            y = bands.back().second;
+        }
+        std::shuffle(bands.begin(), bands.end(), random);
+        onEveryInstructionSet([&] {
+            InlineWorkers workers;
+            MipBands made(picture.view());
+            for (const auto& [first, end] : bands)
+                made.add(first, end);
+            expectPlainMeans(std::move(made).finished(workers));
+        });
+    }
+}
+
+TEST(MipPyramid, IsTheSameFromRowsThatAreTakenFromElsewhereOnEveryInstructionSet) {
+    auto random = testing::seededGenerator();
+    for (int round = 0; round < 8; ++round) {
+        const Bitmap picture =
+            randomPicture(random, randomBetween(random, 1, 200), randomBetween(random, 1, 90));
+        const int width = picture.width();
+        onEveryInstructionSet([&] {
+            InlineWorkers workers;
+            Bitmap base = Bitmap::create(width, picture.height()).value();
+            MipBands made(base.view());
+            for (int y = 0; y < picture.height(); y += 16)
+                made.take(subview(picture.view(), {0, y, width, 16}), y, base.view());
+            EXPECT_TRUE(samePixels(base.view(), picture.view()));
+            expectPlainMeans(std::move(made).finished(workers));
+        });
+    }
+}
+
+TEST(MipPyramid, BandIsMadeAnewWithItsRows) {
+    auto random = testing::seededGenerator();
+    InlineWorkers workers;
+    Bitmap picture = randomPicture(random, 40, 50);
+    MipBands bands(picture.view());
+    bands.add(0, 50);
+    picture.fill({9, 8, 7, 255});
+    bands.add(24, 50);
+    bands.add(0, 24);
+    expectPlainMeans(std::move(bands).finished(workers));
+}
+
 TEST(MipPyramid, FirstLevelIsThePictureItselfAndOpacityIsKept) {
     auto random = testing::seededGenerator();
     InlineWorkers workers;
@@ -123,22 +180,6 @@ TEST(MipPyramid, CopiesOfAPictureThatIsNowhereWholeAreTheSame) {
         for (int index = 1; index < whole.levelCount(); ++index)
             EXPECT_TRUE(samePixels(pyramid.level(index), whole.level(index))) << index;
         EXPECT_EQ(pyramid.levelCount(), std::max(whole.levelCount(), 2));
-    }
-}
-
-TEST(MipPyramid, OneLevelMadeAloneIsThatOfThePyramid) {
-    auto random = testing::seededGenerator();
-    foundation::ThreadWorkers workers(2);
-    for (int round = 0; round < 12; ++round) {
-        const Bitmap picture =
-            randomPicture(random, randomBetween(random, 1, 300), randomBetween(random, 1, 300));
-        const MipPyramid pyramid = MipPyramid::build(picture.view(), workers);
-        for (int index = 1; index < pyramid.levelCount(); ++index) {
-            const auto level = mipLevel(picture.view(), index, workers);
-            ASSERT_TRUE(level);
-            EXPECT_TRUE(samePixels(level->view(), pyramid.level(index)))
-                << index << " of " << picture.width() << " x " << picture.height();
-        }
     }
 }
 

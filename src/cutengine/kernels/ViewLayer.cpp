@@ -42,16 +42,6 @@ Cover coverOfShares(const float* shares, int count) {
     return all(0) ? Cover::none : Cover::mixed;
 }
 
-/// What two things leave that both hide a part of a layer. Without branches, as it is asked for every block
-/// of every row.
-Cover both(Cover a, Cover b) {
-    constexpr unsigned kShown = static_cast<unsigned>(Cover::whole);
-    constexpr unsigned kHidden = static_cast<unsigned>(Cover::none);
-    const unsigned shown = static_cast<unsigned>(a) & static_cast<unsigned>(b) & kShown;
-    const unsigned hidden = static_cast<unsigned>(a | b) & kHidden;
-    return static_cast<Cover>(shown | hidden);
-}
-
 }  // namespace
 
 ViewLayer::ViewLayer(const ViewLayerSource& source)
@@ -73,15 +63,15 @@ ViewLayer::ViewLayer(const ViewLayerSource& source)
 
 void ViewLayer::moveToColumns(int x, int width) {
     rowCoverage_ = 0;
-    covers_.fill(Cover::none);
+    covers_ = {};
     if (!drawable_)
         return;
     for (int i = 0; i < width; ++i)
         columnCoverage_[static_cast<std::size_t>(i)] = source_.across.coverageOf(x + i);
-    columnCovers_.fill(Cover::none);
+    columnCovers_ = {};
     for (int block = 0; block < width / kViewBlockWidth; ++block)
-        columnCovers_[static_cast<std::size_t>(block)] =
-            coverOfShares(columnCoverage_.data() + block * kViewBlockWidth, kViewBlockWidth);
+        columnCovers_.set(block, block + 1,
+                          coverOfShares(columnCoverage_.data() + block * kViewBlockWidth, kViewBlockWidth));
     if (plane_)
         plane_->moveToColumns(x, width);
     if (mask_)
@@ -105,16 +95,12 @@ void ViewLayer::moveToRow(int y) {
 }
 
 void ViewLayer::findCovers() {
-    if (rowCoverage_ == 0) {
-        covers_.fill(Cover::none);
+    covers_ = {};
+    if (rowCoverage_ == 0)
         return;
-    }
-    covers_.fill(Cover::whole);
+    covers_ = columnCovers_ & BlockCovers::allOf(rowCoverage_ == 1 ? Cover::whole : Cover::mixed);
     if (mask_)
-        covers_ = mask_->covers();
-    const Cover row = rowCoverage_ == 1 ? Cover::whole : Cover::mixed;
-    for (std::size_t block = 0; block < covers_.size(); ++block)
-        covers_[block] = both(both(covers_[block], columnCovers_[block]), row);
+        covers_ = covers_ & mask_->covers();
 }
 
 void ViewLayer::sample(int begin, int end, Sample* to) {

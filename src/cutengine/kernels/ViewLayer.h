@@ -30,7 +30,9 @@ class ViewLayer {
     void moveToRow(int y);
 
     /// How much of the layer shows over one block of the row; alpha of its pixels does not count.
-    [[nodiscard]] Cover coverOf(int block) const { return covers_[static_cast<std::size_t>(block)]; }
+    [[nodiscard]] Cover coverOf(int block) const { return covers_.of(block); }
+    /// The first block after `block`, `end` at the latest, over which more or less of it shows.
+    [[nodiscard]] int endOfRun(int block, int end) const { return covers_.endOfRun(block, end); }
 
     /// Whether the layer hides everything below it where it shows wholly.
     [[nodiscard]] bool isOpaque() const { return opaque_; }

@@ -13,13 +13,6 @@ float real(Share weight) {
 
 }  // namespace
 
-BlockCovers ViewMask::covers() const {
-    BlockCovers both;
-    for (std::size_t block = 0; block < both.size(); ++block)
-        both[block] = top_->covers[block] | bottom_->covers[block];
-    return both;
-}
-
 void ViewMask::moveToColumns(int x, int width) {
     blocks_ = width / kViewBlockWidth;
     row_ = -1;
@@ -84,7 +77,7 @@ const ViewMask::Line* ViewMask::lineOf(int row) {
 }
 
 void ViewMask::findCovers(Line& line) const {
-    line.covers.fill(Cover::mixed);
+    line.covers = BlockCovers::allOf(Cover::mixed);
     for (int block = 0; block < blocks_;) {
         const int first = firstColumnOf(block);
         const std::uint8_t value = line.values[static_cast<std::size_t>(first)];
@@ -94,8 +87,9 @@ void ViewMask::findCovers(Line& line) const {
         }
         const int end = endOfEqual(line, first);
         const int decided = blocksBefore_[static_cast<std::size_t>(end)];
-        for (; block < decided; ++block)
-            line.covers[static_cast<std::size_t>(block)] = value == 0 ? Cover::none : Cover::whole;
+        if (block < decided)
+            line.covers.set(block, decided, value == 0 ? Cover::none : Cover::whole);
+        block = std::max(block, decided);
         if (block < blocks_ && firstColumnOf(block) < end)
             ++block;
     }

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
+#include <bit>
+#include <cstdint>
 #include <vector>
 
 #include "cutengine/kernels/MaskSnapshot.h"
@@ -12,13 +15,43 @@ namespace trimora::cutengine::kernels {
 /// How much of a layer shows over some pixels: a bit for some that show, and one for some that do not.
 enum class Cover : std::uint8_t { none = 1, whole = 2, mixed = 3 };
 
-/// What shows over two lots of pixels together.
-[[nodiscard]] constexpr Cover operator|(Cover a, Cover b) {
-    return static_cast<Cover>(static_cast<std::uint8_t>(a) | static_cast<std::uint8_t>(b));
-}
+/// The covers of all blocks of a strip: a bit for each block, the first the lowest.
+struct BlockCovers {
+    std::uint64_t shown = 0;
+    std::uint64_t hidden = ~std::uint64_t{0};
+    static_assert(kViewStripWidth / kViewBlockWidth == 64);
 
-/// One for each block of a strip.
-using BlockCovers = std::array<Cover, kViewStripWidth / kViewBlockWidth>;
+    static constexpr BlockCovers allOf(Cover cover) {
+        const auto bits = static_cast<unsigned>(cover);
+        return {bits & 2 ? ~std::uint64_t{0} : 0, bits & 1 ? ~std::uint64_t{0} : 0};
+    }
+
+    [[nodiscard]] Cover of(int block) const {
+        return static_cast<Cover>((shown >> block & 1) << 1 | (hidden >> block & 1));
+    }
+    /// Says of blocks `begin` to `end`, at least one, how they are covered.
+    void set(int begin, int end, Cover cover) {
+        const std::uint64_t blocks = (end < 64 ? std::uint64_t{1} << end : 0) - (std::uint64_t{1} << begin);
+        const BlockCovers all = allOf(cover);
+        shown = (shown & ~blocks) | (all.shown & blocks);
+        hidden = (hidden & ~blocks) | (all.hidden & blocks);
+    }
+    /// The first block after `block`, `end` at the latest, that is covered otherwise.
+    [[nodiscard]] int endOfRun(int block, int end) const {
+        const BlockCovers same = allOf(of(block));
+        const std::uint64_t others = ((shown ^ same.shown) | (hidden ^ same.hidden)) >> block;
+        return others == 0 ? end : std::min(end, block + std::countr_zero(others));
+    }
+
+    /// What shows over two lots of pixels together.
+    friend BlockCovers operator|(const BlockCovers& a, const BlockCovers& b) {
+        return {a.shown | b.shown, a.hidden | b.hidden};
+    }
+    /// What two things leave that both hide a part of a layer.
+    friend BlockCovers operator&(const BlockCovers& a, const BlockCovers& b) {
+        return {a.shown & b.shown, a.hidden | b.hidden};
+    }
+};
 
 /// A mask laid on the screen, sampled row by row over one strip of columns. The level is borrowed.
 class ViewMask {
@@ -33,7 +66,7 @@ class ViewMask {
     bool moveToRow(int y);
 
     /// What the mask leaves of each block of the row. Mixed where in doubt.
-    [[nodiscard]] BlockCovers covers() const;
+    [[nodiscard]] BlockCovers covers() const { return top_->covers | bottom_->covers; }
 
     /// What shows of each sample of blocks `begin` to `end` of the row: the mask, interpolated, times
     /// `columnCoverage` of the pixel (counted from the strip's left edge) and `rowCoverage`, 0 to 1.
@@ -45,7 +78,7 @@ class ViewMask {
         int row = -1;
         std::vector<std::uint8_t> values;
         std::vector<std::uint8_t> tiles;  ///< what each tile says of the row
-        BlockCovers covers{};
+        BlockCovers covers;
     };
 
     const Line* lineOf(int row);

@@ -143,9 +143,7 @@ class BandRenderer {
     static void forEachRun(const ViewLayer& layer, int begin, int end, const Draw& draw) {
         while (begin < end) {
             const Cover cover = layer.coverOf(begin);
-            int stop = begin + 1;
-            while (stop < end && layer.coverOf(stop) == cover)
-                ++stop;
+            const int stop = layer.endOfRun(begin, end);
             draw(begin, stop, cover);
             begin = stop;
         }
