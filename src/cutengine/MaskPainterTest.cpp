@@ -99,7 +99,7 @@ TEST_F(MaskPainterTest, PassShowsOnceHoweverManyStampsItPaintedAndOnlyIfAny) {
 
 TEST_F(MaskPainterTest, LoadedMaskOfAnotherSizeIsStretchedOverThePlane) {
     painter.beginDocument({40, 40});
-    painter.setNewContextImage(Bitmap::createFilled(10, 10, {0, 0, 0, 77}).value());
+    painter.setNewContextImage({Bitmap::createFilled(10, 10, {0, 0, 0, 77}).value()});
     pass();
     EXPECT_EQ(painter.bitmapContext().pixel(20, 20), (Pixel{0, 0, 0, 77}));
     EXPECT_EQ(painter.bitmapContext().width(), 40);

@@ -1,63 +1,319 @@
 #include "cutengine/kernels/RunInflate.h"
 
 #include <algorithm>
-#include <utility>
+#include <array>
+#include <cstddef>
+
+#include "cutengine/kernels/DeflateBlock.h"
+#include "cutengine/kernels/RunDeflate.h"
 
 namespace trimora::cutengine::kernels {
 namespace {
 
-constexpr std::size_t kHead = 2;
-constexpr std::size_t kChecksum = 4;
+constexpr int kLookBits = RunDeflate::kLongestCode;
+constexpr std::size_t kLooks = std::size_t{1} << kLookBits;
+constexpr std::uint32_t kOneByteBefore = 1;
+constexpr std::uint32_t kOnePixelBefore = 4;
 
-// Without head and checksum, and with what BitReader wants to be there beyond it.
-std::vector<std::uint8_t> bodyOf(std::vector<std::uint8_t> stream) {
-    const std::size_t size = std::max(stream.size(), kHead + kChecksum) - kHead - kChecksum;
-    stream.erase(stream.begin(),
-                 stream.begin() + static_cast<std::ptrdiff_t>(std::min(stream.size(), kHead)));
-    stream.resize(size);
-    stream.resize(size + BitReader::kSlack, 0);
-    return stream;
-}
+// What the bits that come next mean: one symbol.
+struct Symbol {
+    enum Kind : std::uint8_t { none, byte, length, end };
+    std::uint16_t value = 0;  // the byte, or the least of the lengths
+    std::uint8_t bits = 0;
+    std::uint8_t extraBits = 0;  // that follow a length, before its distance
+    Kind kind = none;
+};
+
+// What they mean together, as far as a look goes, where that is usual: zeros, and a byte after them.
+struct Step {
+    static constexpr std::size_t kMuch = 31;
+
+    std::uint16_t zeros = 0;
+    std::uint8_t value = 0;   // 0 where there is no byte
+    std::uint8_t bits = 0;    // 0 where what comes is not usual
+    std::uint8_t onlyIf = 0;  // bit k: the byte k + 1 before must be 0
+    std::uint8_t moved = 0;   // how many bytes these are, kMuch at most
+    // Where the zeros end with a match of which the look tells no more than the symbol: how many bits come
+    // after it. They are a number of further zeros, and the distance, which must be 0.
+    std::uint8_t restBits = 0;
+    std::uint8_t pixels = 0;  // or, instead of all that: so many pixels like the one before
+
+    [[nodiscard]] std::uint64_t restMask() const { return (std::uint64_t{1} << restBits) - 1; }
+};
+
+// Bytes before, where only the last of them is not 0: a pixel that repeats it differs in its last byte alone.
+constexpr std::uint32_t kPixelBefore = 0b1111;
+constexpr std::uint32_t kOnlyItsLast = 0b0001;
+
+class Looks {
+ public:
+    explicit Looks(const HuffmanCode& code) : code_(code) {
+        for (std::size_t symbol = 0; symbol < code.lengths.size(); ++symbol) {
+            if (code.lengths[symbol] > 0)
+                addSymbol(symbol);
+        }
+        if (code.lengths[0] > 0)
+            addZeros({code.bits[0], code.lengths[0]}, {.zeros = 1});
+        addZeros({}, {.onlyIf = 0b0001});
+        for (std::size_t symbol = kEndOfBlock + 1; symbol < code.lengths.size(); ++symbol) {
+            if (code.lengths[symbol] > 0)
+                addPixels(symbol);
+        }
+    }
+
+    [[nodiscard]] Symbol symbol(std::uint64_t bits) const { return symbols_[bits % kLooks]; }
+    [[nodiscard]] const Step& step(std::uint64_t bits) const { return steps_[bits % kLooks]; }
+
+ private:
+    [[nodiscard]] BitString codeOf(std::size_t symbol) const {
+        return {code_.bits[symbol], code_.lengths[symbol]};
+    }
+    static BitString joined(BitString first, BitString second) {
+        return {first.bits | second.bits << first.count, first.count + second.count};
+    }
+
+    // What is meant wherever the look begins so; not where it begins with more than a look.
+    template <typename Meaning>
+    static void fill(std::array<Meaning, kLooks>& looks, BitString begin, const Meaning& meaning) {
+        for (std::size_t look = begin.bits; begin.count <= kLookBits && look < kLooks;
+             look += std::size_t{1} << begin.count)
+            looks[look] = meaning;
+    }
+    void addStep(BitString begin, Step step) {
+        step.bits = static_cast<std::uint8_t>(begin.count);
+        step.moved = static_cast<std::uint8_t>(
+            std::min<std::size_t>(step.zeros + (step.value > 0 ? 1U : 0U), Step::kMuch));
+        fill(steps_, begin, step);
+    }
+
+    void addSymbol(std::size_t symbol) {
+        const std::uint8_t bits = code_.lengths[symbol];
+        if (symbol > kEndOfBlock) {
+            fill(symbols_, codeOf(symbol),
+                 {static_cast<std::uint16_t>(MatchPart::leastLength(symbol)), bits,
+                  static_cast<std::uint8_t>(MatchPart::extraBitsOf(symbol)), Symbol::length});
+        } else if (symbol == kEndOfBlock) {
+            fill(symbols_, codeOf(symbol), {0, bits, 0, Symbol::end});
+        } else {
+            fill(symbols_, codeOf(symbol), {static_cast<std::uint16_t>(symbol), bits, 0, Symbol::byte});
+            const auto value = static_cast<std::uint8_t>(symbol);
+            addStep(codeOf(symbol), value == 0 ? Step{.zeros = 1} : Step{.value = value});
+        }
+    }
+
+    // Matches that repeat a zero, after what comes first.
+    void addZeros(BitString begin, Step step) {
+        const std::uint16_t before = step.zeros;
+        for (std::size_t symbol = kEndOfBlock + 1; symbol < code_.lengths.size(); ++symbol) {
+            if (code_.lengths[symbol] == 0)
+                continue;
+            step.zeros = static_cast<std::uint16_t>(before + MatchPart::leastLength(symbol));
+            step.restBits = static_cast<std::uint8_t>(MatchPart::extraBitsOf(symbol) + 1);
+            addStep(joined(begin, codeOf(symbol)), step);
+        }
+        constexpr std::size_t kLongest = kLiteralSymbols - 1;
+        if (code_.lengths.size() <= kLongest || code_.lengths[kLongest] == 0)
+            return;
+        const BitString longest = joined(codeOf(kLongest), {0, 1});
+        step.zeros = before;
+        step.restBits = 0;
+        while (begin.count + longest.count <= kLookBits) {
+            begin = joined(begin, longest);
+            step.zeros = static_cast<std::uint16_t>(step.zeros + kLongestMatch);
+            addStep(begin, step);
+        }
+    }
+
+    // Matches that repeat a pixel, or all of it but for its last byte, which comes then.
+    void addPixels(std::size_t symbol) {
+        const int extraBits = MatchPart::extraBitsOf(symbol);
+        for (std::uint32_t extra = 0; extra >> extraBits == 0; ++extra) {
+            const BitString match =
+                joined(codeOf(symbol), {extra | std::uint64_t{1} << extraBits, extraBits + 1});
+            const std::uint32_t length = MatchPart::leastLength(symbol) + extra;
+            if (length % kOnePixelBefore == 0)
+                addStep(match, {.pixels = static_cast<std::uint8_t>(length / kOnePixelBefore)});
+            else if (length == kShortestMatch)
+                addStep(match, {.zeros = kShortestMatch, .onlyIf = 0b1110});
+            else
+                fill(steps_, match, Step{});
+            for (std::size_t byte = 1; length == kShortestMatch && byte < kEndOfBlock; ++byte) {
+                if (code_.lengths[byte] > 0)
+                    addStep(joined(match, codeOf(byte)), {.zeros = kShortestMatch,
+                                                          .value = static_cast<std::uint8_t>(byte),
+                                                          .onlyIf = 0b1110});
+            }
+        }
+    }
+
+    const HuffmanCode& code_;
+    std::array<Symbol, kLooks> symbols_{};
+    std::array<Step, kLooks> steps_{};
+};
+
+class Inflater {
+ public:
+    Inflater(std::span<const std::uint8_t> piece, std::uint64_t total)
+        : bits_(piece), end_(total), bytes_(kFirstRoom) {
+        now_.next = bytes_.data();
+    }
+
+    std::optional<std::vector<PlacedByte>> read() {
+        while (!bits_.takeMark()) {
+            if (!readBlock())
+                return std::nullopt;
+        }
+        if (!bits_.isAtEnd() || now_.place != end_)
+            return std::nullopt;
+        bytes_.resize(count());
+        return std::move(bytes_);
+    }
+
+ private:
+    static constexpr std::size_t kFirstRoom = 4096;
+    static constexpr int kMostPixels = kLongestMatch / kOnePixelBefore;  // that a step repeats
+
+    // How far the reading has come: copied where nobody else sees it change, so that it stays in registers.
+    struct Now {
+        PlacedByte* next = nullptr;
+        std::uint64_t place = 0;
+        std::uint32_t recent = 0;  // bit k: the byte k + 1 before is not 0
+
+        void take(const Step& step, std::uint64_t moreZeros) {
+            const std::uint32_t isByte = step.value > 0 ? 1 : 0;
+            place += step.zeros + moreZeros;
+            *next = {place, step.value};
+            next += isByte;
+            place += isByte;
+            recent = recent << step.moved | isByte;
+        }
+        void repeatPixel(std::uint32_t times) {
+            const std::uint8_t value = (next - 1)->value();
+            for (; times > 0; --times, place += kOnePixelBefore)
+                *next++ = {place + kOnePixelBefore - 1, value};
+        }
+        void skip(std::uint64_t zeros) {
+            place += zeros;
+            recent = zeros < Step::kMuch ? recent << zeros : 0;
+        }
+    };
+    enum class Outcome : std::uint8_t { going, atEndOfBlock, damaged };
+
+    bool readBlock() {
+        const auto code = takeBlockHeader(bits_);
+        // Distances 1 and 4, a bit each.
+        if (!code || code->distances.lengths != std::vector<std::uint8_t>{1, 0, 0, 1} ||
+            *std::max_element(code->literals.lengths.begin(), code->literals.lengths.end()) > kLookBits)
+            return false;
+        const Looks looks(code->literals);
+        Outcome outcome = Outcome::going;
+        while (outcome == Outcome::going) {
+            takeSteps(looks);
+            outcome = takeSymbol(looks);
+        }
+        return outcome == Outcome::atEndOfBlock;
+    }
+
+    // Up to what is no usual step, or needs a closer look.
+    void takeSteps(const Looks& looks) {
+        BitReader bits = bits_;
+        Now now = now_;
+        const PlacedByte* const limit = bytes_.data() + bytes_.size();
+        for (;;) {
+            const std::uint64_t look = bits.look();
+            const Step step = looks.step(look);
+            if (now.place >= end_ || limit - now.next < kMostPixels)
+                break;
+            if (step.pixels > 0) {
+                if ((now.recent & kPixelBefore) != kOnlyItsLast)
+                    break;
+                bits.skip(step.bits);
+                now.repeatPixel(step.pixels);
+                continue;
+            }
+            const std::uint64_t rest = look >> step.bits & step.restMask();
+            if (step.bits == 0 || (step.onlyIf & now.recent) != 0 || rest > step.restMask() / 2)
+                break;
+            bits.skip(step.bits + step.restBits);
+            now.take(step, rest);
+        }
+        bits_ = bits;
+        now_ = now;
+    }
+
+    Outcome takeSymbol(const Looks& looks) {
+        makeRoom();
+        const Symbol symbol = looks.symbol(bits_.look());
+        bits_.skip(symbol.bits);
+        if (symbol.kind == Symbol::none || bits_.isBeyondEnd())
+            return Outcome::damaged;
+        if (symbol.kind == Symbol::end)
+            return Outcome::atEndOfBlock;
+        if (symbol.kind == Symbol::byte)
+            return put(static_cast<std::uint8_t>(symbol.value)) ? Outcome::going : Outcome::damaged;
+        const std::uint64_t length = symbol.value + bits_.take(symbol.extraBits);
+        const std::uint32_t distance = bits_.take(1) == 0 ? kOneByteBefore : kOnePixelBefore;
+        return repeat(distance, length) ? Outcome::going : Outcome::damaged;
+    }
+
+    // False where there is no such place in the piece.
+    bool put(std::uint8_t value) {
+        if (now_.place >= end_)
+            return false;
+        if (value == 0) {
+            now_.skip(1);
+            return true;
+        }
+        makeRoom();
+        now_.take({0, value, 0, 0, 1}, 0);
+        return true;
+    }
+
+    // For what a step takes at the most.
+    void makeRoom() {
+        const std::size_t size = count();
+        if (bytes_.size() - size >= std::size_t{kMostPixels})
+            return;
+        bytes_.resize(2 * bytes_.size());
+        now_.next = bytes_.data() + size;
+    }
+
+    bool repeat(std::uint32_t distance, std::uint64_t length) {
+        if ((now_.recent & ((1U << distance) - 1)) == 0) {
+            now_.skip(length);
+            return now_.place <= end_;
+        }
+        std::array<std::uint8_t, kOnePixelBefore> bytes{};
+        for (std::uint32_t i = 0; i < distance; ++i)
+            bytes[i] = valueBefore(distance - i);
+        for (std::uint32_t i = 0; length > 0; --length, i = i + 1 < distance ? i + 1 : 0) {
+            if (!put(bytes[i]))
+                return false;
+        }
+        return true;
+    }
+
+    [[nodiscard]] std::uint8_t valueBefore(std::uint32_t distance) const {
+        const PlacedByte* byte = now_.next;
+        while (byte != bytes_.data() && (byte - 1)->place() + distance >= now_.place) {
+            if ((--byte)->place() + distance == now_.place)
+                return byte->value();
+        }
+        return 0;
+    }
+
+    [[nodiscard]] std::size_t count() const { return static_cast<std::size_t>(now_.next - bytes_.data()); }
+
+    BitReader bits_;
+    std::uint64_t end_;
+    std::vector<PlacedByte> bytes_;  // and room for more
+    Now now_;
+};
 
 }  // namespace
 
-RunInflate::Table::Table(const HuffmanCode& code) {
-    const auto entryOf = [&](std::size_t symbol) {
-        const std::uint8_t bits = code.lengths[symbol];
-        if (symbol < kEndOfBlock)
-            return Entry{static_cast<std::uint16_t>(symbol), bits, Entry::kByte};
-        if (symbol == kEndOfBlock)
-            return Entry{0, bits, Entry::kEnd};
-        return Entry{static_cast<std::uint16_t>(MatchPart::leastLength(symbol)), bits,
-                     static_cast<std::uint8_t>(MatchPart::extraBitsOf(symbol))};
-    };
-    if (*std::max_element(code.lengths.begin(), code.lengths.end()) > kShortBits)
-        long_.resize(std::size_t{1} << kLongBits);
-    for (std::size_t symbol = 0; symbol < code.lengths.size(); ++symbol) {
-        const std::size_t bits = code.lengths[symbol];
-        if (bits == 0)
-            continue;
-        const std::span<Entry> table = bits > kShortBits ? std::span<Entry>(long_) : std::span<Entry>(short_);
-        for (std::size_t i = code.bits[symbol]; i < table.size(); i += std::size_t{1} << bits)
-            table[i] = entryOf(symbol);
-    }
-    if (code.lengths.size() != kLiteralSymbols || code.lengths.back() == 0)
-        return;
-    longestBits_ = code.lengths.back() + 1U;  // and the distance 1, which is one bit, 0
-    for (std::uint32_t at = 0; at < 64; at += longestBits_)
-        longest_ |= std::uint64_t{code.bits.back()} << at;
-}
-
-RunInflate::RunInflate(std::vector<std::uint8_t> stream) : body_(bodyOf(std::move(stream))), bits_(body_) {}
-
-std::optional<RunInflate::Block> RunInflate::beginBlock() {
-    const auto header = takeBlockHeader(bits_);
-    if (!header)
-        return std::nullopt;
-    // Distances 1 and 4, a bit each.
-    if (header->code.distances.lengths != std::vector<std::uint8_t>{1, 0, 0, 1})
-        return std::nullopt;
-    return Block{Table(header->code.literals), header->isLast};
+std::optional<std::vector<PlacedByte>> inflateRuns(std::span<const std::uint8_t> piece, std::uint64_t total) {
+    return Inflater(piece, total).read();
 }
 
 }  // namespace trimora::cutengine::kernels

@@ -1,0 +1,224 @@
+#include "cutengine/kernels/MaskStrip.h"
+
+#include <cstring>
+
+#include "cutengine/kernels/MaskPixels.h"
+#include "cutengine/kernels/PixelRows.h"
+#include "cutengine/kernels/RowFilter.h"
+#include "cutengine/kernels/RunDeflate.h"
+#include "cutengine/kernels/RunInflate.h"
+
+// A mask differs from row to row in a few pixels only. Both directions live on that: the file stores each
+// row as its difference from the one above (a strip's first row: each pixel as its difference from the one to
+// the left), and only pixels that differ are ever converted, compressed or hashed.
+namespace trimora::cutengine::kernels {
+namespace {
+
+using foundation::BitmapView;
+using foundation::MutableBitmapView;
+
+constexpr auto kFirstFilter = static_cast<std::uint8_t>(RowFilter::sub);
+constexpr auto kFilter = static_cast<std::uint8_t>(RowFilter::up);
+
+std::size_t rowBytes(int width) {
+    return kMaskPixelBytes * static_cast<std::size_t>(width);
+}
+
+std::uint64_t unpackedSize(BitmapView rows) {
+    return static_cast<std::uint64_t>(rows.height) * (1 + rowBytes(rows.width));
+}
+
+class StripWriter {
+ public:
+    StripWriter(BitmapView rows, int number)
+        : rows_(rows),
+          stream_(unpackedSize(rows)),
+          checksum_(static_cast<std::uint64_t>(number)),
+          places_(static_cast<std::size_t>(rows.width) + kPlacesSlack) {}
+
+    MaskStrip packed() {
+        putFirstRow();
+        for (int y = 1; y < rows_.height; ++y)
+            putRow(y);
+        RunDeflate::Piece piece = stream_.finish();
+        return {std::move(piece.bytes), piece.sums, checksum_.value()};
+    }
+
+ private:
+    void putFirstRow() {
+        const std::uint8_t* const row = rows_.row(0);
+        stream_.byte(kFirstFilter);
+        done_ = 0;
+        put(0, 0, pixelAt(row, 0), 0);
+        const int count = differingPixels(row + kMaskPixelBytes, row, rows_.width - 1, places_.data());
+        for (const std::int32_t x : std::span(places_).first(static_cast<std::size_t>(count)))
+            put(x + 1, 0, pixelAt(row, x + 1), pixelAt(row, x));
+        endRow();
+    }
+
+    void putRow(int y) {
+        const std::uint8_t* const row = rows_.row(y);
+        const std::uint8_t* const above = rows_.row(y - 1);
+        stream_.byte(kFilter);
+        done_ = 0;
+        const int count = differingPixels(row, above, rows_.width, places_.data());
+        for (const std::int32_t x : std::span(places_).first(static_cast<std::size_t>(count)))
+            put(x, y, pixelAt(row, x), pixelAt(above, x));
+        endRow();
+    }
+
+    // Pixels of the plane.
+    void put(int x, int y, std::uint32_t pixel, std::uint32_t before) {
+        pixel = toFile(pixel);
+        const std::uint32_t changed = pixelDifference(pixel, toFile(before));
+        if (changed == 0)
+            return;
+        stream_.zeros(rowBytes(x - done_));
+        stream_.pixel(changed);
+        checksum_.add(x, y, pixel);
+        done_ = x + 1;
+    }
+
+    void endRow() { stream_.zeros(rowBytes(rows_.width - done_)); }
+
+    BitmapView rows_;
+    RunDeflate stream_;
+    PixelChecksum checksum_;
+    std::vector<std::int32_t> places_;
+    int done_ = 0;  // pixels of the row
+};
+
+// Puts the rows together from the bytes of a strip that are not 0. Each is the one above with what differs
+// put in.
+class StripReader {
+ public:
+    StripReader(MutableBitmapView rows, int number)
+        : rows_(rows),
+          size_(unpackedSize(rows)),
+          sums_(size_),
+          checksum_(static_cast<std::uint64_t>(number)),
+          file_(static_cast<std::size_t>(rows.width), 0) {}
+
+    // False where the bytes belong to no such rows.
+    bool read(const std::vector<PlacedByte>& bytes) {
+        const PlacedByte* next = bytes.data();
+        const PlacedByte* const end = next + bytes.size();
+        std::uint64_t place = 0;
+        for (int y = 0; y < rows_.height; ++y) {
+            if (next == end || next->place() != place || next->value() != (y == 0 ? kFirstFilter : kFilter))
+                return false;
+            sums_.byte(size_ - place++, next++->value());
+            next = y == 0 ? takeFirstRow(next, end) : takeRow(y, next, end, place);
+            place += rowBytes(rows_.width);
+        }
+        return next == end;
+    }
+
+    [[nodiscard]] const ZlibSums& sums() const { return sums_; }
+    [[nodiscard]] std::uint64_t checksum() const { return checksum_.value(); }
+
+ private:
+    // Takes the differences of the row that begins at `start`, a pixel at a time; returns what follows it.
+    template <typename Take>
+    const PlacedByte* takePixels(const PlacedByte* next, const PlacedByte* end, std::uint64_t start,
+                                 const Take& take) {
+        const std::size_t width = file_.size();
+        const auto pixelOf = [&](const PlacedByte* byte) {
+            return (byte->place() - start) / kMaskPixelBytes;
+        };
+        while (next != end && pixelOf(next) < width) {
+            const std::size_t x = pixelOf(next);
+            std::uint32_t change = 0;
+            do {
+                change |= std::uint32_t{next->value()} << 8 * ((next->place() - start) % kMaskPixelBytes);
+                sums_.byte(size_ - next->place(), next->value());
+                ++next;
+            } while (next != end && pixelOf(next) == x);
+            take(x, change);
+        }
+        return next;
+    }
+
+    const PlacedByte* takeRow(int y, const PlacedByte* next, const PlacedByte* end, std::uint64_t start) {
+        std::memcpy(rows_.row(y), rows_.row(y - 1), rowBytes(rows_.width));
+        return takePixels(next, end, start, [&](std::size_t x, std::uint32_t change) {
+            put(x, y, pixelSum(file_[x], change));
+        });
+    }
+
+    const PlacedByte* takeFirstRow(const PlacedByte* next, const PlacedByte* end) {
+        std::size_t done = 0;
+        std::uint32_t left = 0;
+        const auto fillTo = [&](std::size_t x) {
+            for (; done < x; ++done) {
+                file_[done] = left;
+                putPixel(rows_.row(0), done, toPlane(left));
+            }
+        };
+        next = takePixels(next, end, 1, [&](std::size_t x, std::uint32_t change) {
+            fillTo(x);
+            left = pixelSum(left, change);
+            put(x, 0, left);
+            done = x + 1;
+        });
+        fillTo(file_.size());
+        return next;
+    }
+
+    void put(std::size_t x, int y, std::uint32_t pixel) {
+        file_[x] = pixel;
+        putPixel(rows_.row(y), x, toPlane(pixel));
+        checksum_.add(static_cast<int>(x), y, pixel);
+    }
+
+    MutableBitmapView rows_;
+    std::uint64_t size_;  // of the strip, unpacked
+    ZlibSums sums_;
+    PixelChecksum checksum_;
+    std::vector<std::uint32_t> file_;  // the row so far, and the rest of the one above, as the file has it
+};
+
+}  // namespace
+
+MaskStrip packStrip(BitmapView rows, int number) {
+    return StripWriter(rows, number).packed();
+}
+
+std::optional<MaskStrip> unpackStrip(std::span<const std::uint8_t> bytes, MutableBitmapView rows,
+                                     int number) {
+    const auto unpacked = inflateRuns(bytes, unpackedSize(rows));
+    StripReader reader(rows, number);
+    if (!unpacked || !reader.read(*unpacked))
+        return std::nullopt;
+    const auto packed = bytes.first(bytes.size() - BitReader::kSlack);
+    return MaskStrip{{packed.begin(), packed.end()}, reader.sums(), reader.checksum()};
+}
+
+std::uint64_t takeStrip(const std::uint8_t* rows, MutableBitmapView to, int number) {
+    PixelChecksum checksum(static_cast<std::uint64_t>(number));
+    const std::size_t size = rowBytes(to.width);
+    const auto put = [&](int x, int y, std::uint32_t pixel) {
+        putPixel(to.row(y), static_cast<std::size_t>(x), toPlane(pixel));
+    };
+    std::uint32_t left = 0;
+    for (int x = 0; x < to.width; ++x) {
+        const std::uint32_t pixel = pixelAt(rows, x);
+        if (pixel != left)
+            checksum.add(x, 0, pixel);
+        put(x, 0, pixel);
+        left = pixel;
+    }
+    std::vector<std::int32_t> places(static_cast<std::size_t>(to.width) + kPlacesSlack);
+    for (int y = 1; y < to.height; ++y) {
+        const std::uint8_t* const row = rows + static_cast<std::size_t>(y) * size;
+        std::memcpy(to.row(y), to.row(y - 1), size);
+        const int count = differingPixels(row, row - size, to.width, places.data());
+        for (const std::int32_t x : std::span(places).first(static_cast<std::size_t>(count))) {
+            checksum.add(x, y, pixelAt(row, x));
+            put(x, y, pixelAt(row, x));
+        }
+    }
+    return checksum.value();
+}
+
+}  // namespace trimora::cutengine::kernels

@@ -1,0 +1,316 @@
+#include "cutengine/kernels/RunInflate.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+#include "cutengine/kernels/DeflateBlock.h"
+#include "cutengine/kernels/RunDeflate.h"
+
+long g_steps, g_sym, g_kind[8];
+namespace trimora::cutengine::kernels {
+namespace {
+
+constexpr int kLookBits = RunDeflate::kLongestCode;
+constexpr std::size_t kLooks = std::size_t{1} << kLookBits;
+constexpr std::uint32_t kOneByteBefore = 1;
+constexpr std::uint32_t kOnePixelBefore = 4;
+
+// What the bits that come next mean: one symbol.
+struct Symbol {
+    enum Kind : std::uint8_t { none, byte, length, end };
+    std::uint16_t value = 0;  // the byte, or the least of the lengths
+    std::uint8_t bits = 0;
+    std::uint8_t extraBits = 0;  // that follow a length, before its distance
+    Kind kind = none;
+};
+
+// What they mean together, as far as a look goes, where that is usual: zeros, and a byte after them.
+struct Step {
+    static constexpr std::size_t kMuch = 31;
+
+    std::uint16_t zeros = 0;
+    std::uint8_t value = 0;   // 0 where there is no byte
+    std::uint8_t bits = 0;    // 0 where what comes is not usual
+    std::uint8_t onlyIf = 0;  // bit k: the byte k + 1 before must be 0
+    std::uint8_t moved = 0;   // how many bytes these are, kMuch at most
+    // Where the zeros end with a match of which the look tells no more than the symbol: how many bits come
+    // after it. They are a number of further zeros, and the distance, which must be 0.
+    std::uint8_t restBits = 0;
+    std::uint8_t pixels = 0;  // or, instead of all that: so many pixels like the one before
+
+    [[nodiscard]] std::uint64_t restMask() const { return (std::uint64_t{1} << restBits) - 1; }
+};
+
+// Bytes before, where only the last of them is not 0: a pixel that repeats it differs in its last byte alone.
+constexpr std::uint32_t kPixelBefore = 0b1111;
+constexpr std::uint32_t kOnlyItsLast = 0b0001;
+
+class Looks {
+ public:
+    explicit Looks(const HuffmanCode& code) {
+        for (std::size_t symbol = 0; symbol < code.lengths.size(); ++symbol) {
+            const std::uint8_t bits = code.lengths[symbol];
+            if (bits == 0)
+                continue;
+            for (std::size_t look = code.bits[symbol]; look < kLooks; look += std::size_t{1} << bits)
+                symbols_[look] = symbolOf(symbol, bits);
+        }
+        for (std::size_t look = 0; look < kLooks; ++look)
+            steps_[look] = stepOf(look);
+    }
+
+    [[nodiscard]] Symbol symbol(std::uint64_t bits) const { return symbols_[bits % kLooks]; }
+    [[nodiscard]] Step step(std::uint64_t bits) const { return steps_[bits % kLooks]; }
+
+ private:
+    static Symbol symbolOf(std::size_t symbol, std::uint8_t bits) {
+        if (symbol < kEndOfBlock)
+            return {static_cast<std::uint16_t>(symbol), bits, 0, Symbol::byte};
+        if (symbol == kEndOfBlock)
+            return {0, bits, 0, Symbol::end};
+        return {static_cast<std::uint16_t>(MatchPart::leastLength(symbol)), bits,
+                static_cast<std::uint8_t>(MatchPart::extraBitsOf(symbol)), Symbol::length};
+    }
+
+    [[nodiscard]] Step stepOf(std::size_t look) const {
+        const Symbol first = symbols_[look];
+        Step step;
+        if (first.kind == Symbol::byte && first.value > 0) {
+            step.value = static_cast<std::uint8_t>(first.value);
+            step.bits = first.bits;
+        } else if (first.kind == Symbol::byte) {
+            step.zeros = 1;
+            step.bits = first.bits;
+            addZeros(step, look);
+        } else if (first.kind == Symbol::length) {
+            step.onlyIf = 0b0001;
+            addZeros(step, look);
+            if (step.bits == 0)
+                step = pixelOf(first, look);
+        }
+        step.moved = static_cast<std::uint8_t>(
+            std::min<std::size_t>(step.zeros + (step.value > 0 ? 1U : 0U), Step::kMuch));
+        return step;
+    }
+
+    // As many matches that repeat the byte before as the look tells in full.
+    void addZeros(Step& step, std::size_t look) const {
+        for (;;) {
+            const std::size_t rest = look >> step.bits;
+            const Symbol match = symbols_[rest];
+            const int codeBits = step.bits + match.bits;
+            const int bits = codeBits + match.extraBits + 1;
+            if (match.kind != Symbol::length || codeBits > kLookBits)
+                return;
+            if (bits > kLookBits) {
+                step.zeros = static_cast<std::uint16_t>(step.zeros + match.value);
+                step.bits = static_cast<std::uint8_t>(codeBits);
+                step.restBits = static_cast<std::uint8_t>(match.extraBits + 1);
+                return;
+            }
+            if ((rest >> (match.bits + match.extraBits) & 1) != 0)
+                return;
+            const std::size_t extra = rest >> match.bits & ((std::size_t{1} << match.extraBits) - 1);
+            step.zeros = static_cast<std::uint16_t>(step.zeros + match.value + extra);
+            step.bits = static_cast<std::uint8_t>(bits);
+        }
+    }
+
+    // A pixel that differs in its last byte from the one before, or pixels like that, where the others are 0.
+    [[nodiscard]] Step pixelOf(Symbol match, std::size_t look) const {
+        const int matchBits = match.bits + match.extraBits + 1;
+        if (matchBits > kLookBits || (look >> (matchBits - 1) & 1) == 0)
+            return {};
+        const std::size_t length =
+            match.value + (look >> match.bits & ((std::size_t{1} << match.extraBits) - 1));
+        Step step;
+        step.bits = static_cast<std::uint8_t>(matchBits);
+        if (length % kOnePixelBefore == 0) {
+            step.pixels = static_cast<std::uint8_t>(length / kOnePixelBefore);
+            return step;
+        }
+        const Symbol byte = symbols_[look >> matchBits];
+        if (length != kShortestMatch || byte.kind != Symbol::byte || byte.value == 0 ||
+            matchBits + byte.bits > kLookBits)
+            return {};
+        step.zeros = kShortestMatch;
+        step.value = static_cast<std::uint8_t>(byte.value);
+        step.bits = static_cast<std::uint8_t>(matchBits + byte.bits);
+        step.onlyIf = 0b1110;
+        return step;
+    }
+
+    std::array<Symbol, kLooks> symbols_{};
+    std::array<Step, kLooks> steps_{};
+};
+
+class Inflater {
+ public:
+    Inflater(std::span<const std::uint8_t> piece, std::uint64_t total)
+        : bits_(piece), end_(total), bytes_(kFirstRoom) {
+        now_.next = bytes_.data();
+    }
+
+    std::optional<std::vector<PlacedByte>> read() {
+        while (!bits_.takeMark()) {
+            if (!readBlock())
+                return std::nullopt;
+        }
+        if (!bits_.isAtEnd() || now_.place != end_)
+            return std::nullopt;
+        bytes_.resize(count());
+        return std::move(bytes_);
+    }
+
+ private:
+    static constexpr std::size_t kFirstRoom = 4096;
+    static constexpr int kMostPixels = kLongestMatch / kOnePixelBefore;  // that a step repeats
+
+    // How far the reading has come: copied where nobody else sees it change, so that it stays in registers.
+    struct Now {
+        PlacedByte* next = nullptr;
+        std::uint64_t place = 0;
+        std::uint32_t recent = 0;  // bit k: the byte k + 1 before is not 0
+
+        void take(const Step& step, std::uint64_t moreZeros) {
+            const std::uint32_t isByte = step.value > 0 ? 1 : 0;
+            place += step.zeros + moreZeros;
+            *next = {place, step.value};
+            next += isByte;
+            place += isByte;
+            recent = recent << step.moved | isByte;
+        }
+        void repeatPixel(std::uint32_t times) {
+            const std::uint8_t value = (next - 1)->value();
+            for (; times > 0; --times, place += kOnePixelBefore)
+                *next++ = {place + kOnePixelBefore - 1, value};
+        }
+        void skip(std::uint64_t zeros) {
+            place += zeros;
+            recent = zeros < Step::kMuch ? recent << zeros : 0;
+        }
+    };
+    enum class Outcome : std::uint8_t { going, atEndOfBlock, damaged };
+
+    bool readBlock() {
+        const auto code = takeBlockHeader(bits_);
+        // Distances 1 and 4, a bit each.
+        if (!code || code->distances.lengths != std::vector<std::uint8_t>{1, 0, 0, 1} ||
+            *std::max_element(code->literals.lengths.begin(), code->literals.lengths.end()) > kLookBits)
+            return false;
+        const Looks looks(code->literals);
+        Outcome outcome = Outcome::going;
+        while (outcome == Outcome::going) {
+            takeSteps(looks);
+            outcome = takeSymbol(looks);
+        }
+        return outcome == Outcome::atEndOfBlock;
+    }
+
+    // Up to what is no usual step, or needs a closer look.
+    void takeSteps(const Looks& looks) {
+        BitReader bits = bits_;
+        Now now = now_;
+        const PlacedByte* const limit = bytes_.data() + bytes_.size();
+        for (;;) {
+            const std::uint64_t look = bits.look();
+            const Step step = looks.step(look);
+            if (now.place >= end_ || limit - now.next < kMostPixels)
+                break;
+            if (step.pixels > 0) {
+                if ((now.recent & kPixelBefore) != kOnlyItsLast)
+                    break;
+                bits.skip(step.bits);
+                now.repeatPixel(step.pixels);
+                continue;
+            }
+            const std::uint64_t rest = look >> step.bits & step.restMask();
+            if (step.bits == 0 || (step.onlyIf & now.recent) != 0 || rest > step.restMask() / 2)
+                break;
+            bits.skip(step.bits + step.restBits);
+            now.take(step, rest);
+            ++g_steps;
+        }
+        bits_ = bits;
+        now_ = now;
+    }
+
+    Outcome takeSymbol(const Looks& looks) {
+        makeRoom();
+        const Symbol symbol = looks.symbol(bits_.look());
+        ++g_sym;
+        ++g_kind[symbol.kind];
+        bits_.skip(symbol.bits);
+        if (symbol.kind == Symbol::none || bits_.isBeyondEnd())
+            return Outcome::damaged;
+        if (symbol.kind == Symbol::end)
+            return Outcome::atEndOfBlock;
+        if (symbol.kind == Symbol::byte)
+            return put(static_cast<std::uint8_t>(symbol.value)) ? Outcome::going : Outcome::damaged;
+        const std::uint64_t length = symbol.value + bits_.take(symbol.extraBits);
+        const std::uint32_t distance = bits_.take(1) == 0 ? kOneByteBefore : kOnePixelBefore;
+        return repeat(distance, length) ? Outcome::going : Outcome::damaged;
+    }
+
+    // False where there is no such place in the piece.
+    bool put(std::uint8_t value) {
+        if (now_.place >= end_)
+            return false;
+        if (value == 0) {
+            now_.skip(1);
+            return true;
+        }
+        makeRoom();
+        now_.take({0, value, 0, 0, 1}, 0);
+        return true;
+    }
+
+    // For what a step takes at the most.
+    void makeRoom() {
+        const std::size_t size = count();
+        if (bytes_.size() - size >= std::size_t{kMostPixels})
+            return;
+        bytes_.resize(2 * bytes_.size());
+        now_.next = bytes_.data() + size;
+    }
+
+    bool repeat(std::uint32_t distance, std::uint64_t length) {
+        if ((now_.recent & ((1U << distance) - 1)) == 0) {
+            now_.skip(length);
+            return now_.place <= end_;
+        }
+        std::array<std::uint8_t, kOnePixelBefore> bytes{};
+        for (std::uint32_t i = 0; i < distance; ++i)
+            bytes[i] = valueBefore(distance - i);
+        for (std::uint32_t i = 0; length > 0; --length, i = i + 1 < distance ? i + 1 : 0) {
+            if (!put(bytes[i]))
+                return false;
+        }
+        return true;
+    }
+
+    [[nodiscard]] std::uint8_t valueBefore(std::uint32_t distance) const {
+        const PlacedByte* byte = now_.next;
+        while (byte != bytes_.data() && (byte - 1)->place() + distance >= now_.place) {
+            if ((--byte)->place() + distance == now_.place)
+                return byte->value();
+        }
+        return 0;
+    }
+
+    [[nodiscard]] std::size_t count() const { return static_cast<std::size_t>(now_.next - bytes_.data()); }
+
+    BitReader bits_;
+    std::uint64_t end_;
+    std::vector<PlacedByte> bytes_;  // and room for more
+    Now now_;
+};
+
+}  // namespace
+
+std::optional<std::vector<PlacedByte>> inflateRuns(std::span<const std::uint8_t> piece, std::uint64_t total) {
+    return Inflater(piece, total).read();
+}
+
+}  // namespace trimora::cutengine::kernels
