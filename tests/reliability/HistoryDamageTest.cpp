@@ -29,8 +29,8 @@ using files::contents;
 using files::put;
 using foundation::Bitmap;
 
-constexpr int kWidth = 40;
-constexpr int kHeight = 300;  // several of the strips that a file is made of
+constexpr int kWidth = 16;
+constexpr int kHeight = 270;  // several of the strips that a file is made of
 
 /// A mask that no other number has; all differ in the same third of it.
 Bitmap numberedMask(int number) {

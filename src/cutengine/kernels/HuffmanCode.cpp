@@ -12,10 +12,13 @@ constexpr std::size_t kLongest = 15;
 
 using LengthCounts = std::array<std::uint32_t, kLongest + 1>;  // how many symbols have a code of each length
 
+// A symbol that occurs, in one number: sorting takes half of the time so.
 struct Leaf {
-    std::uint32_t frequency = 0;
-    std::uint32_t symbol = 0;
-    friend auto operator<=>(const Leaf&, const Leaf&) = default;
+    std::uint64_t frequencyAndSymbol = 0;
+
+    [[nodiscard]] std::uint64_t frequency() const { return frequencyAndSymbol >> 16; }
+    [[nodiscard]] std::size_t symbol() const { return frequencyAndSymbol & 0xFFFF; }
+    friend bool operator<(Leaf a, Leaf b) { return a.frequencyAndSymbol < b.frequencyAndSymbol; }
 };
 
 // The symbols that occur, the rarest first.
@@ -24,7 +27,7 @@ std::vector<Leaf> sortedLeaves(std::span<const std::uint32_t> frequencies) {
     leaves.reserve(frequencies.size());
     for (std::size_t symbol = 0; symbol < frequencies.size(); ++symbol) {
         if (frequencies[symbol] > 0)
-            leaves.push_back({frequencies[symbol], static_cast<std::uint32_t>(symbol)});
+            leaves.push_back({std::uint64_t{frequencies[symbol]} << 16 | symbol});
     }
     std::sort(leaves.begin(), leaves.end());
     return leaves;
@@ -43,9 +46,9 @@ LengthCounts depthCounts(const std::vector<Leaf>& leaves, std::size_t longest) {
     for (std::size_t node = 0; node < inner; ++node) {
         for (int child = 0; child < 2; ++child) {
             const bool isLeaf = nextLeaf < leaves.size() &&
-                                (nextInner == node || leaves[nextLeaf].frequency <= weights[nextInner]);
+                                (nextInner == node || leaves[nextLeaf].frequency() <= weights[nextInner]);
             if (isLeaf) {
-                weights[node] += leaves[nextLeaf++].frequency;
+                weights[node] += leaves[nextLeaf++].frequency();
                 ++leavesBelow[node];
             } else {
                 weights[node] += weights[nextInner];
@@ -92,7 +95,7 @@ HuffmanCode HuffmanCode::forFrequencies(std::span<const std::uint32_t> frequenci
     const std::vector<Leaf> leaves = sortedLeaves(frequencies);
     std::vector<std::uint8_t> lengths(frequencies.size(), 0);
     if (leaves.size() == 1)
-        lengths[leaves.front().symbol] = 1;
+        lengths[leaves.front().symbol()] = 1;
     if (leaves.size() < 2)
         return forLengths(std::move(lengths));
     const auto most = static_cast<std::size_t>(longest);
@@ -101,7 +104,7 @@ HuffmanCode HuffmanCode::forFrequencies(std::span<const std::uint32_t> frequenci
     auto leaf = leaves.begin();
     for (std::size_t length = most; length > 0; --length) {
         for (std::uint32_t i = 0; i < counts[length]; ++i)
-            lengths[(leaf++)->symbol] = static_cast<std::uint8_t>(length);
+            lengths[(leaf++)->symbol()] = static_cast<std::uint8_t>(length);
     }
     return forLengths(std::move(lengths));
 }

@@ -69,8 +69,12 @@ class StripWriter {
 
     // Pixels of the plane.
     void put(int x, int y, std::uint32_t pixel, std::uint32_t before) {
-        pixel = toFile(pixel);
-        const std::uint32_t changed = pixelDifference(pixel, toFile(before));
+        constexpr std::uint32_t kColour = 0x00FFFFFF;
+        std::uint32_t changed = pixel - before;
+        if (((pixel | before) & kColour) != 0) {
+            pixel = toFile(pixel);
+            changed = pixelDifference(pixel, toFile(before));
+        }
         if (changed == 0)
             return;
         stream_.zeros(rowBytes(x - done_));

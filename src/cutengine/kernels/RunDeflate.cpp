@@ -8,7 +8,6 @@ namespace trimora::cutengine::kernels {
 namespace {
 
 constexpr std::array<std::uint32_t, 3> kDistances = {0, 1, 4};  // of the first ways
-constexpr std::uint16_t kShortest = kEndOfBlock + 1;            // the symbol of a match of three bytes
 constexpr std::size_t kLongest = kLiteralSymbols - 1;           // the symbol of the longest match
 
 // Writes the same bits many times, several at once.
@@ -48,7 +47,7 @@ class RunDeflate::SymbolBits {
                                    static_cast<std::uint8_t>(distanceAt + distance.count), extraAt};
             }
         }
-        const Entry match = at(Way::pixelBefore, kShortest);
+        const Entry match = at(Way::pixelBefore, kShortestSymbol);
         for (std::size_t byte = 0; byte < kEndOfBlock; ++byte) {
             const Entry literal = at(Way::literal, byte);
             at(Way::lastByte, byte) = {match.bits | literal.bits << match.count,
@@ -56,6 +55,7 @@ class RunDeflate::SymbolBits {
         }
     }
 
+    // Two of them fit between two flushes.
     void put(FastBits& to, Token token) const {
         constexpr std::size_t kRepeatedZeros =
             static_cast<std::size_t>(Way::byteBefore) * kLiteralSymbols + kLongest;
@@ -63,11 +63,11 @@ class RunDeflate::SymbolBits {
             static_cast<std::size_t>(Way::pixelBefore) * kLiteralSymbols + kLongest;
         const Entry& entry = entries_[token.symbol];
         if (token.symbol == kRepeatedZeros || token.symbol == kRepeatedPixels) {
+            to.flush();
             putRepeated(to, {entry.bits, entry.count}, token.extra);
             return;
         }
         to.put(entry.bits | std::uint64_t{token.extra} << entry.extraAt, entry.count);
-        to.flush();
     }
 
  private:
@@ -89,6 +89,10 @@ RunDeflate::RunDeflate(std::uint64_t total) : left_(total), sums_(total) {
 
 // A match of any length from 3 on.
 void RunDeflate::run(Way way, std::uint64_t length) {
+    if (length < kLongestMatch) {
+        match(way, static_cast<std::uint32_t>(length));
+        return;
+    }
     constexpr std::uint64_t kMost = std::uint64_t{kLongestMatch} << 15;  // that one token can tell
     for (; length > kMost + kLongestMatch; length -= kMost)
         longest(way, 1U << 15);
@@ -109,27 +113,16 @@ void RunDeflate::byte(std::uint8_t value) {
     literal(value);
 }
 
-void RunDeflate::pixel(std::uint32_t value) {
-    constexpr std::uint32_t kAllButLast = 0x00FFFFFF;
-    constexpr std::uint64_t kBytesButLast = 3;
-    const auto last = static_cast<std::uint8_t>(value >> 24);
+void RunDeflate::anyPixel(std::uint32_t value) {
     if (afterPixel_ && value == lastPixel_) {
         ++pendingPixels_;
         for (int shift = 0; shift < 32; shift += 8)
             count(static_cast<std::uint8_t>(value >> shift));
         return;
     }
-    if (afterPixel_ && ((value | lastPixel_) & kAllButLast) == 0) {
-        // The first three bytes are those of the pixel before: a match is shorter than three zeros.
-        flushPixels();
-        ++frequencies_[kShortest];
-        ++frequencies_[last];
-        push(Way::lastByte, last, 0);
-        left_ -= kBytesButLast;
-        count(last);
-    } else if ((value & kAllButLast) == 0) {
+    if ((value & kAllButLast) == 0) {
         zeros(kBytesButLast);
-        byte(last);
+        byte(static_cast<std::uint8_t>(value >> 24));
     } else {
         for (int shift = 0; shift < 32; shift += 8) {
             const auto component = static_cast<std::uint8_t>(value >> shift);
@@ -185,8 +178,12 @@ void RunDeflate::writeBlock() {
     FastBits to{bytes_.data() + size, bits_.bits, bits_.count};
     putBlockHeader(to, code);
     const SymbolBits symbols(code);
-    for (const Token& token : tokens_)
-        symbols.put(to, token);
+    for (std::size_t i = 0; i < tokens_.size(); ++i) {
+        symbols.put(to, tokens_[i]);
+        if (i % 2 != 0)
+            to.flush();
+    }
+    to.flush();
     to.put(code.literals.bits[kEndOfBlock], code.literals.lengths[kEndOfBlock]);
     to.flush();
     bytes_.resize(static_cast<std::size_t>(to.to - bytes_.data()));

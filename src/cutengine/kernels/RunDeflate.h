@@ -39,7 +39,25 @@ class RunDeflate {
         left_ -= count;
     }
     /// Four bytes, not all zero, the lowest of `value` first.
-    void pixel(std::uint32_t value);
+    void pixel(std::uint32_t value) {
+        const auto last = static_cast<std::uint8_t>(value >> 24);
+        if (!afterPixel_ || ((value | lastPixel_) & kAllButLast) != 0) {
+            anyPixel(value);
+        } else if (value == lastPixel_) {
+            ++pendingPixels_;
+            left_ -= kBytesButLast;
+            count(last);
+        } else {
+            // The first three bytes are those of the pixel before: a match is shorter than three zeros.
+            flushPixels();
+            ++frequencies_[kShortestSymbol];
+            ++frequencies_[last];
+            push(Way::lastByte, last, 0);
+            left_ -= kBytesButLast;
+            count(last);
+            lastPixel_ = value;
+        }
+    }
 
     struct Piece {
         std::vector<std::uint8_t> bytes;
@@ -74,6 +92,7 @@ class RunDeflate {
         ++frequencies_[part.symbol];
         push(way, part.symbol, part.extra);
     }
+    void anyPixel(std::uint32_t value);
     void longest(Way way, std::uint32_t times) {
         frequencies_[kLiteralSymbols - 1] += times;
         push(way, kLiteralSymbols - 1, times);
@@ -87,6 +106,9 @@ class RunDeflate {
     void count(std::uint8_t value) { sums_.byte(left_--, value); }
     void writeBlock();
 
+    static constexpr std::uint32_t kAllButLast = 0x00FFFFFF;
+    static constexpr std::uint64_t kBytesButLast = 3;
+    static constexpr std::size_t kShortestSymbol = kEndOfBlock + 1;  // of a match of three bytes
     static constexpr std::size_t kTokensPerBlock = std::size_t{1} << 14;
 
     std::uint64_t left_;

@@ -31,19 +31,23 @@ struct Step {
     std::uint16_t zeros = 0;
     std::uint8_t value = 0;   // 0 where there is no byte
     std::uint8_t bits = 0;    // 0 where what comes is not usual
-    std::uint8_t onlyIf = 0;  // bit k: the byte k + 1 before must be 0
+    std::uint8_t onlyIf = 0;  // bit k: the byte k + 1 before must be 0, or with bit k + 4 anything else
     std::uint8_t moved = 0;   // how many bytes these are, kMuch at most
     // Where the zeros end with a match of which the look tells no more than the symbol: how many bits come
     // after it. They are a number of further zeros, and the distance, which must be 0.
     std::uint8_t restBits = 0;
-    std::uint8_t pixels = 0;  // or, instead of all that: so many pixels like the one before
+    std::uint8_t pixels = 0;  // not 0: the byte is the one before, and all that comes so many times
 
+    [[nodiscard]] bool suits(std::uint32_t recent) const {
+        return ((recent ^ onlyIf >> 4U) & onlyIf & 15U) == 0;
+    }
     [[nodiscard]] std::uint64_t restMask() const { return (std::uint64_t{1} << restBits) - 1; }
 };
 
-// Bytes before, where only the last of them is not 0: a pixel that repeats it differs in its last byte alone.
-constexpr std::uint32_t kPixelBefore = 0b1111;
-constexpr std::uint32_t kOnlyItsLast = 0b0001;
+// Ways in which the four bytes before must be for a step.
+constexpr std::uint8_t kLastIsZero = 0b0001;
+constexpr std::uint8_t kAllButLastAreZero = 0b1110;
+constexpr std::uint8_t kOnlyLastIsNot = 0b0001'1111;
 
 class Looks {
  public:
@@ -54,7 +58,7 @@ class Looks {
         }
         if (code.lengths[0] > 0)
             addZeros({code.bits[0], code.lengths[0]}, {.zeros = 1});
-        addZeros({}, {.onlyIf = 0b0001});
+        addZeros({}, {.onlyIf = kLastIsZero});
         for (std::size_t symbol = kEndOfBlock + 1; symbol < code.lengths.size(); ++symbol) {
             if (code.lengths[symbol] > 0)
                 addPixels(symbol);
@@ -81,8 +85,8 @@ class Looks {
     }
     void addStep(BitString begin, Step step) {
         step.bits = static_cast<std::uint8_t>(begin.count);
-        step.moved = static_cast<std::uint8_t>(
-            std::min<std::size_t>(step.zeros + (step.value > 0 ? 1U : 0U), Step::kMuch));
+        const std::size_t moved = step.zeros + (step.value > 0 || step.pixels > 0 ? 1U : 0U);
+        step.moved = static_cast<std::uint8_t>(std::min(moved, Step::kMuch));
         fill(steps_, begin, step);
     }
 
@@ -132,16 +136,18 @@ class Looks {
                 joined(codeOf(symbol), {extra | std::uint64_t{1} << extraBits, extraBits + 1});
             const std::uint32_t length = MatchPart::leastLength(symbol) + extra;
             if (length % kOnePixelBefore == 0)
-                addStep(match, {.pixels = static_cast<std::uint8_t>(length / kOnePixelBefore)});
+                addStep(match, {.zeros = kShortestMatch,
+                                .onlyIf = kOnlyLastIsNot,
+                                .pixels = static_cast<std::uint8_t>(length / kOnePixelBefore)});
             else if (length == kShortestMatch)
-                addStep(match, {.zeros = kShortestMatch, .onlyIf = 0b1110});
+                addStep(match, {.zeros = kShortestMatch, .onlyIf = kAllButLastAreZero});
             else
                 fill(steps_, match, Step{});
             for (std::size_t byte = 1; length == kShortestMatch && byte < kEndOfBlock; ++byte) {
                 if (code_.lengths[byte] > 0)
                     addStep(joined(match, codeOf(byte)), {.zeros = kShortestMatch,
                                                           .value = static_cast<std::uint8_t>(byte),
-                                                          .onlyIf = 0b1110});
+                                                          .onlyIf = kAllButLastAreZero});
             }
         }
     }
@@ -171,26 +177,27 @@ class Inflater {
 
  private:
     static constexpr std::size_t kFirstRoom = 4096;
-    static constexpr int kMostPixels = kLongestMatch / kOnePixelBefore;  // that a step repeats
+    // A look tells of 56 bits, a step takes a look-up's and those of a rest.
+    static constexpr int kStepsOfLook = 56 / (kLookBits + 6);
+    static constexpr int kRoomForLook = kStepsOfLook * (kLongestMatch / kOnePixelBefore);  // bytes
 
     // How far the reading has come: copied where nobody else sees it change, so that it stays in registers.
     struct Now {
         PlacedByte* next = nullptr;
         std::uint64_t place = 0;
         std::uint32_t recent = 0;  // bit k: the byte k + 1 before is not 0
+        std::uint8_t last = 0;     // of the bytes that are not
 
+        // Once, however many times it comes.
         void take(const Step& step, std::uint64_t moreZeros) {
-            const std::uint32_t isByte = step.value > 0 ? 1 : 0;
+            const std::uint8_t value = step.pixels > 0 ? last : step.value;
+            const std::uint32_t isByte = value > 0 ? 1 : 0;
             place += step.zeros + moreZeros;
-            *next = {place, step.value};
+            *next = {place, value};
             next += isByte;
             place += isByte;
             recent = recent << step.moved | isByte;
-        }
-        void repeatPixel(std::uint32_t times) {
-            const std::uint8_t value = (next - 1)->value();
-            for (; times > 0; --times, place += kOnePixelBefore)
-                *next++ = {place + kOnePixelBefore - 1, value};
+            last = isByte != 0 ? value : last;
         }
         void skip(std::uint64_t zeros) {
             place += zeros;
@@ -219,23 +226,25 @@ class Inflater {
         BitReader bits = bits_;
         Now now = now_;
         const PlacedByte* const limit = bytes_.data() + bytes_.size();
-        for (;;) {
-            const std::uint64_t look = bits.look();
-            const Step step = looks.step(look);
-            if (now.place >= end_ || limit - now.next < kMostPixels)
-                break;
-            if (step.pixels > 0) {
-                if ((now.recent & kPixelBefore) != kOnlyItsLast)
+        while (now.place < end_ && limit - now.next >= kRoomForLook) {
+            std::uint64_t look = bits.look();
+            int lookBits = 0;
+            int taken = 0;
+            for (; taken < kStepsOfLook; ++taken) {
+                const Step step = looks.step(look);
+                const std::uint64_t rest = look >> step.bits & step.restMask();
+                if (step.bits == 0 || !step.suits(now.recent) || rest > step.restMask() / 2)
                     break;
-                bits.skip(step.bits);
-                now.repeatPixel(step.pixels);
-                continue;
+                const int bitsOfStep = step.bits + step.restBits;
+                lookBits += bitsOfStep;
+                look >>= bitsOfStep;
+                now.take(step, rest);
+                for (int k = 1; k < step.pixels; ++k)
+                    now.take(step, 0);
             }
-            const std::uint64_t rest = look >> step.bits & step.restMask();
-            if (step.bits == 0 || (step.onlyIf & now.recent) != 0 || rest > step.restMask() / 2)
+            bits.skip(lookBits);
+            if (taken < kStepsOfLook)
                 break;
-            bits.skip(step.bits + step.restBits);
-            now.take(step, rest);
         }
         bits_ = bits;
         now_ = now;
@@ -269,10 +278,10 @@ class Inflater {
         return true;
     }
 
-    // For what a step takes at the most.
+    // For what a look tells at the most.
     void makeRoom() {
         const std::size_t size = count();
-        if (bytes_.size() - size >= std::size_t{kMostPixels})
+        if (bytes_.size() - size >= std::size_t{kRoomForLook})
             return;
         bytes_.resize(2 * bytes_.size());
         now_.next = bytes_.data() + size;
