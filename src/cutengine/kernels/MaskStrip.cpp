@@ -24,8 +24,12 @@ std::size_t rowBytes(int width) {
     return kMaskPixelBytes * static_cast<std::size_t>(width);
 }
 
+// With its filter.
+std::uint64_t rowSize(int width) {
+    return 1 + rowBytes(width);
+}
 std::uint64_t unpackedSize(BitmapView rows) {
-    return static_cast<std::uint64_t>(rows.height) * (1 + rowBytes(rows.width));
+    return static_cast<std::uint64_t>(rows.height) * rowSize(rows.width);
 }
 
 class StripWriter {
@@ -101,77 +105,67 @@ class StripReader {
           size_(unpackedSize(rows)),
           sums_(size_),
           checksum_(static_cast<std::uint64_t>(number)),
-          file_(static_cast<std::size_t>(rows.width), 0) {}
+          file_(static_cast<std::size_t>(rows.width), 0),
+          plane_(static_cast<std::size_t>(rows.width), 0) {}
 
-    // False where the bytes belong to no such rows.
-    bool read(const std::vector<PlacedByte>& bytes) {
-        const PlacedByte* next = bytes.data();
-        const PlacedByte* const end = next + bytes.size();
-        std::uint64_t place = 0;
-        for (int y = 0; y < rows_.height; ++y) {
-            if (next == end || next->place() != place || next->value() != (y == 0 ? kFirstFilter : kFilter))
-                return false;
-            sums_.byte(size_ - place++, next++->value());
-            next = y == 0 ? takeFirstRow(next, end) : takeRow(y, next, end, place);
-            place += rowBytes(rows_.width);
-        }
-        return next == end;
+    // The bytes of the row that are not 0, the filter the first of them. False where they belong to no such
+    // row.
+    bool takeRow(int y, std::span<const PlacedByte> bytes) {
+        const std::uint64_t start = static_cast<std::uint64_t>(y) * rowSize(rows_.width);
+        const std::uint8_t filter = y == 0 ? kFirstFilter : kFilter;
+        if (bytes.empty() || bytes.front().place() != start || bytes.front().value() != filter)
+            return false;
+        sums_.byte(size_ - start, filter);
+        if (y == 0)
+            takeFirst(bytes.subspan(1));
+        else
+            takePixels(bytes.subspan(1), start + 1,
+                       [&](std::size_t x, std::uint32_t change) { put(x, y, pixelSum(file_[x], change)); });
+        streamPixels(reinterpret_cast<const std::uint8_t*>(plane_.data()), rows_.row(y), rows_.width);
+        return true;
     }
 
     [[nodiscard]] const ZlibSums& sums() const { return sums_; }
     [[nodiscard]] std::uint64_t checksum() const { return checksum_.value(); }
 
  private:
-    // Takes the differences of the row that begins at `start`, a pixel at a time; returns what follows it.
+    // Takes the differences of the row that begins at `start`, a pixel at a time.
     template <typename Take>
-    const PlacedByte* takePixels(const PlacedByte* next, const PlacedByte* end, std::uint64_t start,
-                                 const Take& take) {
-        const std::size_t width = file_.size();
-        const auto pixelOf = [&](const PlacedByte* byte) {
-            return (byte->place() - start) / kMaskPixelBytes;
-        };
-        while (next != end && pixelOf(next) < width) {
-            const std::size_t x = pixelOf(next);
+    void takePixels(std::span<const PlacedByte> bytes, std::uint64_t start, const Take& take) {
+        const auto pixelOf = [&](const PlacedByte& byte) { return (byte.place() - start) / kMaskPixelBytes; };
+        for (auto next = bytes.begin(); next != bytes.end();) {
+            const std::size_t x = pixelOf(*next);
             std::uint32_t change = 0;
             do {
                 change |= std::uint32_t{next->value()} << 8 * ((next->place() - start) % kMaskPixelBytes);
                 sums_.byte(size_ - next->place(), next->value());
                 ++next;
-            } while (next != end && pixelOf(next) == x);
+            } while (next != bytes.end() && pixelOf(*next) == x);
             take(x, change);
         }
-        return next;
     }
 
-    const PlacedByte* takeRow(int y, const PlacedByte* next, const PlacedByte* end, std::uint64_t start) {
-        std::memcpy(rows_.row(y), rows_.row(y - 1), rowBytes(rows_.width));
-        return takePixels(next, end, start, [&](std::size_t x, std::uint32_t change) {
-            put(x, y, pixelSum(file_[x], change));
-        });
-    }
-
-    const PlacedByte* takeFirstRow(const PlacedByte* next, const PlacedByte* end) {
+    void takeFirst(std::span<const PlacedByte> bytes) {
         std::size_t done = 0;
         std::uint32_t left = 0;
         const auto fillTo = [&](std::size_t x) {
             for (; done < x; ++done) {
                 file_[done] = left;
-                putPixel(rows_.row(0), done, toPlane(left));
+                plane_[done] = toPlane(left);
             }
         };
-        next = takePixels(next, end, 1, [&](std::size_t x, std::uint32_t change) {
+        takePixels(bytes, 1, [&](std::size_t x, std::uint32_t change) {
             fillTo(x);
             left = pixelSum(left, change);
             put(x, 0, left);
             done = x + 1;
         });
         fillTo(file_.size());
-        return next;
     }
 
     void put(std::size_t x, int y, std::uint32_t pixel) {
         file_[x] = pixel;
-        putPixel(rows_.row(y), x, toPlane(pixel));
+        plane_[x] = toPlane(pixel);
         checksum_.add(static_cast<int>(x), y, pixel);
     }
 
@@ -179,7 +173,8 @@ class StripReader {
     std::uint64_t size_;  // of the strip, unpacked
     ZlibSums sums_;
     PixelChecksum checksum_;
-    std::vector<std::uint32_t> file_;  // the row so far, and the rest of the one above, as the file has it
+    std::vector<std::uint32_t> file_;   // the row so far, and the rest of the one above, as the file has it
+    std::vector<std::uint32_t> plane_;  // the same as the plane has it
 };
 
 }  // namespace
@@ -190,9 +185,9 @@ MaskStrip packStrip(BitmapView rows, int number) {
 
 std::optional<MaskStrip> unpackStrip(std::span<const std::uint8_t> bytes, MutableBitmapView rows,
                                      int number) {
-    const auto unpacked = inflateRuns(bytes, unpackedSize(rows));
     StripReader reader(rows, number);
-    if (!unpacked || !reader.read(*unpacked))
+    const auto take = [&](int y, std::span<const PlacedByte> row) { return reader.takeRow(y, row); };
+    if (!inflateRuns(bytes, rowSize(rows.width), rows.height, take))
         return std::nullopt;
     const auto packed = bytes.first(bytes.size() - BitReader::kSlack);
     return MaskStrip{{packed.begin(), packed.end()}, reader.sums(), reader.checksum()};

@@ -77,7 +77,6 @@ void streamImpl(const std::uint8_t* from, std::uint8_t* to, int count) {
     for (; x + lanes <= count; x += lanes)
         hn::Stream(loadedPixels(d, from + kPixel * x), d, reinterpret_cast<std::uint32_t*>(to + kPixel * x));
     std::memcpy(to + kPixel * x, from + kPixel * x, static_cast<std::size_t>(kPixel * (count - x)));
-    hwy::FlushStream();
 }
 
 void streamClearImpl(std::uint8_t* to, int count) {

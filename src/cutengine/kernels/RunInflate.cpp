@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <utility>
 
 #include "cutengine/kernels/DeflateBlock.h"
 #include "cutengine/kernels/RunDeflate.h"
@@ -51,16 +52,16 @@ constexpr std::uint8_t kOnlyLastIsNot = 0b0001'1111;
 
 class Looks {
  public:
-    explicit Looks(const HuffmanCode& code) : code_(code) {
-        for (std::size_t symbol = 0; symbol < code.lengths.size(); ++symbol) {
-            if (code.lengths[symbol] > 0)
+    explicit Looks(HuffmanCode code) : code_(std::move(code)) {
+        for (std::size_t symbol = 0; symbol < code_.lengths.size(); ++symbol) {
+            if (code_.lengths[symbol] > 0)
                 addSymbol(symbol);
         }
-        if (code.lengths[0] > 0)
-            addZeros({code.bits[0], code.lengths[0]}, {.zeros = 1});
+        if (code_.lengths[0] > 0)
+            addZeros(codeOf(0), {.zeros = 1});
         addZeros({}, {.onlyIf = kLastIsZero});
-        for (std::size_t symbol = kEndOfBlock + 1; symbol < code.lengths.size(); ++symbol) {
-            if (code.lengths[symbol] > 0)
+        for (std::size_t symbol = kEndOfBlock + 1; symbol < code_.lengths.size(); ++symbol) {
+            if (code_.lengths[symbol] > 0)
                 addPixels(symbol);
         }
     }
@@ -152,7 +153,7 @@ class Looks {
         }
     }
 
-    const HuffmanCode& code_;
+    HuffmanCode code_;
     std::array<Symbol, kLooks> symbols_{};
     std::array<Step, kLooks> steps_{};
 };
@@ -164,15 +165,33 @@ class Inflater {
         now_.next = bytes_.data();
     }
 
-    std::optional<std::vector<PlacedByte>> read() {
-        while (!bits_.takeMark()) {
-            if (!readBlock())
-                return std::nullopt;
+    // Unpacks up to this place at the least; false where that cannot be.
+    bool readTo(std::uint64_t place) {
+        while (now_.place < place) {
+            if (!looks_ && !beginBlock())
+                return false;
+            takeSteps(place);
+            if (now_.place < place && !takeSymbol())
+                return false;
         }
-        if (!bits_.isAtEnd() || now_.place != end_)
-            return std::nullopt;
-        bytes_.resize(count());
-        return std::move(bytes_);
+        return true;
+    }
+
+    // What has been unpacked from byte `first` of those that are not 0 on, up to a place.
+    std::span<const PlacedByte> bytes(std::size_t first, std::uint64_t endPlace) {
+        std::size_t end = first;
+        while (end < count() && bytes_[end].place() < endPlace)
+            ++end;
+        return {bytes_.data() + first, end - first};
+    }
+
+    // Whether all has been unpacked, and nothing follows.
+    bool isComplete() {
+        while (looks_) {
+            if (now_.place != end_ || !takeSymbol())
+                return false;
+        }
+        return now_.place == end_ && bits_.takeMark() && bits_.isAtEnd();
     }
 
  private:
@@ -204,29 +223,23 @@ class Inflater {
             recent = zeros < Step::kMuch ? recent << zeros : 0;
         }
     };
-    enum class Outcome : std::uint8_t { going, atEndOfBlock, damaged };
-
-    bool readBlock() {
-        const auto code = takeBlockHeader(bits_);
+    bool beginBlock() {
+        auto code = takeBlockHeader(bits_);
         // Distances 1 and 4, a bit each.
         if (!code || code->distances.lengths != std::vector<std::uint8_t>{1, 0, 0, 1} ||
             *std::max_element(code->literals.lengths.begin(), code->literals.lengths.end()) > kLookBits)
             return false;
-        const Looks looks(code->literals);
-        Outcome outcome = Outcome::going;
-        while (outcome == Outcome::going) {
-            takeSteps(looks);
-            outcome = takeSymbol(looks);
-        }
-        return outcome == Outcome::atEndOfBlock;
+        looks_.emplace(std::move(code->literals));
+        return true;
     }
 
-    // Up to what is no usual step, or needs a closer look.
-    void takeSteps(const Looks& looks) {
+    // Up to a place, what is no usual step, or what needs a closer look.
+    void takeSteps(std::uint64_t place) {
+        const Looks& looks = *looks_;
         BitReader bits = bits_;
         Now now = now_;
         const PlacedByte* const limit = bytes_.data() + bytes_.size();
-        while (now.place < end_ && limit - now.next >= kRoomForLook) {
+        while (now.place < place && limit - now.next >= kRoomForLook) {
             std::uint64_t look = bits.look();
             int lookBits = 0;
             int taken = 0;
@@ -250,19 +263,21 @@ class Inflater {
         now_ = now;
     }
 
-    Outcome takeSymbol(const Looks& looks) {
+    // False where the piece is damaged.
+    bool takeSymbol() {
         makeRoom();
-        const Symbol symbol = looks.symbol(bits_.look());
+        const Symbol symbol = looks_->symbol(bits_.look());
         bits_.skip(symbol.bits);
         if (symbol.kind == Symbol::none || bits_.isBeyondEnd())
-            return Outcome::damaged;
-        if (symbol.kind == Symbol::end)
-            return Outcome::atEndOfBlock;
+            return false;
+        if (symbol.kind == Symbol::end) {
+            looks_.reset();
+            return true;
+        }
         if (symbol.kind == Symbol::byte)
-            return put(static_cast<std::uint8_t>(symbol.value)) ? Outcome::going : Outcome::damaged;
+            return put(static_cast<std::uint8_t>(symbol.value));
         const std::uint64_t length = symbol.value + bits_.take(symbol.extraBits);
-        const std::uint32_t distance = bits_.take(1) == 0 ? kOneByteBefore : kOnePixelBefore;
-        return repeat(distance, length) ? Outcome::going : Outcome::damaged;
+        return repeat(bits_.take(1) == 0 ? kOneByteBefore : kOnePixelBefore, length);
     }
 
     // False where there is no such place in the piece.
@@ -314,6 +329,7 @@ class Inflater {
     [[nodiscard]] std::size_t count() const { return static_cast<std::size_t>(now_.next - bytes_.data()); }
 
     BitReader bits_;
+    std::optional<Looks> looks_;  // while in a block
     std::uint64_t end_;
     std::vector<PlacedByte> bytes_;  // and room for more
     Now now_;
@@ -321,8 +337,19 @@ class Inflater {
 
 }  // namespace
 
-std::optional<std::vector<PlacedByte>> inflateRuns(std::span<const std::uint8_t> piece, std::uint64_t total) {
-    return Inflater(piece, total).read();
+bool inflateRuns(std::span<const std::uint8_t> piece, std::uint64_t rowSize, int rows, const TakeRow& take) {
+    Inflater inflater(piece, static_cast<std::uint64_t>(rows) * rowSize);
+    std::size_t done = 0;
+    for (int row = 0; row < rows; ++row) {
+        const std::uint64_t end = static_cast<std::uint64_t>(row + 1) * rowSize;
+        if (!inflater.readTo(end))
+            return false;
+        const auto bytes = inflater.bytes(done, end);
+        if (!take(row, bytes))
+            return false;
+        done += bytes.size();
+    }
+    return inflater.isComplete();
 }
 
 }  // namespace trimora::cutengine::kernels

@@ -62,15 +62,18 @@ Written randomStream(std::mt19937_64& random, int parts, int spread) {
     return written;
 }
 
-std::optional<Bytes> inflated(Bytes piece, std::size_t total) {
+std::optional<Bytes> inflated(Bytes piece, std::size_t total, std::size_t rows = 1) {
     piece.resize(piece.size() + BitReader::kSlack, 0xA5);
-    const auto read = inflateRuns(piece, total);
-    if (!read)
-        return std::nullopt;
     Bytes bytes(total, 0);
-    for (const PlacedByte byte : *read)
-        bytes.at(byte.place()) = byte.value();
-    return bytes;
+    const auto take = [&](int row, std::span<const PlacedByte> found) {
+        for (const PlacedByte byte : found) {
+            EXPECT_EQ(byte.place() / (total / rows), static_cast<std::uint64_t>(row));
+            bytes.at(byte.place()) = byte.value();
+        }
+        return true;
+    };
+    return inflateRuns(piece, total / rows, static_cast<int>(rows), take) ? std::optional(std::move(bytes))
+                                                                          : std::nullopt;
 }
 std::optional<Bytes> inflated(const Written& written) {
     return inflated(written.piece, written.plain.size());
@@ -98,12 +101,34 @@ TEST(RunInflate, readsRunsLongerThanATokenCanTell) {
         deflate.pixel(0x07000000);
     RunDeflate::Piece piece = deflate.finish();
     piece.bytes.resize(piece.bytes.size() + BitReader::kSlack);
-    const auto read = inflateRuns(piece.bytes, 50'000'001 + 4 * 2'500'000);
-    ASSERT_TRUE(read);
-    ASSERT_EQ(read->size(), 2'500'001U);
-    EXPECT_EQ(read->front().value(), 1);
-    EXPECT_EQ(read->back().value(), 7);
-    EXPECT_EQ(read->back().place(), 50'000'000U + 4 * 2'500'000);
+    const auto take = [](int /*row*/, std::span<const PlacedByte> bytes) {
+        EXPECT_EQ(bytes.size(), 2'500'001U);
+        EXPECT_EQ(bytes.front().value(), 1);
+        EXPECT_EQ(bytes.back().value(), 7);
+        EXPECT_EQ(bytes.back().place(), 50'000'000U + 4 * 2'500'000);
+        return true;
+    };
+    EXPECT_TRUE(inflateRuns(piece.bytes, 50'000'001 + 4 * 2'500'000, 1, take));
+}
+
+TEST(RunInflate, handsOverRowByRowAndStopsWhereNoMoreIsWanted) {
+    RunDeflate deflate(700);
+    for (int row = 0; row < 100; ++row) {
+        deflate.byte(2);
+        deflate.zeros(6);
+    }
+    RunDeflate::Piece piece = deflate.finish();
+    EXPECT_TRUE(inflated(piece.bytes, 700, 100));
+    EXPECT_FALSE(inflated(piece.bytes, 700 / 99 * 99, 99));
+    piece.bytes.resize(piece.bytes.size() + BitReader::kSlack);
+    int taken = 0;
+    const auto upToTen = [&](int row, std::span<const PlacedByte> bytes) {
+        EXPECT_EQ(row, taken++);
+        EXPECT_EQ(bytes.size(), 1U);
+        return taken < 10;
+    };
+    EXPECT_FALSE(inflateRuns(piece.bytes, 7, 100, upToTen));
+    EXPECT_EQ(taken, 10);
 }
 
 TEST(RunInflate, takesAPieceForTheLengthThatItHasAlone) {
