@@ -187,7 +187,9 @@ std::optional<MaskStrip> unpackStrip(std::span<const std::uint8_t> bytes, Mutabl
                                      int number) {
     StripReader reader(rows, number);
     const auto take = [&](int y, std::span<const PlacedByte> row) { return reader.takeRow(y, row); };
-    if (!inflateRuns(bytes, rowSize(rows.width), rows.height, take))
+    const bool isWhole = inflateRuns(bytes, rowSize(rows.width), rows.height, take);
+    endStreaming();
+    if (!isWhole)
         return std::nullopt;
     const auto packed = bytes.first(bytes.size() - BitReader::kSlack);
     return MaskStrip{{packed.begin(), packed.end()}, reader.sums(), reader.checksum()};
