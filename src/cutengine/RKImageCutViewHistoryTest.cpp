@@ -276,7 +276,8 @@ class AnyHistory : public HistoryTest {
             view.nextHistoryState();
         else
             startOrEndStroke();
-        // A mask from elsewhere is recorded later than asked for; a step that is asked for then comes between.
+        // A mask from elsewhere is recorded later than asked for; a step that is asked for then comes
+        // between.
         if (kind == 2 || between(0, 2) == 0)
             queues.settle();
     }
