@@ -22,7 +22,6 @@ using foundation::Bitmap;
 using foundation::BitmapView;
 using foundation::Error;
 using foundation::IntRect;
-using foundation::MutableBitmapView;
 using foundation::PixelBuffer;
 using foundation::Result;
 using Bytes = std::vector<std::uint8_t>;
