@@ -263,6 +263,7 @@ void compare(double diameter, float hardness, Shape shape) {
     Comparison table(kind + nameOf(shape) + " stroke, d = " + std::to_string(std::lround(diameter)) + ", " +
                          std::to_string(stamps.size()) + " stamps",
                      9, Timed::byProcessor);
+    table.warm();
     table.add("Trimora", byTrimora(stamps, soft));
     table.add("Qt painter", byQt(stamps, soft));
     table.add("Cairo", byCairo(stamps, soft));

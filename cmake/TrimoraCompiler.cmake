@@ -28,10 +28,12 @@ target_link_options(trimora_compiler INTERFACE LINKER:--as-needed)
 
 # Most of the time that a test took to build went into optimising matchers that run once.
 set(TRIMORA_TEST_OPTIONS $<IF:$<CXX_COMPILER_ID:GNU>,-Og,-O0>)
+# For tests, after trimora_compiler, which it takes something back of: the compiler goes by the last word.
+add_library(trimora_test_compiler INTERFACE)
 if(TRIMORA_SANITIZE)
   # A half of what was left went into symbols and into watching the matchers for undefined behaviour, where it
   # is the floors that are watched.
-  list(APPEND TRIMORA_TEST_OPTIONS -g0 -fno-sanitize=undefined)
+  target_compile_options(trimora_test_compiler INTERFACE -g0 -fno-sanitize=undefined)
 endif()
 
 # What is shipped makes a slip in memory end the program instead of being put to use.

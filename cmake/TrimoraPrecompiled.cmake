@@ -31,13 +31,14 @@ endfunction()
 if(TRIMORA_PRECOMPILED)
   _trimora_precompiled(floor LIBRARY HEADERS ${_standard_headers})
   if(TRIMORA_TESTS)
-    _trimora_precompiled(test EXECUTABLE HEADERS ${_standard_headers} ${_test_headers} LIBRARIES GTest::gmock)
+    _trimora_precompiled(test EXECUTABLE HEADERS ${_standard_headers} ${_test_headers}
+      LIBRARIES trimora_test_compiler GTest::gmock)
   endif()
   if(TRIMORA_QT)
     _trimora_precompiled(floor_qt LIBRARY HEADERS ${_standard_headers} ${_toolkit_headers} LIBRARIES Qt6::Widgets)
     if(TRIMORA_TESTS)
       # Without Qt6::Test, which tells every folder another macro: the compiler would refuse the headers there.
-      _trimora_precompiled(test_qt EXECUTABLE LIBRARIES GTest::gmock Qt6::Widgets
+      _trimora_precompiled(test_qt EXECUTABLE LIBRARIES trimora_test_compiler GTest::gmock Qt6::Widgets
         HEADERS ${_standard_headers} ${_test_headers} ${_toolkit_headers})
     endif()
   endif()

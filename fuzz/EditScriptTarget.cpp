@@ -1,6 +1,6 @@
-#include <cstdlib>
 #include <string_view>
 
+#include "Demand.h"
 #include "Targets.h"
 #include "script/Reader.h"
 #include "script/Writer.h"
@@ -13,13 +13,11 @@ int readEditScript(const std::uint8_t* data, std::size_t size) {
     const std::string_view line(reinterpret_cast<const char*>(data), size);
     const auto step = script::readStep(line);
     if (!step) {
-        if (!step.error().message.starts_with("expected "))
-            std::abort();
+        demand(step.error().message.starts_with("expected "));
         return 0;
     }
     const auto again = script::readStep(script::writeStep(*step));
-    if (!again || *again != *step)
-        std::abort();
+    demand(again && *again == *step);
     return 0;
 }
 

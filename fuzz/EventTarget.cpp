@@ -1,12 +1,12 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <sstream>
 #include <string>
 
+#include "Demand.h"
 #include "Targets.h"
 #include "analytics/Installation.h"
 #include "analytics/PortsForTests.h"
@@ -27,12 +27,7 @@ namespace {
 using namespace analytics;
 using foundation::Result;
 
-void demand(bool holds) {
-    if (!holds)
-        std::abort();
-}
-
-/// A library of its own, started, whose warnings nobody reads.
+/// A library of its own, started, with a running session that has no events, whose warnings nobody reads.
 class Library {
  public:
     Library() {
@@ -51,8 +46,10 @@ class Library {
                                                               {}});
         Telemetrix::startSession();
         queues_.settle();
+        demand(context().removeEventsOfSession(session()).ok());
     }
-    ManagedObjectContext& context() {
+    static std::string session() { return TXSessionManager::sharedManager().currentSession(); }
+    static ManagedObjectContext& context() {
         return TXAnalyticsCoreDataManager::sharedManager().managedObjectContext();
     }
 
@@ -108,10 +105,9 @@ void buildNamed(const std::string& name) {
 /// A row with this text in the running session: it comes back as it was, is posted as it is, and whatever
 /// else reads it goes on.
 void readRow(const std::string& text) {
-    ManagedObjectContext& context = library().context();
+    ManagedObjectContext& context = Library::context();
     (void)context.performAndWait([&]() -> Result<void> {
-        const std::string session = TXSessionManager::sharedManager().currentSession();
-        demand(context.removeEventsOfSession(session).ok());
+        const std::string session = Library::session();
         TXEvent event{0, session, text};
         demand(context.save(event).ok());
         const auto stored = context.eventsOfSession(session, PropertyValues::fetched);

@@ -14,9 +14,24 @@ using foundation::Bitmap;
 
 std::vector<Buffer> pictures(std::string_view format) {
     std::vector<Buffer> found;
-    for (const reliability::NamedFile& file : reliability::soundFiles()) {
+    for (const reliability::NamedFile& file : reliability::smallSoundFiles()) {
         if (file.name.starts_with(format))
             found.push_back(file.bytes);
+    }
+    return found;
+}
+
+/// Of a height that gives each of several parts some rows.
+std::vector<Buffer> jpegPictures() {
+    std::vector<Buffer> found = pictures("jpeg");
+    const Bitmap picture = codecs::samples::quarters(19, 121);
+    for (const int shared : {1, 2}) {
+        codecs::samples::JpegOptions options;
+        options.quality = 75;
+        options.across = options.down = shared;
+        found.push_back(codecs::samples::jpeg(picture.view(), options));
+        options.restartRows = 1;
+        found.push_back(codecs::samples::jpeg(picture.view(), options));
     }
     return found;
 }
@@ -74,6 +89,8 @@ std::vector<Buffer> seedsOf(std::string_view target) {
         return scriptLines();
     if (target == "event")
         return events();
+    if (target == "jpeg")
+        return jpegPictures();
     return pictures(target);
 }
 

@@ -28,6 +28,8 @@ constexpr Chromaticities kSrgbPlaces = {{0.3127, 0.3290}, {0.64, 0.33}, {0.30, 0
 constexpr cmsUInt32Number kGreyIn8 = COLORSPACE_SH(PT_GRAY) | CHANNELS_SH(1) | EXTRA_SH(3) | BYTES_SH(1);
 constexpr cmsUInt32Number kGreyIn16 = COLORSPACE_SH(PT_GRAY) | CHANNELS_SH(1) | EXTRA_SH(3) | BYTES_SH(2);
 
+constexpr int kLatticeStep = 17;
+
 /// How lcms shall read the pixels; 0 for what no decoder makes.
 cmsUInt32Number inputFormat(ColourModel model, SampleDepth depth) {
     const bool wide = depth == SampleDepth::sixteen;
@@ -65,41 +67,39 @@ TransformHandle makeTransform(cmsHPROFILE from, cmsUInt32Number format) {
     return TransformHandle(cmsCreateTransform(from, format, srgb.get(), TYPE_BGRA_8, INTENT_PERCEPTUAL, 0));
 }
 
-/// Colours spread evenly over all that there are, as B,G,R,A: 16 greys, or 16 x 16 x 16 colours.
-std::vector<std::uint8_t> lattice(ColourModel model) {
-    constexpr int kStep = 17;
+/// Colours spread evenly over all that have this much blue, as B,G,R,A: a grey, or 16 x 16 colours.
+std::vector<std::uint8_t> latticeOf(ColourModel model, int blue) {
     std::vector<std::uint8_t> colours;
-    const auto add = [&](int blue, int green, int red) {
+    const auto add = [&](int green, int red) {
         for (const int value : {blue, green, red, 255})
             colours.push_back(static_cast<std::uint8_t>(value));
     };
-    for (int first = 0; first < 256; first += kStep) {
-        if (model == ColourModel::grey) {
-            add(first, first, first);
-            continue;
-        }
-        for (int second = 0; second < 256; second += kStep) {
-            for (int third = 0; third < 256; third += kStep)
-                add(first, second, third);
-        }
+    if (model == ColourModel::grey) {
+        add(blue, blue);
+        return colours;
+    }
+    for (int green = 0; green < 256; green += kLatticeStep) {
+        for (int red = 0; red < 256; red += kLatticeStep)
+            add(green, red);
     }
     return colours;
 }
 
-/// Whether the profile leaves sRGB as it is, tried on colours rather than told by a name: there are dozens
-/// of sRGB profiles.
-bool changesNothing(cmsHPROFILE profile, ColourModel model) {
+/// Whether a transform of 8 bits leaves sRGB as it is, tried on colours rather than told by a name: there are
+/// dozens of sRGB profiles.
+bool changesNothing(cmsHTRANSFORM transform, ColourModel model) {
     if (model != ColourModel::grey && model != ColourModel::rgb)
         return false;
-    const TransformHandle transform = makeTransform(profile, inputFormat(model, SampleDepth::eight));
-    if (!transform)
-        return true;
-    const std::vector<std::uint8_t> colours = lattice(model);
-    std::vector<std::uint8_t> turned = colours;
-    cmsDoTransform(transform.get(), turned.data(), turned.data(),
-                   static_cast<cmsUInt32Number>(turned.size() / 4));
-    return std::equal(colours.begin(), colours.end(), turned.begin(),
-                      [](int before, int after) { return std::abs(before - after) <= 1; });
+    for (int blue = 0; blue < 256; blue += kLatticeStep) {
+        const std::vector<std::uint8_t> colours = latticeOf(model, blue);
+        std::vector<std::uint8_t> turned = colours;
+        cmsDoTransform(transform, turned.data(), turned.data(),
+                       static_cast<cmsUInt32Number>(turned.size() / 4));
+        if (!std::equal(colours.begin(), colours.end(), turned.begin(),
+                        [](int before, int after) { return std::abs(before - after) <= 1; }))
+            return false;
+    }
+    return true;
 }
 
 cmsCIExyY placed(const Chromaticities::Place& place) {
@@ -124,10 +124,15 @@ TransformHandle neededTransform(const Profile& profile, ColourModel picture, Sam
     if (!profile)
         return nullptr;
     const std::optional<ColourModel> model = modelFor(profile.get(), picture);
-    if (!model || changesNothing(profile.get(), *model))
+    const cmsUInt32Number format = model ? inputFormat(*model, depth) : 0;
+    if (format == 0)
         return nullptr;
-    const cmsUInt32Number format = inputFormat(*model, depth);
-    return format != 0 ? makeTransform(profile.get(), format) : nullptr;
+    // Making one takes milliseconds: that of 8 bits, on which it is seen what the profile does, is used as
+    // well.
+    TransformHandle eight = makeTransform(profile.get(), inputFormat(*model, SampleDepth::eight));
+    if (!eight || changesNothing(eight.get(), *model))
+        return nullptr;
+    return depth == SampleDepth::eight ? std::move(eight) : makeTransform(profile.get(), format);
 }
 
 }  // namespace

@@ -30,9 +30,11 @@ std::uint32_t pairOf(JpegStep first, JpegStep second) {
 
 }  // namespace
 
-std::optional<JpegCode> JpegCode::of(const JHUFF_TBL* table) {
-    if (table == nullptr)
+std::optional<JpegCode> JpegCode::of(std::span<JHUFF_TBL* const> tables, int number) {
+    const auto place = static_cast<std::size_t>(number);
+    if (place >= tables.size() || tables[place] == nullptr)
         return std::nullopt;
+    const JHUFF_TBL* const table = tables[place];
     JpegCode code;
     unsigned next = 0;
     std::size_t index = 0;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstdio>  // jpeglib.h needs FILE
 #include <optional>
+#include <span>
 #include <vector>
 
 #include <jpeglib.h>
@@ -16,8 +17,9 @@ struct JpegCode {
     std::array<std::uint16_t, 256> bits{};
     std::array<std::uint8_t, 256> lengths{};  ///< 0 for a symbol that has no code
 
-    /// None where the table is missing or is no code.
-    [[nodiscard]] static std::optional<JpegCode> of(const JHUFF_TBL* table);
+    /// The code of the table with that number, which is any that a file may name. None where there is no such
+    /// table or it is no code.
+    [[nodiscard]] static std::optional<JpegCode> of(std::span<JHUFF_TBL* const> tables, int number);
 
     [[nodiscard]] bool has(std::size_t symbol) const { return lengths[symbol] != 0; }
 };

@@ -3,13 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
-#include <functional>
 
 #include "codecs/JpegDecoder.h"
 #include "codecs/SampleFilesForTests.h"
 #include "foundation/ThreadQueues.h"
 #include "testing/Depth.h"
+#include "testing/LowestFirst.h"
 #include "testing/Seed.h"
 
 namespace trimora::codecs {
@@ -17,25 +18,7 @@ namespace {
 
 using foundation::AlphaMode;
 using foundation::Bitmap;
-
-/// One part after the other, the lowest first: every part gets a share.
-class LowestFirst final : public foundation::Workers {
- public:
-    explicit LowestFirst(
-        int width, std::function<void()> beforeTop = [] {})
-        : width_(width), beforeTop_(std::move(beforeTop)) {}
-    [[nodiscard]] int width() const override { return width_; }
-    void run(int count, const std::function<void(int)>& part) override {
-        for (int i = count - 1; i > 0; --i)
-            part(i);
-        beforeTop_();
-        part(0);
-    }
-
- private:
-    int width_;
-    std::function<void()> beforeTop_;
-};
+using testing::LowestFirst;
 
 /// Colours that change from pixel to pixel, so that a row from a wrong place is seen.
 Bitmap grainy(int width, int height, std::mt19937_64& random) {
@@ -176,6 +159,20 @@ TEST(JpegParts, LeaveProgressiveFilesAndOneCoreToOneReading) {
     EXPECT_FALSE(inParts(samples::jpeg(picture.view(), progressive), three).isWhole);
     foundation::InlineWorkers one;
     EXPECT_FALSE(inParts(samples::jpeg(picture.view()), one).isWhole);
+}
+
+TEST(JpegParts, CodesThatNoFileCanHaveAreNotLookedFor) {
+    const samples::Buffer sound = samples::jpeg(samples::quarters(64, 300).view());
+    constexpr std::array<std::uint8_t, 2> kStartOfScan = {0xFF, 0xDA};
+    const auto scan = std::search(sound.begin(), sound.end(), kStartOfScan.begin(), kStartOfScan.end());
+    ASSERT_NE(scan, sound.end());
+    for (const int number : {4, 9, 15}) {
+        samples::Buffer file = sound;
+        file[static_cast<std::size_t>(scan - sound.begin()) + 6] = static_cast<std::uint8_t>(number << 4);
+        LowestFirst three(3);
+        EXPECT_FALSE(inParts(file, three).isWhole) << number;
+        EXPECT_FALSE(byOneReading(file).isWhole) << number;
+    }
 }
 
 /// The file without its end, or with other bytes somewhere.

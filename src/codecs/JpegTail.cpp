@@ -151,8 +151,8 @@ std::vector<EmptyBlocks> emptyBlocks(const JpegReading& header, const JpegPlace&
     std::vector<EmptyBlocks> components;
     for (std::size_t i = 0; i < static_cast<std::size_t>(info.comps_in_scan); ++i) {
         const jpeg_component_info& component = *info.cur_comp_info[i];
-        const auto means = JpegCode::of(info.dc_huff_tbl_ptrs[component.dc_tbl_no]);
-        const auto rest = JpegCode::of(info.ac_huff_tbl_ptrs[component.ac_tbl_no]);
+        const auto means = JpegCode::of(info.dc_huff_tbl_ptrs, component.dc_tbl_no);
+        const auto rest = JpegCode::of(info.ac_huff_tbl_ptrs, component.ac_tbl_no);
         if (!means || !rest)
             return {};
         components.emplace_back(*means, *rest, place.means[i]);

@@ -55,8 +55,8 @@ bool JpegWalk::addBlocksOf(const JpegReading& header, std::size_t component) {
             codes = block.codes;
     }
     if (!codes) {
-        const auto means = JpegCode::of(info.dc_huff_tbl_ptrs[added.dc_tbl_no]);
-        const auto rest = JpegCode::of(info.ac_huff_tbl_ptrs[added.ac_tbl_no]);
+        const auto means = JpegCode::of(info.dc_huff_tbl_ptrs, added.dc_tbl_no);
+        const auto rest = JpegCode::of(info.ac_huff_tbl_ptrs, added.ac_tbl_no);
         if (!means || !rest)
             return false;
         codes = std::make_shared<const Codes>(Codes{JpegSteps(*means), JpegSteps(*rest)});

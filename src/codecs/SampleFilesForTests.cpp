@@ -556,7 +556,7 @@ Buffer greyProfile(double gamma) {
     return saved(profile);
 }
 
-Buffer inkProfile() {
+Buffer inkProfile(unsigned nodes) {
     auto* const profile = cmsCreateProfilePlaceholder(nullptr);
     cmsSetProfileVersion(profile, 4.3);
     cmsSetDeviceClass(profile, cmsSigOutputClass);
@@ -566,7 +566,7 @@ Buffer inkProfile() {
     auto* const lab = cmsCreateLab4Profile(nullptr);
     auto* const toLab = cmsCreateTransform(srgb, TYPE_RGB_16, lab, TYPE_Lab_16, INTENT_PERCEPTUAL, 0);
     cmsPipeline* const pipeline = cmsPipelineAlloc(nullptr, 4, 3);
-    cmsStage* const table = cmsStageAllocCLut16bit(nullptr, 9, 4, 3, nullptr);
+    cmsStage* const table = cmsStageAllocCLut16bit(nullptr, nodes, 4, 3, nullptr);
     cmsStageSampleCLut16bit(
         table,
         [](const cmsUInt16Number* inks, cmsUInt16Number* out, void* transform) -> cmsInt32Number {

@@ -95,6 +95,7 @@ struct GifOptions {
 [[nodiscard]] Buffer srgbProfile();
 [[nodiscard]] Buffer wideProfile();  ///< primaries and gamma of a wide RGB space
 [[nodiscard]] Buffer greyProfile(double gamma);
-[[nodiscard]] Buffer inkProfile();  ///< CMYK: paper times the complement of each ink, without black ink
+/// CMYK: paper times the complement of each ink. Its table has so many nodes a side.
+[[nodiscard]] Buffer inkProfile(unsigned nodes = 9);
 
 }  // namespace trimora::codecs::samples

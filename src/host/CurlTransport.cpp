@@ -54,6 +54,7 @@ class Transfer {
     void prepare() {
         set(CURLOPT_URL, request_.url.c_str());
         set(CURLOPT_PROTOCOLS_STR, "https");
+        set(CURLOPT_SSLVERSION, static_cast<long>(CURL_SSLVERSION_TLSv1_2));
         set(CURLOPT_FOLLOWLOCATION, 0L);
         set(CURLOPT_NOSIGNAL, 1L);
         set(CURLOPT_TIMEOUT_MS, static_cast<long>(request_.timeoutSeconds * 1000));

@@ -134,12 +134,26 @@ TEST_F(CurlTransportTest, AnswerThatIsLateOrCutIsATransportError) {
     }
 }
 
-TEST_F(CurlTransportTest, ServerWithoutAGoodCertificateSeesNoByteOfTheBody) {
-    for (const char* identity : {"expired", "self-signed", "wrong-host", "unknown-ca"}) {
+TEST_F(CurlTransportTest, ServerWithoutAGoodCertificateSeesNoByteOfTheRequest) {
+    constexpr int kNotVerified = 60;
+    for (const char* identity :
+         {"expired", "not-yet-valid", "self-signed", "wrong-host", "unknown-ca", "short-key", "weak-digest",
+          "for-clients", "without-deputy", "signed-by-a-server"}) {
         const auto error = outcome(server().url("200", identity));
         ASSERT_TRUE(error) << identity;
         EXPECT_EQ(error->domain, CurlTransport::kDomain) << identity;
-        EXPECT_EQ(error->code, 60) << identity << ": " << error->message;
+        EXPECT_EQ(error->code, kNotVerified) << identity << ": " << error->message;
+        EXPECT_THAT(server().takeRequests(), IsEmpty()) << identity;
+    }
+}
+
+TEST_F(CurlTransportTest, ServerThatProtectsNothingSeesNoByteOfTheRequest) {
+    constexpr int kNoHandshake = 35;
+    for (const char* identity : {"old-protocol", "no-cipher", "no-tls"}) {
+        const auto error = outcome(server().url("200", identity));
+        ASSERT_TRUE(error) << identity;
+        EXPECT_EQ(error->domain, CurlTransport::kDomain) << identity;
+        EXPECT_EQ(error->code, kNoHandshake) << identity << ": " << error->message;
         EXPECT_THAT(server().takeRequests(), IsEmpty()) << identity;
     }
 }

@@ -1,5 +1,6 @@
 #include "host/HttpsServerForTests.h"
 
+#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -9,8 +10,12 @@
 namespace trimora::host {
 
 HttpsServer::HttpsServer() {
+    if (!openssl("version")) {
+        std::printf("no HTTPS server: the openssl program is missing\n");
+        return;
+    }
     if (!makeCertificates()) {
-        std::printf("no HTTPS server: the openssl program is missing or failed\n");
+        ADD_FAILURE() << "certificates: " << std::ifstream(folder_.path() / "openssl.log").rdbuf();
         return;
     }
     ::setenv("SSL_CERT_FILE", (folder_.path() / "authority.crt").c_str(), 1);
@@ -87,26 +92,58 @@ bool HttpsServer::openssl(const std::string& arguments) const {
     return std::system(command.c_str()) == 0;
 }
 
-bool HttpsServer::signedBy(const std::string& authority, const std::string& name, const std::string& host,
-                           const std::string& days) const {
-    std::ofstream(folder_.path() / (name + ".ext")) << "subjectAltName=DNS:" << host << "\n";
-    return openssl("req -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes -subj /CN=" + host + " -keyout " +
-                   name + ".key -out " + name + ".csr") &&
-           openssl("x509 -req -in " + name + ".csr -CA " + authority + ".crt -CAkey " + authority +
-                   ".key -CAcreateserial -days " + days + " -extfile " + name + ".ext -out " + name + ".crt");
+bool HttpsServer::signedBy(const std::string& authority, const std::string& name,
+                           const Certificate& with) const {
+    std::ofstream(folder_.path() / (name + ".ext")) << "subjectAltName=DNS:" << with.host << '\n'
+                                                    << with.extensions << '\n';
+    return openssl("req -newkey " + with.key + " -nodes -subj /CN=" + with.host + " -keyout " + name +
+                   ".key -out " + name + ".csr") &&
+           openssl("ca -batch -config authority.conf -notext -cert " + authority + ".crt -keyfile " +
+                   authority + ".key -md " + with.digest + " " + with.validity + " -extfile " + name +
+                   ".ext -in " + name + ".csr -out " + name + ".crt");
 }
 
-bool HttpsServer::makeCertificates() const {
+void HttpsServer::showToo(const std::string& other, const std::string& name) const {
+    std::ofstream(folder_.path() / (name + ".crt"), std::ios::app)
+        << std::ifstream(folder_.path() / (other + ".crt")).rdbuf();
+}
+
+bool HttpsServer::makeAuthorities() const {
+    std::ofstream(folder_.path() / "authority.conf")
+        << "[ca]\ndefault_ca = tests\n"
+           "[tests]\ndatabase = index\nnew_certs_dir = .\n"
+           "policy = names\nunique_subject = no\nrand_serial = yes\n"
+           "[names]\ncommonName = supplied\n";
+    const std::ofstream index(folder_.path() / "index");
     const std::string self = "req -x509 -newkey ec -pkeyopt ec_paramgen_curve:P-256 -nodes -days 2 ";
     return openssl(self + "-subj /CN=Authority -keyout authority.key -out authority.crt") &&
            openssl(self + "-subj /CN=Stranger -keyout stranger.key -out stranger.crt") &&
            openssl(self +
                    "-subj /CN=localhost -addext subjectAltName=DNS:localhost -keyout self-signed.key -out "
                    "self-signed.crt") &&
-           signedBy("authority", "good", "localhost", "2") &&
-           signedBy("authority", "expired", "localhost", "-1") &&
-           signedBy("authority", "wrong-host", "example.org", "2") &&
-           signedBy("stranger", "unknown-ca", "localhost", "2");
+           signedBy("authority", "deputy", {.extensions = "basicConstraints=critical,CA:TRUE"});
+}
+
+bool HttpsServer::makeBadCertificates() const {
+    const std::string past = "-startdate 20200101000000Z -enddate 20200201000000Z";
+    const std::string future = "-startdate 20980101000000Z -enddate 20990101000000Z";
+    const bool made = signedBy("authority", "expired", {.validity = past}) &&
+                      signedBy("authority", "not-yet-valid", {.validity = future}) &&
+                      signedBy("authority", "wrong-host", {.host = "example.org"}) &&
+                      signedBy("authority", "short-key", {.key = "rsa:1024"}) &&
+                      signedBy("authority", "weak-digest", {.digest = "sha1"}) &&
+                      signedBy("authority", "for-clients", {.extensions = "extendedKeyUsage=clientAuth"}) &&
+                      signedBy("stranger", "unknown-ca", {}) && signedBy("deputy", "without-deputy", {}) &&
+                      signedBy("good", "signed-by-a-server", {});
+    if (made)
+        showToo("good", "signed-by-a-server");
+    return made;
+}
+
+bool HttpsServer::makeCertificates() const {
+    return makeAuthorities() &&
+           signedBy("authority", "good", {.extensions = "basicConstraints=critical,CA:FALSE"}) &&
+           makeBadCertificates();
 }
 
 }  // namespace trimora::host

@@ -43,10 +43,23 @@ class HttpsServer {
     void setScript(const std::vector<std::string>& kinds) const;
 
  private:
+    /// What a certificate is made with; the rest is as it should be.
+    struct Certificate {
+        std::string host = "localhost";
+        std::string validity = "-days 2";
+        std::string key = "ec -pkeyopt ec_paramgen_curve:P-256";
+        std::string digest = "sha256";
+        std::string extensions = "keyUsage=digitalSignature";  // lines
+    };
+
     [[nodiscard]] bool makeCertificates() const;
+    [[nodiscard]] bool makeAuthorities() const;
+    [[nodiscard]] bool makeBadCertificates() const;
     [[nodiscard]] bool openssl(const std::string& arguments) const;
     [[nodiscard]] bool signedBy(const std::string& authority, const std::string& name,
-                                const std::string& host, const std::string& days) const;
+                                const Certificate& with) const;
+    /// Has the server of that name show the other's certificate behind its own.
+    void showToo(const std::string& other, const std::string& name) const;
 
     testing::TemporaryFolder folder_;
     std::map<std::string, int> ports_;

@@ -2,8 +2,10 @@
 
 Usage: https_server_for_tests.py FOLDER
 
-FOLDER holds NAME.crt and NAME.key for each identity. Every identity gets a port of its own; the ports
-are printed as one JSON object, and the server runs until its standard input ends. The first part of a
+FOLDER holds NAME.crt and NAME.key for each identity but three, which have the certificate of "good" and do
+without what protects it: "old-protocol" speaks no later TLS than 1.1, "no-cipher" leaves all readable,
+"no-tls" speaks plain HTTP. Every identity gets a port of its own; the ports are printed as one JSON object,
+and the server runs until its standard input ends. The first part of a
 request's path says how it is answered: a number is a status, the other kinds are below; "script" takes
 the next kind from FOLDER/script (one a line) and is 200 after the last. What arrived is written to
 FOLDER/ledger, one JSON object a line, before it is answered.
@@ -16,9 +18,12 @@ import ssl
 import struct
 import sys
 import threading
+import warnings
 
 FOLDER = sys.argv[1]
-IDENTITIES = ("good", "expired", "self-signed", "wrong-host", "unknown-ca")
+CERTIFICATES = ("good", "expired", "not-yet-valid", "self-signed", "wrong-host", "unknown-ca", "short-key",
+                "weak-digest", "for-clients", "without-deputy", "signed-by-a-server")
+UNPROTECTED = ("old-protocol", "no-cipher", "no-tls")
 lock = threading.Lock()
 stopping = threading.Event()
 script = None
@@ -119,21 +124,43 @@ def serve(connection, identity, context):
         stream.close()
 
 
-def listen(identity):
+def serve_openly(connection, identity):
+    """Says yes to anything that comes, and notes whether it could read what was asked."""
+    if b"POST" in connection.recv(65536):
+        write_ledger({"identity": identity, "kind": "readable"})
+    connection.sendall(plain_answer("200"))
+    connection.close()
+
+
+def context_of(identity):
     context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
-    base = os.path.join(FOLDER, identity)
+    if identity != "good":
+        # Whatever is weak is for the other side to refuse.
+        context.set_ciphers("eNULL:@SECLEVEL=0" if identity == "no-cipher" else "ALL:@SECLEVEL=0")
+    if identity == "no-cipher":
+        context.maximum_version = ssl.TLSVersion.TLSv1_2  # later ones always encrypt
+    if identity == "old-protocol":
+        warnings.simplefilter("ignore", DeprecationWarning)
+        context.minimum_version = ssl.TLSVersion.TLSv1
+        context.maximum_version = ssl.TLSVersion.TLSv1_1
+    base = os.path.join(FOLDER, "good" if identity in UNPROTECTED else identity)
     context.load_cert_chain(base + ".crt", base + ".key")
+    return context
+
+
+def listen(identity):
+    how = (serve_openly, identity) if identity == "no-tls" else (serve, identity, context_of(identity))
     server = socket.create_server(("127.0.0.1", 0))
 
     def accept():
         while True:
             connection, _ = server.accept()
-            threading.Thread(target=serve, args=(connection, identity, context), daemon=True).start()
+            threading.Thread(target=how[0], args=(connection, *how[1:]), daemon=True).start()
 
     threading.Thread(target=accept, daemon=True).start()
     return server.getsockname()[1]
 
 
-print(json.dumps({identity: listen(identity) for identity in IDENTITIES}), flush=True)
+print(json.dumps({identity: listen(identity) for identity in CERTIFICATES + UNPROTECTED}), flush=True)
 sys.stdin.read()
 stopping.set()

@@ -15,9 +15,9 @@ using foundation::BitmapView;
 
 namespace {
 
-std::vector<NamedFile> madeSoundFiles() {
-    const auto quarters = samples::quarters(61, 47);
-    const auto fading = samples::fading(53, 39);
+std::vector<NamedFile> soundFiles(int width, int height, unsigned inkNodes) {
+    const auto quarters = samples::quarters(width, height);
+    const auto fading = samples::fading(width - 8, height - 8);
     const auto small = samples::quarters(16, 12);
     const auto whole = quarters.view();
     samples::JpegOptions rotated;
@@ -25,7 +25,7 @@ std::vector<NamedFile> madeSoundFiles() {
     rotated.icc = samples::wideProfile();
     samples::JpegOptions inks;
     inks.cmyk = true;
-    inks.icc = samples::inkProfile();
+    inks.icc = samples::inkProfile(inkNodes);
     const auto tiff = [&](const samples::TiffOptions& options) { return samples::tiff({{whole, options}}); };
     samples::TiffOptions tiled;
     tiled.tile = 16;
@@ -107,18 +107,6 @@ std::uint32_t bigEndianAt(const Buffer& bytes, std::size_t at) {
            static_cast<std::uint32_t>(bytes[at + 2]) << 8 | bytes[at + 3];
 }
 
-void putChecksumsRight(Buffer& png) {
-    for (std::size_t at = 8; at + 12 <= png.size();) {
-        const std::size_t length = bigEndianAt(png, at);
-        if (length > png.size() - at - 12)
-            return;
-        const auto checksum = crc32_z(0, png.data() + at + 4, length + 4);
-        for (std::size_t i = 0; i < 4; ++i)
-            png[at + 8 + length + i] = static_cast<std::uint8_t>(checksum >> (24 - 8 * i));
-        at += length + 12;
-    }
-}
-
 void changeOnce(Buffer& bytes, std::mt19937_64& random) {
     if (bytes.size() < 16)
         return;
@@ -176,8 +164,12 @@ std::string faultOf(const foundation::Bitmap& bitmap) {
 }  // namespace
 
 const std::vector<NamedFile>& soundFiles() {
-    static const std::vector<NamedFile> files = madeSoundFiles();
+    static const std::vector<NamedFile> files = soundFiles(61, 47, 9);
     return files;
+}
+
+std::vector<NamedFile> smallSoundFiles() {
+    return soundFiles(21, 18, 3);
 }
 
 std::vector<NamedFile> brokenFiles() {
@@ -189,6 +181,21 @@ std::vector<NamedFile> brokenFiles() {
         }
     }
     return files;
+}
+
+bool putChecksumsRight(Buffer& png) {
+    bool wereWrong = false;
+    for (std::size_t at = 8; at + 12 <= png.size();) {
+        const std::size_t length = bigEndianAt(png, at);
+        if (length > png.size() - at - 12)
+            break;
+        const auto checksum = crc32_z(0, png.data() + at + 4, length + 4);
+        wereWrong |= bigEndianAt(png, at + 8 + length) != checksum;
+        for (std::size_t i = 0; i < 4; ++i)
+            png[at + 8 + length + i] = static_cast<std::uint8_t>(checksum >> (24 - 8 * i));
+        at += length + 12;
+    }
+    return wereWrong;
 }
 
 Buffer mutant(std::mt19937_64& random) {

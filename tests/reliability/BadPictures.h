@@ -21,12 +21,18 @@ struct NamedFile {
 /// Fifteen sound files: every format in the kinds that are read by code of their own.
 [[nodiscard]] const std::vector<NamedFile>& soundFiles();
 
+/// The same, as small as they are read by all of that code: what fuzzers begin with.
+[[nodiscard]] std::vector<NamedFile> smallSoundFiles();
+
 /// Each sound file broken in ten ways, "png-16-interlaced.cut-at-half" and so on.
 [[nodiscard]] std::vector<NamedFile> brokenFiles();
 
 /// A sound file with one to eight random changes. In half of the PNG files the checksums are put right
 /// afterwards, so that what lies behind them is reached.
 [[nodiscard]] Buffer mutant(std::mt19937_64& random);
+
+/// Makes the checksum of every whole chunk of a PNG file what it should be. Whether one was not.
+bool putChecksumsRight(Buffer& png);
 
 /// Twelve small files whose metadata would cost much time or memory if anybody read it all.
 [[nodiscard]] std::vector<NamedFile> metadataBombs();

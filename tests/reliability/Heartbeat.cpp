@@ -2,27 +2,21 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <utility>
 
+#include "QueuesBeside.h"
+#include "ThreadTime.h"
+
 namespace trimora::reliability {
-namespace {
-
-std::chrono::nanoseconds processorTimeOfThisThread() {
-    std::timespec spent{};
-    ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &spent);
-    return std::chrono::seconds(spent.tv_sec) + std::chrono::nanoseconds(spent.tv_nsec);
-}
-
-}  // namespace
 
 void Heartbeat::beat() {
     const Nanoseconds waited = waitsForAProcessor();
-    const Nanoseconds now = processorTimeOfThisThread();
-    const Nanoseconds worked = now - std::exchange(spent_, now);
-    const auto instant = std::chrono::steady_clock::now();
+    const auto [workedBeside, passedBeside] = QueuesBeside::spentBeside();
+    const Nanoseconds work = processorTimeOfThisThread() - workedBeside;
+    const Nanoseconds worked = work - std::exchange(worked_, work);
+    const auto instant = std::chrono::steady_clock::now() - passedBeside;
     const Nanoseconds passed = instant - std::exchange(last_, instant);
     longest_ = std::max({longest_, passed - waited, std::min(worked, passed)});
 }

@@ -10,7 +10,8 @@ namespace trimora::reliability {
 ///
 /// The machine may be busy with other things, and what is asked for is whether the program keeps somebody
 /// waiting. So the times in which a thread of this process was ready to run and got no processor are not
-/// counted, as far as the system tells them; what the silent thread spent on a processor always is.
+/// counted, as far as the system tells them; what the silent thread spent on a processor always is, but for
+/// what it did there for other threads (QueuesBeside).
 class Heartbeat {
  public:
     Heartbeat() { beat(); }
@@ -27,7 +28,7 @@ class Heartbeat {
     [[nodiscard]] Nanoseconds waitsForAProcessor();
 
     std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
-    Nanoseconds spent_{0};  // by this thread on a processor, since it began
+    Nanoseconds worked_{0};  // by this thread on a processor, since it began
     Nanoseconds longest_{0};
     std::map<std::string, Nanoseconds> waited_;  // by thread, since it began
 };

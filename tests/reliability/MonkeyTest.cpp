@@ -29,9 +29,7 @@ using ::testing::Truly;
 
 constexpr int kEventsBetweenLooks = 1000;
 constexpr int kEventsBetweenGlances = 10;
-/// What the program leaves to other threads is done here by the window's own: with a sanitizer the blur of a
-/// large picture alone takes seconds.
-constexpr milliseconds kLongestSilence{testing::kSanitized ? 10'000 : 2'000};
+constexpr milliseconds kLongestSilence{2'000};
 constexpr int kMostSheets = 4;  // a command from outside may ask over what the person is asked already
 
 /// But for the panels of Save: the answer to a question over one may call for another.

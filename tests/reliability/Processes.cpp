@@ -74,7 +74,7 @@ Ended inOwnProcess(const std::function<int()>& work, int cpuSeconds) {
     std::fflush(nullptr);
     const pid_t child = ::fork();
     if (child == 0) {
-        constexpr unsigned kStuckAfter = 300;  // seconds
+        constexpr unsigned kStuckAfter = 1800;  // seconds; a busy machine gives it a few in a hundred
         ::alarm(kStuckAfter);
         run(work, cpuSeconds, pipe[1]);
     }

@@ -11,6 +11,7 @@
 #include "Processes.h"
 #include "SavingForTests.h"
 #include "files/FilesForTests.h"
+#include "testing/Depth.h"
 #include "testing/TemporaryFolder.h"
 
 // Saving over a file with every call that it makes failing in every way: what stands there afterwards is
@@ -189,6 +190,10 @@ TEST_P(SaveFaults, LeaveTheOldFileOrTheNewOne) {
     everyPlan(520, 520);
     if (!kSanitized)
         everyPlan(900, 600);
+    if (testing::byDepth(1, 2, 2) > 1) {
+        everyPlan(1200, 900);
+        everyPlan(1500, 1000);
+    }
     std::printf("%d points\n", points_);
 }
 

@@ -30,6 +30,22 @@ void openPanel(const QString& title, const path& file, ports::Panels::Answer ans
     dialog->open();
 }
 
+Host with(foundation::QueueFactory& queues, Host host) {
+    return {.queues = queues,
+            .clock = host.clock,
+            .scheduler = host.scheduler,
+            .codecWorkers = host.codecWorkers,
+            .panels = host.panels,
+            .settings = host.settings,
+            .userNotifications = host.userNotifications,
+            .workspace = host.workspace,
+            .homes = std::move(host.homes),
+            .recording = host.recording,
+            .earlierYes = host.earlierYes,
+            .randomMicroseconds = std::move(host.randomMicroseconds),
+            .quit = std::move(host.quit)};
+}
+
 }  // namespace
 
 void OneFilePanels::chooseFileToOpen(const path& /*folder*/, FilesAnswer answer) {
@@ -48,7 +64,7 @@ void OneFilePanels::runAlert(const ports::Alert& alert, AlertAnswer answer) {
 }
 
 WindowProgram::WindowProgram(Homes homes, ports::Panels& panels)
-    : wiring_(std::make_unique<Wiring>(desktop_.host(std::move(homes), panels))) {
+    : wiring_(std::make_unique<Wiring>(with(queues_, desktop_.host(std::move(homes), panels)))) {
     using Kind = app::MessageLine::Kind;
     wiring_->shell().messages().onLine([this](Kind kind, const std::string& line) {
         if (kind == Kind::trouble)

@@ -7,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "QueuesBeside.h"
 #include "cli/RunDesktop.h"
 #include "main/Wiring.h"
 #include "platform/QtPanels.h"
@@ -59,6 +60,7 @@ class WindowProgram {
  private:
     std::vector<std::string> troubles_;
     RunDesktop desktop_{RunTime::Pace::virtually};
+    QueuesBeside queues_{desktop_.time().queues()};
     std::unique_ptr<Wiring> wiring_;
 };
 

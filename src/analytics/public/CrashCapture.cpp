@@ -33,6 +33,8 @@ namespace {
 
 constexpr const char* kCrashLogKey = "kTLCrashLogKey";
 constexpr std::size_t kLargestRecord = 1024 * 1024;
+// A program that crashes at every start beside a store that takes nothing must not fill the user defaults.
+constexpr std::size_t kMostWaiting = 32;
 constexpr unsigned kOwnerOnly = 0600;
 
 struct Installed {
@@ -114,13 +116,19 @@ std::string callStackSymbols() {
     return text;
 }
 
+/// Those that wait longest are kept where there are too many: what came first may have led to the rest.
+void addTo(CrashCapture::Crashes& waiting, const std::string& session, const std::string& text) {
+    if (waiting.size() < kMostWaiting)
+        waiting.emplace(session, text);
+}
+
 /// The abort at its end leaves a record of its own, which the next start takes only where this one could not
 /// be stored: memory may be missing or in disorder, and a lock that is needed may be held for ever.
 [[noreturn]] void handleUncaughtException() {
     FatalSignals::endWithin(1);
     const std::terminate_handler before = current ? current->terminateBefore : nullptr;
     CrashCapture::Crashes crashes = CrashCapture::pendingCrashes();
-    crashes.insert_or_assign(FatalSignals::session(), withoutNames(describeException()) + callStackSymbols());
+    addTo(crashes, FatalSignals::session(), withoutNames(describeException()) + callStackSymbols());
     CrashCapture::setPendingCrashes(crashes);
     if (before != nullptr)
         before();
@@ -145,7 +153,7 @@ void collect(const std::filesystem::path& path, CrashCapture::Crashes& crashes,
         const auto view = bytes->view();
         const std::string written(view.begin(), view.end());
         if (const auto record = CrashRecord::parse(written))
-            crashes.emplace(record->session, record->text);
+            addTo(crashes, record->session, record->text);
     }
 }
 

@@ -39,7 +39,8 @@ class CrashCapture {
     /// The session that a crash from now on belongs to. Any thread; never waits for the disk.
     static void setSession(const std::string& session);
 
-    /// The crashes that wait in the user defaults to be stored, and what is to wait there from now on.
+    /// The crashes that wait in the user defaults to be stored, and what is to wait there from now on. While
+    /// 32 wait no more are added.
     [[nodiscard]] static Crashes pendingCrashes();
     static void setPendingCrashes(const Crashes& crashes);
 };

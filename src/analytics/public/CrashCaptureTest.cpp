@@ -4,6 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <barrier>
 #include <csignal>
 #include <cstring>
@@ -114,6 +115,12 @@ class CrashCaptureTest : public TelemetrixTest {
         std::string session;
         std::ifstream(home.path() / "session") >> session;
         return session;
+    }
+    [[nodiscard]] int recordsLeft() const {
+        const std::filesystem::directory_iterator entries(home.path() / "Trimora");
+        return static_cast<int>(std::count_if(begin(entries), end(entries), [](const auto& entry) {
+            return entry.path().extension() == ".crash";
+        }));
     }
     /// The next start of the library; what it stored of the crash, in the session in which it happened.
     std::vector<std::string> stackTracesAfterRestart() {
@@ -308,8 +315,7 @@ TEST_F(CrashCaptureTest, KilledProcessLeavesNoCrash) {
     const int status = childStatus([] { ::raise(SIGKILL); });
     EXPECT_EQ(WTERMSIG(status), SIGKILL);
     EXPECT_THAT(stackTracesAfterRestart(), IsEmpty());
-    for (const auto& entry : std::filesystem::directory_iterator(home.path() / "Trimora"))
-        EXPECT_NE(entry.path().extension(), ".crash");
+    EXPECT_EQ(recordsLeft(), 0);
 }
 
 #endif
@@ -322,6 +328,24 @@ TEST_F(CrashCaptureTest, PendingCrashesOfSeveralSessionsAreEachRecordedInTheirs)
     EXPECT_EQ(bodies("B").at(0)["event"], "app_crash");
     EXPECT_THAT(bodies("C"), IsEmpty());
     EXPECT_EQ(defaults.values.count("kTLCrashLogKey"), 0U);
+}
+
+TEST_F(CrashCaptureTest, NoMoreThanThirtyTwoCrashesWait) {
+    defaults.values["kTLCrashLogKey"] = R"({"first":"kept"})";
+    install();
+    std::filesystem::create_directories(home.path() / "Trimora");
+    for (int k = 1; k <= 40; ++k) {
+        const std::string name = std::to_string(k);
+        std::ofstream(home.path() / "Trimora" / ("telemetrix-" + name + ".crash"))
+            << "session later-" << name << "\nsignal 11\n";
+    }
+    CrashCapture::install();
+    CrashCapture::prepareRecord(home.path() / "Trimora");
+    const CrashCapture::Crashes waiting = CrashCapture::pendingCrashes();
+    CrashCapture::uninstall();
+    EXPECT_THAT(waiting, SizeIs(32));
+    EXPECT_EQ(waiting.count("first"), 1U);
+    EXPECT_EQ(recordsLeft(), 0);
 }
 
 TEST_F(CrashCaptureTest, CrashIsPostedWithTheSessionInWhichItHappened) {
