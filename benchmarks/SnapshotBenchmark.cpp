@@ -1,11 +1,13 @@
 // A mask of 2000 x 2000 with ten strokes: kept as a PNG file in memory and read back, by everything
-// that can; and the snapshot for the screen after one more dab of the brush.
+// that can, from nothing and after one more stroke; and the snapshot for the screen after one more dab of the
+// brush.
 
 #include <png.h>
 #include <spng.h>
 
 #include <QBuffer>
 #include <QImage>
+#include <array>
 #include <cmath>
 #include <cstdio>
 #include <functional>
@@ -169,6 +171,57 @@ void compareReading(const std::string& job, const Bitmap& plane) {
     table.print();
 }
 
+// A mask before and after one more stroke, 200 pixels long.
+struct OneMore {
+    std::array<const Bitmap*, 2> planes;
+    foundation::IntRect changed;
+};
+
+void compareRecording(const std::string& job, const OneMore& stroke) {
+    const auto files = std::make_shared<MaskFiles>();
+    (void)files->write(stroke.planes[0]->view(), stroke.planes[0]->view().bounds());
+    const auto keep = std::make_shared<Bytes>();
+    const auto turn = std::make_shared<std::size_t>(0);
+    Comparison table(job, 31, Timed::byProcessor);
+    table.add("Trimora, what changed",
+              [=] { *keep = files->write(stroke.planes[++*turn % 2]->view(), stroke.changed).value(); });
+    table.add("Trimora, from nothing", [=] { *keep = encodeMask(stroke.planes[1]->view()).value(); });
+    table.add("libpng 1, no filter", [=] { *keep = byLibpng(*stroke.planes[1], 1, PNG_FILTER_NONE); });
+    table.add("Qt", [=] { *keep = byQt(*stroke.planes[1]); });
+    table.print();
+}
+
+void compareUndoing(const std::string& job, const OneMore& stroke) {
+    const auto files = std::make_shared<MaskFiles>();
+    std::array<Bytes, 2> ours;
+    std::array<Bytes, 2> theirs;
+    for (std::size_t i = 0; i < ours.size(); ++i) {
+        ours[i] = files->write(stroke.planes[i]->view(), stroke.planes[i]->view().bounds()).value();
+        theirs[i] = byLibpng(*stroke.planes[i], 6, 0);
+    }
+    const auto turn = std::make_shared<std::size_t>(1);
+    Comparison table(job, 31, Timed::byProcessor);
+    table.add("Trimora, what differs",
+              [=, &ours] { (void)files->read(ours[++*turn % 2], kSide, foundation::IntRect{}); });
+    table.add("Trimora, all of it", [&] { (void)decodeMask(ours[0], kSide); });
+    table.add("libpng", [&] { (void)readByLibpng(theirs[0]); });
+    table.add("Qt", [&] { (void)QImage::fromData(theirs[0].data(), static_cast<int>(theirs[0].size())); });
+    table.print();
+}
+
+void compareOneMoreStroke(const std::string& kind, const Bitmap& before, const BrushStamp* soft) {
+    constexpr double kDiameter = 70;
+    constexpr int kLength = 200;
+    Bitmap after = std::move(before.clone()).value();
+    std::vector<Rect> stamps;
+    for (double done = 0; done < kLength; done += kDiameter / 66)
+        stamps.push_back({700 + done * 0.8, 900 + done * 0.6, kDiameter, kDiameter});
+    const auto changed = paintStamps(after.view(), stamps, {Pixel{}, soft});
+    const OneMore stroke{{&before, &after}, changed};
+    compareRecording("one more " + kind + " stroke of 200 pixels, recorded", stroke);
+    compareUndoing("one more " + kind + " stroke of 200 pixels, undone and redone", stroke);
+}
+
 void compareSnapshots(const Bitmap& plane) {
     const auto snapshotter = std::make_shared<MaskSnapshotter>();
     (void)snapshotter->take(plane.view(), {});
@@ -197,5 +250,7 @@ int main() {
     compareReading("mask of ten hard strokes from PNG", hard);
     compareWriting("mask of ten soft strokes to PNG", smooth);
     compareReading("mask of ten soft strokes from PNG", smooth);
+    compareOneMoreStroke("hard", hard, nullptr);
+    compareOneMoreStroke("soft", smooth, &soft);
     compareSnapshots(hard);
 }

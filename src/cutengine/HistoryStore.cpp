@@ -6,14 +6,13 @@
 #include <vector>
 
 #include "cutengine/MaskPainter.h"
-#include "cutengine/kernels/MaskCodec.h"
 #include "foundation/Log.h"
 
 namespace trimora::cutengine {
 
-using foundation::Bitmap;
 using foundation::BitmapView;
 using foundation::Error;
+using foundation::IntRect;
 using foundation::Result;
 
 namespace {
@@ -55,6 +54,7 @@ void HistoryStore::clear() {
     currentState_ = -1;
     fileIndex_ = -1;
     written_.reset();
+    packed_.forget();
     if (!folder_)
         return;
     const Result<void> removed = folder_->removeAllFiles();
@@ -62,7 +62,7 @@ void HistoryStore::clear() {
         foundation::log::warning("history files stay behind: %s", removed.error().message.c_str());
 }
 
-Result<void> HistoryStore::record(BitmapView mask) {
+Result<void> HistoryStore::record(BitmapView mask, const IntRect& changed) {
     if (currentState_ < length_ - 1) {
         ++currentState_;
         length_ = currentState_ + 1;
@@ -71,15 +71,17 @@ Result<void> HistoryStore::record(BitmapView mask) {
         ++length_;
     }
     const std::int64_t number = fileIndex_ < kLastFileNumber ? fileIndex_ + 1 : 0;
-    if (mask.isEmpty())
+    if (mask.isEmpty()) {
+        packed_.forget();
         return {};
+    }
     fileIndex_ = number;
     written_.reset(static_cast<std::size_t>(number));
     if (!onDisk_)
         return {};
     if (!folder_)
         return Error{"there is no folder for it"};
-    const auto file = unlessMemoryRunsOut([&] { return kernels::encodeMask(mask); });
+    const auto file = unlessMemoryRunsOut([&] { return packed_.write(mask, changed); });
     Result<void> written = file ? folder_->write(fileName(number), *file) : file.error();
     if (!written) {
         // What an earlier round of the ring left under this name is another state: better none.
@@ -90,7 +92,7 @@ Result<void> HistoryStore::record(BitmapView mask) {
     return written;
 }
 
-std::optional<Bitmap> HistoryStore::step(Step step) {
+std::optional<kernels::MaskRows> HistoryStore::step(Step step, const IntRect& changed) {
     const bool back = step == Step::back;
     if (!onDisk_ || (back ? currentState_ <= 0 : !canStepForward()))
         return std::nullopt;
@@ -106,15 +108,15 @@ std::optional<Bitmap> HistoryStore::step(Step step) {
         foundation::log::warning("NO DATA PROVIDER");
         return std::nullopt;
     }
-    auto mask = kernels::decodeMask(file->view(), kLargestMaskSide);
-    if (!mask && mask.error().code == ENOMEM)
+    auto rows = packed_.read(file->view(), kLargestMaskSide, changed);
+    if (!rows && rows.error().code == ENOMEM)
         throw std::bad_alloc();
     fileIndex_ = number;
     currentState_ += back ? -1 : 1;
-    if (mask)
-        return std::move(*mask);
-    foundation::log::warning("%s: %s", fileName(number).c_str(), mask.error().message.c_str());
-    return Bitmap();
+    if (rows)
+        return std::move(*rows);
+    foundation::log::warning("%s: %s", fileName(number).c_str(), rows.error().message.c_str());
+    return kernels::MaskRows();
 }
 
 }  // namespace trimora::cutengine

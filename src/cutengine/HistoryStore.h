@@ -7,8 +7,10 @@
 #include <optional>
 #include <string>
 
+#include "cutengine/kernels/MaskCodec.h"
 #include "files/PrivateFolder.h"
 #include "foundation/Bitmap.h"
+#include "foundation/Geometry.h"
 #include "foundation/Result.h"
 
 namespace trimora::cutengine {
@@ -17,7 +19,11 @@ namespace trimora::cutengine {
 /// (0.his to 30.his), of which at most 30 states can be visited.
 ///
 /// The ring has one name more than the depth, so the newest write never replaces a state that can
-/// still be reached. Undo always reads the file; nothing is cached.
+/// still be reached. Undo always reads the whole file and checks it; what is kept is the packed mask of the
+/// shown state, so that of a file only what differs from it is unpacked, and only what changed is packed.
+///
+/// `changed`, wherever it is asked for, is the part of the mask that may differ from the shown state (top row
+/// first): the whole of it where nobody knows.
 ///
 /// Threads: the painting queue records and steps; clear() runs while that queue is idle; the counters
 /// may be read by any thread.
@@ -47,12 +53,13 @@ class HistoryStore {
     /// Keeps the mask as the newest state; states that had been undone are dropped. The counters move
     /// in any case; without a mask no file is written. A file that cannot be written returns an error,
     /// and no file stands under its name then.
-    foundation::Result<void> record(foundation::BitmapView mask);
+    foundation::Result<void> record(foundation::BitmapView mask, const foundation::IntRect& changed);
 
-    /// Moves to the state before or after and returns its mask, an empty bitmap where the file does
-    /// not decode. None where there is no such state, or its file was not written or cannot be opened
-    /// (logged): nothing changed. Throws std::bad_alloc, and nothing changed then either.
-    [[nodiscard]] std::optional<foundation::Bitmap> step(Step step);
+    /// Moves to the state before or after and returns the rows that make its mask of the present one; a mask
+    /// by itself, and empty, where the file does not decode. None where there is no such state, or its file
+    /// was not written or cannot be opened (logged): nothing changed. Throws std::bad_alloc, and nothing
+    /// changed then either.
+    [[nodiscard]] std::optional<kernels::MaskRows> step(Step step, const foundation::IntRect& changed);
 
     [[nodiscard]] bool canStepForward() const { return currentState_ <= length_ - 2; }
 
@@ -66,6 +73,7 @@ class HistoryStore {
     /// The files that hold what was last recorded under their names. Another may hold an older mask that
     /// a failing disk would neither replace nor remove.
     std::bitset<kLastFileNumber + 1> written_;
+    kernels::MaskFiles packed_;
 };
 
 }  // namespace trimora::cutengine

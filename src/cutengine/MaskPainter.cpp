@@ -4,6 +4,7 @@
 #include <new>
 #include <utility>
 
+#include "cutengine/kernels/PixelRows.h"
 #include "cutengine/kernels/Resample.h"
 #include "cutengine/kernels/StrokePainter.h"
 
@@ -11,6 +12,7 @@ namespace trimora::cutengine {
 
 using foundation::Bitmap;
 using foundation::IntRect;
+using foundation::MutableBitmapView;
 using foundation::Pixel;
 using foundation::Rect;
 using foundation::Result;
@@ -31,14 +33,37 @@ Bitmap filledPlane(const PlaneSize& size, Pixel fill) {
     return std::move(*plane);
 }
 
+bool hasSize(const Bitmap& plane, const PlaneSize& size) {
+    return plane.width() == size.width && plane.height() == size.height;
+}
+
 /// A plane of the same size needs no other memory.
 void refill(Bitmap& plane, const PlaneSize& size, Pixel fill) {
-    if (plane.width() == size.width && plane.height() == size.height) {
+    if (hasSize(plane, size)) {
         plane.fill(fill);
         return;
     }
     plane = {};
     plane = filledPlane(size, fill);
+}
+
+/// Puts rows into a plane as wide, from `top` on; returns where that changed it.
+IntRect putRows(foundation::BitmapView rows, int top, MutableBitmapView plane) {
+    IntRect changed;
+    std::vector<std::int32_t> places(static_cast<std::size_t>(rows.width + kernels::kPlacesSlack));
+    for (int y = 0; y < rows.height; ++y) {
+        const int count =
+            kernels::differingPixels(rows.row(y), plane.row(top + y), rows.width, places.data());
+        if (count == 0)
+            continue;
+        const int first = places.front();
+        const int last = places[static_cast<std::size_t>(count) - 1];
+        changed = united(changed, {first, top + y, last + 1 - first, 1});
+    }
+    if (!changed.isEmpty())
+        copyPixels(subview(rows, {changed.x, changed.y - top, changed.width, changed.height}),
+                   subview(plane, changed));
+    return changed;
 }
 
 }  // namespace
@@ -87,6 +112,23 @@ kernels::BrushStamp MaskPainter::brushMask(float hardness) const {
     return {kLargestStamp / maskScale_, hardness};
 }
 
+void MaskPainter::setNewContextImage(kernels::MaskRows mask) {
+    newContextImage_ = std::move(mask);
+    isStateToCome_ = true;
+    changedSinceState_ = newContextImage_.isWhole ? bitmapContext_.view().bounds() : rowsToCome();
+}
+
+void MaskPainter::setStateShown() {
+    isStateToCome_ = false;
+    changedSinceState_ = rowsToCome();
+}
+
+IntRect MaskPainter::rowsToCome() const {
+    if (newContextImage_.isWhole)
+        return {};
+    return {0, newContextImage_.top, newContextImage_.pixels.width(), newContextImage_.pixels.height()};
+}
+
 std::optional<MaskPainter::Shown> MaskPainter::paintPass(const foundation::Task& recordHistoryState) {
     return pass([&](IntRect& changed) {
         for (std::vector<Queued> batch = takeBatch(); !batch.empty(); batch = takeBatch()) {
@@ -104,22 +146,24 @@ std::optional<MaskPainter::Shown> MaskPainter::rebuildPass() {
 }
 
 std::optional<MaskPainter::Shown> MaskPainter::pass(const Paint& paint) {
-    const bool rebuilt = needsContectUpdate_.exchange(false);
-    try {
-        if (rebuilt)
-            rebuildPlanes();
-    } catch (const std::bad_alloc&) {
-        needsContectUpdate_ = true;
-        throw;
+    IntRect changed;
+    bool all = false;  // is to be shown, and the snapshotter does not take it for what it was
+    if (needsContectUpdate_.exchange(false)) {
+        all = newContextImage_.isWhole;
+        try {
+            changed = rebuildPlanes();
+        } catch (const std::bad_alloc&) {
+            needsContectUpdate_ = true;
+            throw;
+        }
     }
     if (bitmapContext_.isEmpty() || colorContext_.isEmpty())
         return std::nullopt;
-    const bool isUnread = std::exchange(isBrokenOff_, true) && !rebuilt;
-    if (isUnread)
+    if (std::exchange(isBrokenOff_, true) && !all) {
         snapshotter_.reset();
-    IntRect changed;
+        all = true;
+    }
     paint(changed);
-    const bool all = rebuilt || isUnread;
     std::optional<Shown> shown;
     if (all || !changed.isEmpty()) {
         shown = {snapshotter_.take(bitmapContext_.view(), changed),
@@ -129,25 +173,48 @@ std::optional<MaskPainter::Shown> MaskPainter::pass(const Paint& paint) {
     return shown;
 }
 
-void MaskPainter::rebuildPlanes() {
+/// Returns where rows that came changed the mask plane as it was; nothing where it was made anew.
+IntRect MaskPainter::rebuildPlanes() {
+    if (newContextImage_.isWhole) {
+        changedSinceState_ = bitmapContext_.view().bounds();
+        makePlanes(PlaneSize::forPicture(pictureSize_));
+        newContextImage_ = {};
+        changedSinceState_ = bitmapContext_.view().bounds();
+        return {};
+    }
+    emptyColorPlane({bitmapContext_.width(), bitmapContext_.height()});
+    const IntRect changed =
+        putRows(newContextImage_.pixels.view(), newContextImage_.top, bitmapContext_.view());
+    newContextImage_ = {};
+    changedSinceState_ = isStateToCome_ ? IntRect{} : united(changedSinceState_, changed);
+    return changed;
+}
+
+void MaskPainter::makePlanes(const PlaneSize& size) {
     snapshotter_.reset();
-    const PlaneSize size = PlaneSize::forPicture(pictureSize_);
     if (size.width == 0) {
         bitmapContext_ = {};
         colorContext_ = {};
-        newContextImage_ = {};
         return;
     }
     maskScale_ = size.maskScale;
-    refill(bitmapContext_, size, kNothingCut);
-    refill(colorContext_, size, kTransparent);
-    if (newContextImage_.isEmpty()) {
+    const Bitmap& mask = newContextImage_.pixels;
+    if (mask.isEmpty() || !hasSize(bitmapContext_, size))
+        refill(bitmapContext_, size, kNothingCut);
+    emptyColorPlane(size);
+    if (mask.isEmpty()) {
         (void)snapshotter_.takeFilled(size.width, size.height, kNothingCut.alpha);
         return;
     }
     foundation::InlineWorkers here;
-    kernels::resample(newContextImage_.view(), bitmapContext_.view(), here, kernels::Filter::triangle);
-    newContextImage_ = {};
+    kernels::resample(mask.view(), bitmapContext_.view(), here, kernels::Filter::triangle);
+}
+
+void MaskPainter::emptyColorPlane(const PlaneSize& size) {
+    if (isColorEmpty_ && hasSize(colorContext_, size))
+        return;
+    refill(colorContext_, size, kTransparent);
+    isColorEmpty_ = true;
 }
 
 /// The leading stamps of the buffer that are painted alike, or one end-of-stroke mark, or nothing.
@@ -177,10 +244,16 @@ void MaskPainter::paintBatch(const std::vector<Queued>& batch, IntRect& maskChan
     const PaintSettings& settings = batch.front().settings;
     const kernels::BrushStamp soft = brushMask(settings.hardness);
     const kernels::Brush brush{settings.fill, settings.hardness < kHardEdge ? &soft : nullptr};
-    Bitmap& plane = settings.colorMode ? colorContext_ : bitmapContext_;
-    const IntRect changed = kernels::paintStamps(plane.view(), stamps, brush);
-    if (!settings.colorMode)
-        maskChanged = united(maskChanged, changed);
+    if (settings.colorMode) {
+        isColorEmpty_ = false;
+        (void)kernels::paintStamps(colorContext_.view(), stamps, brush);
+        return;
+    }
+    // Where painting is broken off nobody knows what has changed.
+    const IntRect before = std::exchange(changedSinceState_, bitmapContext_.view().bounds());
+    const IntRect changed = kernels::paintStamps(bitmapContext_.view(), stamps, brush);
+    changedSinceState_ = united(before, changed);
+    maskChanged = united(maskChanged, changed);
 }
 
 Rect MaskPainter::inPlanePixels(const Rect& stamp) const {

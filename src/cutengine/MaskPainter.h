@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "cutengine/kernels/BrushStamp.h"
+#include "cutengine/kernels/MaskCodec.h"
 #include "cutengine/kernels/MaskSnapshot.h"
 #include "foundation/Bitmap.h"
 #include "foundation/Geometry.h"
@@ -71,8 +72,15 @@ class MaskPainter {
     [[nodiscard]] kernels::BrushStamp brushMask(float hardness) const;
 
     // ── Painting queue ─────────────────────────────────────────────────────────────────────────
-    /// The mask that the next rebuild loads; an empty bitmap means nothing cut.
-    void setNewContextImage(foundation::Bitmap mask) { newContextImage_ = std::move(mask); }
+    /// What the next rebuild loads: a mask, of which an empty one means nothing cut, or the rows that make
+    /// another mask of the one in the plane.
+    void setNewContextImage(kernels::MaskRows mask);
+
+    /// The part of the mask plane that may differ from the state that the history shows: all that has changed
+    /// since setStateShown(), and all that setNewContextImage() is still to change.
+    [[nodiscard]] const foundation::IntRect& changedSinceState() const { return changedSinceState_; }
+    /// The history shows the mask plane as it is.
+    void setStateShown();
 
     /// Rebuilds the planes where that is due, paints what is buffered up to the end of a stroke, calls
     /// `recordHistoryState` there, and returns the mask as it is now where it changed. Throws std::bad_alloc:
@@ -95,7 +103,10 @@ class MaskPainter {
     /// What a pass paints: grows the rectangle by what it changed in the mask plane.
     using Paint = std::function<void(foundation::IntRect&)>;
     [[nodiscard]] std::optional<Shown> pass(const Paint& paint);
-    void rebuildPlanes();
+    [[nodiscard]] foundation::IntRect rebuildPlanes();
+    void makePlanes(const PlaneSize& size);
+    void emptyColorPlane(const PlaneSize& size);
+    [[nodiscard]] foundation::IntRect rowsToCome() const;
     [[nodiscard]] std::vector<Queued> takeBatch();
     void paintBatch(const std::vector<Queued>& batch, foundation::IntRect& maskChanged);
     [[nodiscard]] foundation::Rect inPlanePixels(const foundation::Rect& stamp) const;
@@ -108,7 +119,10 @@ class MaskPainter {
     foundation::Size pictureSize_;
     foundation::Bitmap bitmapContext_;
     foundation::Bitmap colorContext_;
-    foundation::Bitmap newContextImage_;
+    bool isColorEmpty_ = false;  ///< false where something may have been painted into the colour plane
+    kernels::MaskRows newContextImage_;
+    bool isStateToCome_ = false;  ///< whether newContextImage_ makes the state that the history shows
+    foundation::IntRect changedSinceState_;
     kernels::MaskSnapshotter snapshotter_;
     bool isBrokenOff_ = false;  ///< whether the last pass ended before its mask was shown
 };

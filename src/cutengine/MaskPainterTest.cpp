@@ -118,10 +118,51 @@ TEST_F(MaskPainterTest, RebuildingPassLeavesStampsToTheNext) {
 
 TEST_F(MaskPainterTest, LoadedMaskOfAnotherSizeIsStretchedOverThePlane) {
     painter.beginDocument({40, 40});
-    painter.setNewContextImage(Bitmap::createFilled(10, 10, {0, 0, 0, 77}).value());
+    painter.setNewContextImage({Bitmap::createFilled(10, 10, {0, 0, 0, 77}).value()});
     pass();
     EXPECT_EQ(painter.bitmapContext().pixel(20, 20), (Pixel{0, 0, 0, 77}));
     EXPECT_EQ(painter.bitmapContext().width(), 40);
+}
+
+/// Rows of one alpha, of the width of a plane of 40 x 40.
+kernels::MaskRows rowsOf(int top, int height, std::uint8_t alpha) {
+    return {Bitmap::createFilled(40, height, {0, 0, 0, alpha}).value(), top, false};
+}
+
+TEST_F(MaskPainterTest, RowsOfAStateAreAllThatARebuildChangesAndShows) {
+    painter.beginDocument({40, 40});
+    pass();
+    painter.setStateShown();
+    const Rect stamp{30, 18, 4, 4};
+    painter.append({&stamp, 1}, {.colorMode = true, .fill = {9, 9, 9, 255}});
+    painter.append({&stamp, 1}, {});
+    pass();
+    EXPECT_EQ(painter.changedSinceState(), (foundation::IntRect{30, 18, 4, 4}));
+    auto rows = rowsOf(15, 10, 255);
+    rows.pixels.setPixel(3, 4, {0, 0, 0, 50});
+    painter.setNewContextImage(std::move(rows));
+    painter.setNeedsContectUpdate();
+    pass();
+    ASSERT_TRUE(shown);
+    EXPECT_EQ(shown->changed, (foundation::IntRect{3, 18, 31, 4}));
+    EXPECT_EQ(painter.bitmapContext().pixel(3, 19).alpha, 50);
+    EXPECT_EQ(painter.bitmapContext().pixel(31, 20).alpha, 255);
+    EXPECT_EQ(painter.colorContext().pixel(31, 20), Pixel{}) << "the colour plane begins anew";
+    EXPECT_TRUE(painter.changedSinceState().isEmpty());
+}
+
+TEST_F(MaskPainterTest, RowsThatAreStillToComeCountAsChanged) {
+    painter.beginDocument({40, 40});
+    pass();
+    painter.setStateShown();
+    painter.setNewContextImage(rowsOf(10, 3, 0));
+    EXPECT_EQ(painter.changedSinceState(), (foundation::IntRect{0, 10, 40, 3}));
+    painter.setStateShown();  // of the plane as it is now
+    EXPECT_EQ(painter.changedSinceState(), (foundation::IntRect{0, 10, 40, 3}));
+    painter.setNeedsContectUpdate();
+    pass();
+    EXPECT_EQ(painter.changedSinceState(), (foundation::IntRect{0, 10, 40, 3}))
+        << "the plane is no longer what was taken for the state";
 }
 
 TEST_F(MaskPainterTest, SoftStampGrowsWithTheReductionOfThePlane) {

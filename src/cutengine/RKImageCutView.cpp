@@ -186,7 +186,7 @@ void RKImageCutView::resetMask() {
 void RKImageCutView::loadMask(Bitmap mask) {
     // A task must be copyable, which a bitmap is not.
     onSerialQueue([this, loaded = std::make_shared<Bitmap>(std::move(mask))] {
-        painter_.setNewContextImage(std::move(*loaded));
+        painter_.setNewContextImage({std::move(*loaded)});
         painter_.setNeedsContectUpdate();
         paintPass();
         recordHistoryState();
@@ -223,7 +223,9 @@ void RKImageCutView::recordHistoryState() {
 }
 
 void RKImageCutView::recordState() {
-    const Result<void> recorded = history_.record(painter_.bitmapContext().view());
+    const Result<void> recorded =
+        history_.record(painter_.bitmapContext().view(), painter_.changedSinceState());
+    painter_.setStateShown();
     onMainQueue([this, recorded, document = document_.load()] {
         if (!recorded && !historyTroubleTold_ && document == document_) {
             historyTroubleTold_ = true;
@@ -245,7 +247,7 @@ void RKImageCutView::nextHistoryState() {
 
 void RKImageCutView::stepHistory(HistoryStore::Step step) {
     onSerialQueue([this, step] {
-        std::optional<Bitmap> loaded = history_.step(step);
+        std::optional<kernels::MaskRows> loaded = history_.step(step, painter_.changedSinceState());
         if (!loaded)
             return;
         painter_.setNewContextImage(std::move(*loaded));

@@ -57,7 +57,7 @@ class EngineMemory : public ::testing::Test {
     void refuse(std::size_t smallest, int points) {
         EngineUse engine(home_.path());
         const std::int64_t total = allocationsOf(engine, smallest);
-        ASSERT_GT(total, 20);
+        ASSERT_GT(total, 10);
         const std::int64_t stride = std::max<std::int64_t>(1, 2 * total / points);
         int tried = 0;
         int leaks = 0;

@@ -1,7 +1,10 @@
 #include "cutengine/kernels/DeflateBlock.h"
 
+#include <algorithm>
 #include <bit>
 #include <span>
+#include <utility>
+#include <vector>
 
 namespace trimora::cutengine::kernels {
 namespace {
@@ -12,28 +15,47 @@ constexpr std::size_t kFirstLength = 257;
 constexpr std::array<std::uint8_t, 19> kOrder = {16, 17, 18, 0, 8,  7, 9,  6, 10, 5,
                                                  11, 4,  12, 3, 13, 2, 14, 1, 15};
 
-constexpr std::uint32_t kCodesOfItsOwn = 2;
+constexpr std::size_t kFewestTold = 4;
+constexpr int kLongestOwnCode = 7;
 
-// Code lengths of a block's header, with runs of zeros shortened: symbol 18 stands for 11 to 138 of
-// them, symbol 17 for 3 to 10.
+constexpr std::uint32_t kCodesOfItsOwn = 2;  // the kind of a block
+
+// Code lengths of a block's header, with runs shortened: symbol 18 stands for 11 to 138 zeros, 17 for 3 to
+// 10, and 16 for 3 to 6 lengths like the one before.
 struct HeaderSymbol {
     std::uint8_t symbol = 0;
     std::uint8_t extra = 0;
+    std::uint8_t extraBits = 0;
 };
+
+void appendRun(std::vector<HeaderSymbol>& to, std::uint8_t length, std::size_t count) {
+    const auto extra = [&](std::size_t least, std::size_t most) {
+        const std::size_t taken = std::min(count, most);
+        count -= taken;
+        return static_cast<std::uint8_t>(taken - least);
+    };
+    while (length == 0 && count >= 11)
+        to.push_back({18, extra(11, 138), 7});
+    while (length == 0 && count >= 3)
+        to.push_back({17, extra(3, 10), 3});
+    if (length != 0) {
+        to.push_back({length, 0, 0});
+        --count;
+    }
+    while (length != 0 && count >= 3)
+        to.push_back({16, extra(3, 6), 2});
+    to.insert(to.end(), count, {length, 0, 0});
+}
 
 std::vector<HeaderSymbol> headerSymbols(std::span<const std::uint8_t> lengths) {
     std::vector<HeaderSymbol> symbols;
+    symbols.reserve(lengths.size());
     for (std::size_t i = 0; i < lengths.size();) {
-        std::size_t zeros = 0;
-        while (i + zeros < lengths.size() && zeros < 138 && lengths[i + zeros] == 0)
-            ++zeros;
-        if (zeros >= 11)
-            symbols.push_back({18, static_cast<std::uint8_t>(zeros - 11)});
-        else if (zeros >= 3)
-            symbols.push_back({17, static_cast<std::uint8_t>(zeros - 3)});
-        else
-            symbols.push_back({lengths[i], 0});
-        i += zeros >= 3 ? zeros : 1;
+        std::size_t end = i + 1;
+        while (end < lengths.size() && lengths[end] == lengths[i])
+            ++end;
+        appendRun(symbols, lengths[i], end - i);
+        i = end;
     }
     return symbols;
 }
@@ -41,9 +63,8 @@ std::vector<HeaderSymbol> headerSymbols(std::span<const std::uint8_t> lengths) {
 // The lengths that a header's own code tells; none where it tells no such thing.
 std::optional<std::vector<std::uint8_t>> takeLengths(BitReader& from, const HuffmanCode& code,
                                                      std::size_t count) {
-    constexpr int kLongest = 7;
-    std::array<std::uint8_t, std::size_t{1} << kLongest> symbols{};
-    std::array<std::uint8_t, std::size_t{1} << kLongest> bits{};
+    std::array<std::uint8_t, std::size_t{1} << kLongestOwnCode> symbols{};
+    std::array<std::uint8_t, std::size_t{1} << kLongestOwnCode> bits{};
     for (std::size_t symbol = 0; symbol < code.lengths.size(); ++symbol) {
         for (std::size_t i = code.bits[symbol]; code.lengths[symbol] > 0 && i < bits.size();
              i += std::size_t{1} << code.lengths[symbol]) {
@@ -74,10 +95,15 @@ std::optional<std::vector<std::uint8_t>> takeLengths(BitReader& from, const Huff
 
 }  // namespace
 
-void BitWriter::finish() {
-    put(0, (8 - count_ % 8) % 8);
-    for (; count_ > 0; count_ -= 8, bits_ >>= 8)
-        bytes.push_back(static_cast<std::uint8_t>(bits_));
+bool BitReader::takeMark() {
+    BitReader ahead = *this;
+    if (ahead.take(3) != 0)
+        return false;
+    ahead.skip(ahead.count_ % 8);
+    if (ahead.take(32) != kEmptyStored || ahead.isBeyondEnd())
+        return false;
+    *this = ahead;
+    return true;
 }
 
 MatchSplit MatchSplit::of(std::uint32_t length) {
@@ -117,39 +143,40 @@ MatchPart MatchPart::ofDistance(std::uint32_t distance) {
     return {symbol, offset & ((1U << bits) - 1), bits};
 }
 
-void putBlockHeader(BitWriter& to, const BlockCode& code, bool last) {
+void putBlockHeader(FastBits& to, const BlockCode& code) {
     std::vector<std::uint8_t> lengths = code.literals.lengths;
     lengths.insert(lengths.end(), code.distances.lengths.begin(), code.distances.lengths.end());
     const std::vector<HeaderSymbol> symbols = headerSymbols(lengths);
-    std::array<std::uint32_t, 19> frequencies{};
+    std::array<std::uint32_t, kOrder.size()> frequencies{};
     for (const HeaderSymbol& each : symbols)
         ++frequencies[each.symbol];
-    const HuffmanCode lengthCode = HuffmanCode::forFrequencies(frequencies, 7);
+    const HuffmanCode lengthCode = HuffmanCode::forFrequencies(frequencies, kLongestOwnCode);
+    std::size_t told = kOrder.size();
+    while (told > kFewestTold && lengthCode.lengths[kOrder[told - 1]] == 0)
+        --told;
 
-    to.put(last ? 1 : 0, 1);
-    to.put(kCodesOfItsOwn, 2);
+    to.put(kCodesOfItsOwn << 1, 3);
     to.put(kLiteralSymbols - 257, 5);
     to.put(code.distances.lengths.size() - 1, 5);
-    to.put(kOrder.size() - 4, 4);
-    for (const std::uint8_t symbol : kOrder)
+    to.put(told - kFewestTold, 4);
+    to.flush();
+    for (const std::uint8_t symbol : std::span(kOrder).first(told)) {
         to.put(lengthCode.lengths[symbol], 3);
+        to.flush();
+    }
     for (const HeaderSymbol& each : symbols) {
         to.put(lengthCode.bits[each.symbol], lengthCode.lengths[each.symbol]);
-        if (each.symbol == 17)
-            to.put(each.extra, 3);
-        else if (each.symbol == 18)
-            to.put(each.extra, 7);
+        to.put(each.extra, each.extraBits);
+        to.flush();
     }
 }
 
-std::optional<BlockHeader> takeBlockHeader(BitReader& from) {
-    BlockHeader header;
-    header.isLast = from.take(1) != 0;
-    if (from.take(2) != kCodesOfItsOwn)
+std::optional<BlockCode> takeBlockHeader(BitReader& from) {
+    if (from.take(3) != kCodesOfItsOwn << 1)
         return std::nullopt;
     const std::size_t literals = 257 + from.take(5);
     const std::size_t distances = 1 + from.take(5);
-    const std::size_t told = 4 + from.take(4);
+    const std::size_t told = kFewestTold + from.take(4);
     if (literals > kLiteralSymbols || distances > kDistanceSymbols)
         return std::nullopt;
     std::vector<std::uint8_t> own(kOrder.size(), 0);
@@ -159,10 +186,11 @@ std::optional<BlockHeader> takeBlockHeader(BitReader& from) {
     if (!lengths)
         return std::nullopt;
     const auto firstDistance = lengths->begin() + static_cast<std::ptrdiff_t>(literals);
-    header.code.distances = HuffmanCode::forLengths({firstDistance, lengths->end()});
+    BlockCode code;
+    code.distances = HuffmanCode::forLengths({firstDistance, lengths->end()});
     lengths->resize(literals);
-    header.code.literals = HuffmanCode::forLengths(std::move(*lengths));
-    return header;
+    code.literals = HuffmanCode::forLengths(std::move(*lengths));
+    return code;
 }
 
 }  // namespace trimora::cutengine::kernels

@@ -6,8 +6,6 @@
 #include <cstring>
 #include <optional>
 #include <span>
-#include <utility>
-#include <vector>
 
 #include "cutengine/kernels/HuffmanCode.h"
 
@@ -21,39 +19,47 @@ inline constexpr std::size_t kEndOfBlock = 256;
 inline constexpr std::size_t kLiteralSymbols = 286;  ///< bytes, the end, lengths
 inline constexpr std::size_t kDistanceSymbols = 30;
 inline constexpr std::uint32_t kFarthestMatch = 32768;
+inline constexpr std::uint32_t kEmptyStored = 0xFFFF0000;  ///< a length of 0, and its complement
 
-/// Bits, the first lowest, appended to bytes.
-class BitWriter {
- public:
-    /// At most 32 bits; those of `bits` above `count` are 0.
-    void put(std::uint64_t bits, int count) {
-        bits_ |= bits << count_;
-        count_ += count;
-        for (; count_ >= 32; count_ -= 32, bits_ >>= 32) {
-            for (int shift = 0; shift < 32; shift += 8)
-                bytes.push_back(static_cast<std::uint8_t>(bits_ >> shift));
-        }
+/// Writes bits, the first lowest, straight into memory that is known to be large enough: each flush() writes
+/// kFlushed bytes, of which those that are not full yet are written again by the next.
+struct FastBits {
+    static constexpr std::size_t kFlushed = sizeof(std::uint64_t);
+
+    std::uint8_t* to;
+    std::uint64_t bits = 0;
+    std::uint32_t count = 0;  ///< 0 to 7 after every flush()
+
+    /// At most 57 bits between two flushes.
+    void put(std::uint64_t value, std::uint32_t size) {
+        bits |= value << count;
+        count += size;
     }
-
-    /// Zeros up to the next whole byte, and every bit into `bytes`.
-    void finish();
-
-    /// The bits that are not in `bytes` yet, and how many: 0 to 31.
-    [[nodiscard]] std::pair<std::uint64_t, int> pending() const { return {bits_, count_}; }
-
-    std::vector<std::uint8_t> bytes;
-
- private:
-    std::uint64_t bits_ = 0;
-    int count_ = 0;
+    void flush() {
+        std::memcpy(to, &bits, sizeof bits);
+        to += count >> 3;
+        bits >>= count & ~7U;
+        count &= 7U;
+    }
 };
 
-/// Bits, the first lowest, taken from bytes, which are borrowed. Beyond their end come zeros.
+/// Ends a piece of a stream, of which others may follow, on a whole byte: an empty stored block, in at most
+/// kMarkSize bytes.
+inline constexpr std::size_t kMarkSize = 6;
+inline void putMark(FastBits& to) {
+    to.put(0, 3);
+    to.put(0, (8 - to.count % 8) % 8);
+    to.flush();
+    to.put(kEmptyStored, 32);
+    to.flush();
+}
+
+/// Bits, the first lowest, taken from bytes, which are borrowed.
 class BitReader {
  public:
     static constexpr std::size_t kSlack = 8;  ///< bytes that must be there beyond the end
 
-    /// All of `bytes` but the last kSlack are read.
+    /// All of `bytes` but the last kSlack are to be read; what stands in those does not matter.
     explicit BitReader(std::span<const std::uint8_t> bytes)
         : bytes_(bytes.data()), size_(bytes.size() - kSlack) {}
 
@@ -69,6 +75,11 @@ class BitReader {
         count_ += 8 * whole;
         return bits_;
     }
+    /// Takes a mark as putMark() writes it; false, and nothing taken, where anything else comes next.
+    [[nodiscard]] bool takeMark();
+    /// Whether all has been taken.
+    [[nodiscard]] bool isAtEnd() const { return 8 * next_ - static_cast<std::size_t>(count_) == 8 * size_; }
+
     /// Takes bits that have been looked at.
     void skip(int count) {
         bits_ >>= count;
@@ -141,16 +152,11 @@ struct MatchPart {
     }
 };
 
-/// Begins a block with these codes.
-void putBlockHeader(BitWriter& to, const BlockCode& code, bool last);
+/// Begins a block with these codes, which is not the last, in at most kLargestHeader bytes.
+void putBlockHeader(FastBits& to, const BlockCode& code);
+inline constexpr std::size_t kLargestHeader = 576;
 
-/// What a block begins with.
-struct BlockHeader {
-    BlockCode code;
-    bool isLast = false;
-};
-
-/// Reads that; none for a block without codes of its own, or where it is damaged.
-[[nodiscard]] std::optional<BlockHeader> takeBlockHeader(BitReader& from);
+/// Reads that; none for another kind of block, or where it is damaged.
+[[nodiscard]] std::optional<BlockCode> takeBlockHeader(BitReader& from);
 
 }  // namespace trimora::cutengine::kernels

@@ -194,25 +194,6 @@ struct Tables {
     const HuffmanCode& distances;
 };
 
-/// Writes bits straight into memory that is known to be large enough.
-struct FastBits {
-    std::uint8_t* to;
-    std::uint64_t bits = 0;
-    std::uint32_t count = 0;  ///< 0 to 7 after every flush()
-
-    /// At most 57 bits between two flushes.
-    void put(std::uint64_t value, std::uint32_t size) {
-        bits |= value << count;
-        count += size;
-    }
-    void flush() {
-        std::memcpy(to, &bits, sizeof bits);
-        to += count >> 3;
-        bits >>= count & ~7U;
-        count &= 7U;
-    }
-};
-
 }  // namespace
 }  // namespace trimora::cutengine::kernels
 #endif
@@ -273,37 +254,19 @@ namespace trimora::cutengine::kernels {
 
 HWY_EXPORT(putTokensImpl);
 
-namespace {
-
-// An empty stored block, which begins on a whole byte.
-void putMark(FastBits& out) {
-    constexpr std::uint64_t kNoBytes = 0xFFFF0000;  // a length of 0, and its complement
-    out.put(0, 3);
-    out.put(0, (8 - out.count % 8) % 8);
-    out.flush();
-    out.put(kNoBytes, 32);
-    out.flush();
-}
-
-}  // namespace
-
 PackedBytes packPixels(const FilteredRows& rows) {
     const std::vector<Token> tokens = tokensOf(rows);
     Tally tally;
     tally.add(rows, tokens);
     const BlockCode code = tally.code();
-    BitWriter header;
-    putBlockHeader(header, code, false);
     constexpr std::size_t kRoomForEnds = 64;  // the end of the block, the mark, and what flush() overshoots
     PackedBytes packed{
-        PixelBuffer::allocate(rows.bytes.size() * kLongestCode / 8 + header.bytes.size() + kRoomForEnds)};
+        PixelBuffer::allocate(rows.bytes.size() * kLongestCode / 8 + kLargestHeader + kRoomForEnds)};
     if (!packed.buffer)
         return packed;
     std::uint8_t* const begin = packed.buffer.data();
-    std::memcpy(begin, header.bytes.data(), header.bytes.size());
-    const auto [bits, count] = header.pending();
-    FastBits out{begin + header.bytes.size(), bits, static_cast<std::uint32_t>(count)};
-    out.flush();
+    FastBits out{begin};
+    putBlockHeader(out, code);
     HWY_DYNAMIC_DISPATCH(putTokensImpl)(rows.bytes.data(), tokens, Tables(code), out);
     out.put(code.literals.bits[kEndOfBlock], code.literals.lengths[kEndOfBlock]);
     putMark(out);

@@ -77,7 +77,6 @@ void streamImpl(const std::uint8_t* from, std::uint8_t* to, int count) {
     for (; x + lanes <= count; x += lanes)
         hn::Stream(loadedPixels(d, from + kPixel * x), d, reinterpret_cast<std::uint32_t*>(to + kPixel * x));
     std::memcpy(to + kPixel * x, from + kPixel * x, static_cast<std::size_t>(kPixel * (count - x)));
-    hwy::FlushStream();
 }
 
 void streamClearImpl(std::uint8_t* to, int count) {
@@ -89,7 +88,6 @@ void streamClearImpl(std::uint8_t* to, int count) {
     for (; x + lanes <= count; x += lanes)
         hn::Stream(hn::Zero(d), d, reinterpret_cast<std::uint32_t*>(to + kPixel * x));
     std::memset(to + kPixel * x, 0, static_cast<std::size_t>(kPixel * (count - x)));
-    hwy::FlushStream();
 }
 
 }  // namespace trimora::cutengine::kernels::HWY_NAMESPACE
@@ -112,6 +110,10 @@ void streamPixels(const std::uint8_t* from, std::uint8_t* to, int count) {
 
 void streamClear(std::uint8_t* to, int count) {
     HWY_DYNAMIC_DISPATCH(streamClearImpl)(to, count);
+}
+
+void endStreaming() {
+    hwy::FlushStream();
 }
 
 }  // namespace trimora::cutengine::kernels

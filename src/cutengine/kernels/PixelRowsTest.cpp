@@ -20,6 +20,7 @@ TEST(PixelRows, streamedPixelsArriveFromAnyByteAtAnyByteAndNoneBeside) {
             for (std::size_t place = 0; place < 70; ++place) {
                 std::vector<std::uint8_t> to(kRoom, 0);
                 streamPixels(from.data() + place % 5, to.data() + place, count);
+                endStreaming();
                 std::vector<std::uint8_t> expected(kRoom, 0);
                 std::copy_n(from.begin() + static_cast<std::ptrdiff_t>(place % 5), 4 * count,
                             expected.begin() + static_cast<std::ptrdiff_t>(place));
@@ -36,6 +37,7 @@ TEST(PixelRows, streamedZerosClearFromAnyByteOnAndNothingBeside) {
             for (std::size_t place = 0; place < 70; ++place) {
                 std::vector<std::uint8_t> cleared(kRoom, 7);
                 streamClear(cleared.data() + place, count);
+                endStreaming();
                 std::vector<std::uint8_t> expected(kRoom, 7);
                 std::fill_n(expected.begin() + static_cast<std::ptrdiff_t>(place), 4 * count,
                             std::uint8_t{0});

@@ -264,6 +264,7 @@ void composeRows(BitmapView picture, const MaskSnapshot* mask, const Background&
                 composer.shown({0, picture.width});
             }
         }
+        endStreaming();
     });
 }
 

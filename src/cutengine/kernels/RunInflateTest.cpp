@@ -3,8 +3,10 @@
 #include <gtest/gtest.h>
 #include <libdeflate.h>
 
+#include <optional>
 #include <random>
 
+#include "cutengine/kernels/DeflateBlock.h"
 #include "cutengine/kernels/RunDeflate.h"
 #include "testing/Seed.h"
 
@@ -15,7 +17,8 @@ using Bytes = std::vector<std::uint8_t>;
 
 struct Written {
     Bytes plain;
-    Bytes stream;
+    Bytes piece;
+    ZlibSums sums;
 };
 
 /// Runs of zeros and pixels of random lengths; `spread` is how many values a component has.
@@ -53,40 +56,115 @@ Written randomStream(std::mt19937_64& random, int parts, int spread) {
         for (std::uint64_t i = 0; i < part.times; ++i)
             deflate.pixel(part.pixel);
     }
-    written.stream = deflate.finish();
+    RunDeflate::Piece piece = deflate.finish();
+    written.piece = std::move(piece.bytes);
+    written.sums = piece.sums;
     return written;
 }
 
-std::optional<Bytes> inflated(const Bytes& stream, std::size_t most = 1U << 24) {
-    Bytes bytes;
-    const bool whole = RunInflate(stream).read([&](RunInflate::Run run) {
-        if (bytes.size() + run.zeros + run.count > most)
-            return false;
-        bytes.insert(bytes.end(), run.zeros, 0);
-        bytes.insert(bytes.end(), run.count, run.value);
+std::optional<Bytes> inflated(Bytes piece, std::size_t total, std::size_t rows = 1) {
+    piece.resize(piece.size() + BitReader::kSlack, 0xA5);
+    Bytes bytes(total, 0);
+    const auto take = [&](int row, std::span<const PlacedByte> found) {
+        for (const PlacedByte byte : found) {
+            EXPECT_EQ(byte.place() / (total / rows), static_cast<std::uint64_t>(row));
+            bytes.at(byte.place()) = byte.value();
+        }
         return true;
-    });
-    return whole ? std::optional(std::move(bytes)) : std::nullopt;
+    };
+    return inflateRuns(piece, total / rows, static_cast<int>(rows), take) ? std::optional(std::move(bytes))
+                                                                          : std::nullopt;
+}
+std::optional<Bytes> inflated(const Written& written) {
+    return inflated(written.piece, written.plain.size());
 }
 
 TEST(RunInflate, givesBackWhatRunDeflateWrote) {
     auto random = testing::seededGenerator();
     for (int round = 0; round < 60; ++round) {
         const Written written = randomStream(random, 1 + round * 40, round % 3 == 0 ? 256 : 1 + round % 5);
-        ASSERT_EQ(inflated(written.stream), written.plain) << round;
+        ASSERT_EQ(inflated(written), written.plain) << round;
     }
 }
 
-TEST(RunInflate, readsStreamsOfManyBlocksAndLongCodes) {
+TEST(RunInflate, readsPiecesOfManyBlocksAndLongCodes) {
     auto random = testing::seededGenerator();
     const Written written = randomStream(random, 60'000, 256);
-    EXPECT_EQ(inflated(written.stream), written.plain);
+    EXPECT_EQ(inflated(written), written.plain);
 }
 
-TEST(RunInflate, stopsWhereNoMoreIsTaken) {
+TEST(RunInflate, readsRunsLongerThanATokenCanTell) {
+    RunDeflate deflate(50'000'001 + 4 * 2'500'000);
+    deflate.byte(1);
+    deflate.zeros(50'000'000);
+    for (int i = 0; i < 2'500'000; ++i)
+        deflate.pixel(0x07000000);
+    RunDeflate::Piece piece = deflate.finish();
+    piece.bytes.resize(piece.bytes.size() + BitReader::kSlack);
+    const auto take = [](int /*row*/, std::span<const PlacedByte> bytes) {
+        EXPECT_EQ(bytes.size(), 2'500'001U);
+        EXPECT_EQ(bytes.front().value(), 1);
+        EXPECT_EQ(bytes.back().value(), 7);
+        EXPECT_EQ(bytes.back().place(), 50'000'000U + 4 * 2'500'000);
+        return true;
+    };
+    EXPECT_TRUE(inflateRuns(piece.bytes, 50'000'001 + 4 * 2'500'000, 1, take));
+}
+
+TEST(RunInflate, handsOverRowByRowAndStopsWhereNoMoreIsWanted) {
+    RunDeflate deflate(700);
+    for (int row = 0; row < 100; ++row) {
+        deflate.byte(2);
+        deflate.zeros(6);
+    }
+    RunDeflate::Piece piece = deflate.finish();
+    EXPECT_TRUE(inflated(piece.bytes, 700, 100));
+    EXPECT_FALSE(inflated(piece.bytes, 700 / 99 * 99, 99));
+    piece.bytes.resize(piece.bytes.size() + BitReader::kSlack);
+    int taken = 0;
+    const auto upToTen = [&](int row, std::span<const PlacedByte> bytes) {
+        EXPECT_EQ(row, taken++);
+        EXPECT_EQ(bytes.size(), 1U);
+        return taken < 10;
+    };
+    EXPECT_FALSE(inflateRuns(piece.bytes, 7, 100, upToTen));
+    EXPECT_EQ(taken, 10);
+}
+
+TEST(RunInflate, takesAPieceForTheLengthThatItHasAlone) {
     auto random = testing::seededGenerator();
     const Written written = randomStream(random, 100, 7);
-    EXPECT_EQ(inflated(written.stream, written.plain.size() - 1), std::nullopt);
+    EXPECT_EQ(inflated(written.piece, written.plain.size() - 1), std::nullopt);
+    EXPECT_EQ(inflated(written.piece, written.plain.size() + 1), std::nullopt);
+}
+
+// As zlib reads them, the checksum with them.
+std::optional<Bytes> byZlib(const Bytes& stream, std::size_t size) {
+    libdeflate_decompressor* const decompressor = libdeflate_alloc_decompressor();
+    Bytes bytes(size);
+    const auto result = libdeflate_zlib_decompress(decompressor, stream.data(), stream.size(), bytes.data(),
+                                                   bytes.size(), nullptr);
+    libdeflate_free_decompressor(decompressor);
+    return result == LIBDEFLATE_SUCCESS ? std::optional(std::move(bytes)) : std::nullopt;
+}
+
+TEST(RunDeflate, writesPiecesThatJoinToAStreamAnyoneReads) {
+    auto random = testing::seededGenerator();
+    for (int round = 0; round < 20; ++round) {
+        Bytes stream(kStreamHead.begin(), kStreamHead.end());
+        Bytes plain;
+        ZlibSums sums;
+        for (int k = 0; k < 1 + round % 4; ++k) {
+            const Written written = randomStream(random, 1 + round * 150, round % 2 == 0 ? 256 : 3);
+            stream.insert(stream.end(), written.piece.begin(), written.piece.end());
+            plain.insert(plain.end(), written.plain.begin(), written.plain.end());
+            sums.append(written.sums);
+        }
+        stream.insert(stream.end(), kStreamEnd.begin(), kStreamEnd.end());
+        for (int shift = 24; shift >= 0; shift -= 8)
+            stream.push_back(static_cast<std::uint8_t>(sums.checksum() >> shift));
+        ASSERT_EQ(byZlib(stream, plain.size()), plain) << round;
+    }
 }
 
 TEST(RunInflate, declinesStreamsOfOtherCompressors) {
@@ -94,32 +172,31 @@ TEST(RunInflate, declinesStreamsOfOtherCompressors) {
     const Written written = randomStream(random, 3'000, 200);
     for (const int level : {0, 1, 6, 12}) {
         libdeflate_compressor* const compressor = libdeflate_alloc_compressor(level);
-        Bytes stream(libdeflate_zlib_compress_bound(compressor, written.plain.size()));
-        stream.resize(libdeflate_zlib_compress(compressor, written.plain.data(), written.plain.size(),
-                                               stream.data(), stream.size()));
+        Bytes stream(libdeflate_deflate_compress_bound(compressor, written.plain.size()));
+        stream.resize(libdeflate_deflate_compress(compressor, written.plain.data(), written.plain.size(),
+                                                  stream.data(), stream.size()));
         libdeflate_free_compressor(compressor);
-        EXPECT_EQ(inflated(stream), std::nullopt) << level;
+        EXPECT_EQ(inflated(stream, written.plain.size()), std::nullopt) << level;
     }
 }
 
-TEST(RunInflate, declinesAStreamCutShortAnywhere) {
+TEST(RunInflate, declinesAPieceCutShortAnywhere) {
     auto random = testing::seededGenerator();
     const Written written = randomStream(random, 200, 9);
-    for (std::size_t size = 0; size + 4 < written.stream.size(); ++size)
-        EXPECT_EQ(
-            inflated({written.stream.begin(), written.stream.begin() + static_cast<std::ptrdiff_t>(size)}),
-            std::nullopt)
-            << size;
+    for (std::size_t size = 0; size < written.piece.size(); ++size) {
+        const auto end = written.piece.begin() + static_cast<std::ptrdiff_t>(size);
+        EXPECT_EQ(inflated({written.piece.begin(), end}, written.plain.size()), std::nullopt) << size;
+    }
 }
 
 TEST(RunInflate, endsOnAnyBytes) {
     auto random = testing::seededGenerator();
     const Written written = randomStream(random, 400, 30);
     for (int round = 0; round < 800; ++round) {
-        Bytes stream = written.stream;
+        Bytes piece = written.piece;
         for (std::uint64_t i = 1 + random() % 4; i > 0; --i)
-            stream[random() % stream.size()] = static_cast<std::uint8_t>(random());
-        (void)inflated(stream, 1U << 20);
+            piece[random() % piece.size()] = static_cast<std::uint8_t>(random());
+        (void)inflated(piece, round % 2 == 0 ? written.plain.size() : 1U << 20);
     }
 }
 
