@@ -71,11 +71,11 @@ void readInParts(codecs::Bytes file) {
         return;
     testing::LowestFirst workers(2 + static_cast<int>(file.size() % 3));
     Bitmap parts = blankOf(header);
-    if (!codecs::readJpegInParts(header, file, parts.view(), workers))
+    if (!codecs::readJpegInParts(header, file, {parts.view(), nullptr}, workers))
         return;
     codecs::JpegReading reading(file);
     Bitmap whole = blankOf(header);
-    demand(reading.readHeader() && reading.start() && reading.readRows(whole.view(), whole.height()));
+    demand(reading.readHeader() && reading.start() && reading.readRows(whole.view(), 0, whole.height()));
     demand(!reading.isCutShort() && !reading.isDamaged());
     demand(samePixels(parts.view(), whole.view()));
 }
