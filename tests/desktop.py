@@ -103,9 +103,10 @@ class Desktop:
 
     def start_screen(self):
         """Starts the X server. Without -noreset it would begin anew, and drop whoever is just connecting,
-        each time that its only client leaves: as the question after the window manager does."""
+        each time that its only client leaves: as the question after the window manager does. With -r a key that
+        is held does not repeat: else nothing would come to rest meanwhile."""
         reading, writing = os.pipe()
-        server = self.start(["Xvfb", "-displayfd", str(writing), "-noreset", "-nolisten", "tcp",
+        server = self.start(["Xvfb", "-displayfd", str(writing), "-noreset", "-r", "-nolisten", "tcp",
                              "-screen", "0", "%dx%dx24" % self.size], pass_fds=[writing])
         os.close(writing)
         with os.fdopen(reading) as number:
