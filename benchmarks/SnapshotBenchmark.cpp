@@ -129,6 +129,7 @@ void compareWriting(const std::string& job, const Bitmap& plane) {
         table.add(named(name, write()), [keep, write] { *keep = write(); });
     };
     Comparison table(job, 9, Timed::byProcessor);
+    table.warm();
     add(table, "Trimora", [&] { return std::move(encodeMask(plane.view())).value(); });
     add(table, "libpng 6", [&] { return byLibpng(plane, 6, 0); });
     add(table, "libpng 1, no filter", [&] { return byLibpng(plane, 1, PNG_FILTER_NONE); });
@@ -162,6 +163,7 @@ void compareReading(const std::string& job, const Bitmap& plane) {
     const Bytes theirs = byLibpng(plane, 6, 0);
     const auto keep = std::make_shared<Bytes>();
     Comparison table(job, 9, Timed::byProcessor);
+    table.warm();
     table.add("Trimora, its own file", [&] { (void)decodeMask(ours, kSide); });
     table.add("Trimora, libpng's file", [&] { (void)decodeMask(theirs, kSide); });
     table.add("libpng", [&, keep] { *keep = readByLibpng(theirs); });
