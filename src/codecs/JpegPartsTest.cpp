@@ -240,6 +240,16 @@ TEST(JpegParts, DamageAndMissingEndsGetTheAnswerOfOneReading) {
     }
 }
 
+TEST(JpegParts, FileThatEndsAnywhereGetsTheAnswerOfOneReading) {
+    std::mt19937_64 random = testing::seededGenerator();
+    const samples::Buffer whole = samples::jpeg(grainy(24, 160, random).view());
+    for (std::size_t size = 0; size < whole.size(); ++size) {
+        const samples::Buffer file(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
+        LowestFirst three(3);
+        EXPECT_FALSE(inParts(file, three).isWhole && !byOneReading(file).isWhole) << size << " bytes";
+    }
+}
+
 TEST(JpegParts, ThatFindNothingWrongInADamagedFileGiveTheBytesOfOneReading) {
     std::mt19937_64 random = testing::seededGenerator();
     int found = 0;

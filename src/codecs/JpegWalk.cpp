@@ -156,7 +156,13 @@ bool JpegWalk::passRow() {
     }
     bits_ = bits;
     ++blockRow_;
-    return bytesUsed() <= cleanSize_;
+    return isWithinData();
+}
+
+/// Whether all bits that have been used are data, and none of them the zeros behind it.
+bool JpegWalk::isWithinData() const {
+    const auto taken = 8 * static_cast<std::size_t>(bits_.next - clean_.data());
+    return taken - static_cast<std::size_t>(bits_.count) <= 8 * cleanSize_;
 }
 
 bool JpegWalk::goTo(int blockRow) {

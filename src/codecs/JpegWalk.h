@@ -62,6 +62,7 @@ class JpegWalk {
     [[nodiscard]] bool addBlocksOf(const JpegReading& header, std::size_t component);
     [[nodiscard]] bool passBlock(const Block& block, Bits& bits);
     [[nodiscard]] bool passRow();
+    [[nodiscard]] bool isWithinData() const;
     [[nodiscard]] std::size_t bytesUsed() const;
     [[nodiscard]] bool clean();
 
