@@ -80,6 +80,10 @@ void BackgroundModes::ColorPickerDidSelectNSColor(const cutengine::Colour& color
     foundation::log::debug("%.2f", color.red);
     cutView().setBrushColor(color);
     cutView().setBlurOn(false);
+    // The picker tells its first colour by itself some time after it was made, which may be after a picture
+    // came.
+    if (shown_ == Mode::transparent && cutView().image() != nullptr)
+        cutView().setColorOn(true);
     if (shown_ == Mode::colour)
         setImage(*outlets_.btnColorMode, "btnColorBack_select");
 }

@@ -66,6 +66,13 @@ TEST_F(BackgroundModesTest, TheColourButtonTurnsWhenTheColourArrivesAndNotBefore
     EXPECT_EQ(view().brushColor(), (cutengine::Colour{0, 1, 0, 1}));
 }
 
+TEST_F(BackgroundModesTest, ColourThatIsToldBesideTheChoiceOfColourStaysBehind) {
+    open({"/p/cat.png"});
+    ASSERT_TRUE(planeIsHidden());
+    controller_->ColorPickerDidSelectNSColor({0, 1, 0, 1});
+    EXPECT_TRUE(planeIsHidden()) << "the picker tells its first colour when it has been made";
+}
+
 TEST_F(BackgroundModesTest, APickersColourBeforeItsModeTurnsNoButton) {
     EXPECT_EQ(images().at(1), "btnColorBack_unselect") << "the picker reports one when it is made";
     EXPECT_TRUE(view().brushColor().has_value());
