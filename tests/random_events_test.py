@@ -159,6 +159,18 @@ class RandomEvents(DesktopCase):
         wait_for("the window alone", alone)
         self.desktop.ask("key", "Escape", "key", "Escape")
 
+    def show_again(self):
+        """Starts the program once more, which shows the window; whether it does. A program that was just ending
+        does not hear of it: then the later one is alone, and is ended too."""
+        later = self.desktop.start([self.trimora.program], env=self.trimora.env)
+        wait_for("a second start to be heard of",
+                 lambda: later.poll() is not None or self.trimora.process.poll() is not None)
+        is_heard = later.poll() is not None
+        if not is_heard:
+            later.terminate()
+            later.wait(60)
+        return is_heard
+
     def x_resources(self):
         """What the X server keeps for the program."""
         table = subprocess.run(["xrestop", "-b", "-m", "1"], env=self.desktop.env, capture_output=True, text=True,
@@ -184,8 +196,8 @@ class RandomEvents(DesktopCase):
             if self.trimora.process.poll() is not None:
                 self.assertEqual((self.trimora.ended(), self.trimora.said()), (0, ""))
                 self.begin()
-            if not self.windows():
-                self.trimora.launch_again()
+            if not self.windows() and not self.show_again():
+                continue
             self.act()
             if self.done // BETWEEN_LOOKS > looked:
                 looked = self.done // BETWEEN_LOOKS
