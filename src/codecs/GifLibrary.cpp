@@ -9,23 +9,17 @@ using foundation::Result;
 namespace {
 
 Result<GifLibrary> load() {
-    const auto library = files::LateLibrary::open("libgif.so.7");
-    if (!library)
-        return library.error();
-    GifLibrary made{};
-    files::LateFunctions find(*library);
-    find("DGifCloseFile", made.CloseFile);
-    find("DGifExtensionToGCB", made.ExtensionToGCB);
-    find("DGifGetExtension", made.GetExtension);
-    find("DGifGetExtensionNext", made.GetExtensionNext);
-    find("DGifGetImageDesc", made.GetImageDesc);
-    find("DGifGetLine", made.GetLine);
-    find("DGifGetRecordType", made.GetRecordType);
-    find("DGifOpen", made.Open);
-    find("GifErrorString", made.ErrorString);
-    if (!find.found())
-        return find.found().error();
-    return made;
+    return files::loadFunctions<GifLibrary>("libgif.so.7", [](files::LateFunctions& find, GifLibrary& made) {
+        find("DGifCloseFile", made.CloseFile);
+        find("DGifExtensionToGCB", made.ExtensionToGCB);
+        find("DGifGetExtension", made.GetExtension);
+        find("DGifGetExtensionNext", made.GetExtensionNext);
+        find("DGifGetImageDesc", made.GetImageDesc);
+        find("DGifGetLine", made.GetLine);
+        find("DGifGetRecordType", made.GetRecordType);
+        find("DGifOpen", made.Open);
+        find("GifErrorString", made.ErrorString);
+    });
 }
 
 }  // namespace

@@ -9,23 +9,18 @@ using foundation::Result;
 namespace {
 
 Result<JpegLibrary> load() {
-    const auto library = files::LateLibrary::open("libjpeg.so.62");
-    if (!library)
-        return library.error();
-    JpegLibrary made{};
-    files::LateFunctions find(*library);
-    find("jpeg_CreateDecompress", made.CreateDecompress);
-    find("jpeg_destroy_decompress", made.destroy_decompress);
-    find("jpeg_has_multiple_scans", made.has_multiple_scans);
-    find("jpeg_mem_src", made.mem_src);
-    find("jpeg_read_header", made.read_header);
-    find("jpeg_read_scanlines", made.read_scanlines);
-    find("jpeg_skip_scanlines", made.skip_scanlines);
-    find("jpeg_start_decompress", made.start_decompress);
-    find("jpeg_std_error", made.std_error);
-    if (!find.found())
-        return find.found().error();
-    return made;
+    return files::loadFunctions<JpegLibrary>("libjpeg.so.62",
+                                             [](files::LateFunctions& find, JpegLibrary& made) {
+                                                 find("jpeg_CreateDecompress", made.CreateDecompress);
+                                                 find("jpeg_destroy_decompress", made.destroy_decompress);
+                                                 find("jpeg_has_multiple_scans", made.has_multiple_scans);
+                                                 find("jpeg_mem_src", made.mem_src);
+                                                 find("jpeg_read_header", made.read_header);
+                                                 find("jpeg_read_scanlines", made.read_scanlines);
+                                                 find("jpeg_skip_scanlines", made.skip_scanlines);
+                                                 find("jpeg_start_decompress", made.start_decompress);
+                                                 find("jpeg_std_error", made.std_error);
+                                             });
 }
 
 }  // namespace

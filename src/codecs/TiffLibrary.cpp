@@ -9,35 +9,30 @@ using foundation::Result;
 namespace {
 
 Result<TiffLibrary> load() {
-    const auto library = files::LateLibrary::open("libtiff.so.6");
-    if (!library)
-        return library.error();
-    TiffLibrary made{};
-    files::LateFunctions find(*library);
-    find("TIFFClientOpenExt", made.ClientOpenExt);
-    find("TIFFClose", made.Close);
-    find("TIFFCurrentDirOffset", made.CurrentDirOffset);
-    find("TIFFGetField", made.GetField);
-    find("TIFFGetFieldDefaulted", made.GetFieldDefaulted);
-    find("TIFFIsTiled", made.IsTiled);
-    find("TIFFLastDirectory", made.LastDirectory);
-    find("TIFFOpenOptionsAlloc", made.OpenOptionsAlloc);
-    find("TIFFOpenOptionsFree", made.OpenOptionsFree);
-    find("TIFFOpenOptionsSetErrorHandlerExtR", made.OpenOptionsSetErrorHandlerExtR);
-    find("TIFFOpenOptionsSetMaxSingleMemAlloc", made.OpenOptionsSetMaxSingleMemAlloc);
-    find("TIFFOpenOptionsSetWarningHandlerExtR", made.OpenOptionsSetWarningHandlerExtR);
-    find("TIFFRGBAImageBegin", made.RGBAImageBegin);
-    find("TIFFRGBAImageEnd", made.RGBAImageEnd);
-    find("TIFFRGBAImageGet", made.RGBAImageGet);
-    find("TIFFReadDirectory", made.ReadDirectory);
-    find("TIFFReadScanline", made.ReadScanline);
-    find("TIFFReadTile", made.ReadTile);
-    find("TIFFScanlineSize", made.ScanlineSize);
-    find("TIFFSetSubDirectory", made.SetSubDirectory);
-    find("TIFFTileSize64", made.TileSize64);
-    if (!find.found())
-        return find.found().error();
-    return made;
+    return files::loadFunctions<TiffLibrary>(
+        "libtiff.so.6", [](files::LateFunctions& find, TiffLibrary& made) {
+            find("TIFFClientOpenExt", made.ClientOpenExt);
+            find("TIFFClose", made.Close);
+            find("TIFFCurrentDirOffset", made.CurrentDirOffset);
+            find("TIFFGetField", made.GetField);
+            find("TIFFGetFieldDefaulted", made.GetFieldDefaulted);
+            find("TIFFIsTiled", made.IsTiled);
+            find("TIFFLastDirectory", made.LastDirectory);
+            find("TIFFOpenOptionsAlloc", made.OpenOptionsAlloc);
+            find("TIFFOpenOptionsFree", made.OpenOptionsFree);
+            find("TIFFOpenOptionsSetErrorHandlerExtR", made.OpenOptionsSetErrorHandlerExtR);
+            find("TIFFOpenOptionsSetMaxSingleMemAlloc", made.OpenOptionsSetMaxSingleMemAlloc);
+            find("TIFFOpenOptionsSetWarningHandlerExtR", made.OpenOptionsSetWarningHandlerExtR);
+            find("TIFFRGBAImageBegin", made.RGBAImageBegin);
+            find("TIFFRGBAImageEnd", made.RGBAImageEnd);
+            find("TIFFRGBAImageGet", made.RGBAImageGet);
+            find("TIFFReadDirectory", made.ReadDirectory);
+            find("TIFFReadScanline", made.ReadScanline);
+            find("TIFFReadTile", made.ReadTile);
+            find("TIFFScanlineSize", made.ScanlineSize);
+            find("TIFFSetSubDirectory", made.SetSubDirectory);
+            find("TIFFTileSize64", made.TileSize64);
+        });
 }
 
 }  // namespace

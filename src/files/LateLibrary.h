@@ -56,6 +56,21 @@ class LateFunctions {
     foundation::Result<void> found_;
 };
 
+/// Loads the library of that name and has `findAll(find, functions)` find what is used of it. An error where
+/// it is not installed or a function is missing.
+template <typename Functions, typename FindAll>
+[[nodiscard]] foundation::Result<Functions> loadFunctions(const char* name, const FindAll& findAll) {
+    const auto library = LateLibrary::open(name);
+    if (!library)
+        return library.error();
+    Functions functions{};
+    LateFunctions find(*library);
+    findAll(find, functions);
+    if (!find.found())
+        return find.found().error();
+    return functions;
+}
+
 /// What the process uses of a library, loaded for the first who asks and kept once that went well. Until then
 /// whoever asks tries again, as it may have been memory that was missing. Any thread.
 template <typename Functions>
