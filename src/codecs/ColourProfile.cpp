@@ -13,22 +13,22 @@ namespace trimora::codecs {
 namespace {
 
 struct CloseProfile {
-    const LcmsLibrary* library;
-    void operator()(void* profile) const { library->CloseProfile(profile); }
+    const LcmsLibrary* lcms;
+    void operator()(void* profile) const { lcms->CloseProfile(profile); }
 };
 using Profile = std::unique_ptr<void, CloseProfile>;
 
 /// None where it cannot be loaded: colours then stay as they are, as with a profile that is of no use.
-const LcmsLibrary* lcms() {
+const LcmsLibrary* loadedLcms() {
     const auto library = LcmsLibrary::get();
     return library ? *library : nullptr;
 }
 
-Profile openProfile(const LcmsLibrary* library, Bytes icc) {
-    if (library == nullptr || icc.empty() || icc.size() > kMostProfileBytes)
-        return Profile(nullptr, CloseProfile{library});
-    return Profile(library->OpenProfileFromMem(icc.data(), static_cast<cmsUInt32Number>(icc.size())),
-                   CloseProfile{library});
+Profile openProfile(const LcmsLibrary* lcms, Bytes icc) {
+    if (lcms == nullptr || icc.empty() || icc.size() > kMostProfileBytes)
+        return Profile(nullptr, CloseProfile{lcms});
+    return Profile(lcms->OpenProfileFromMem(icc.data(), static_cast<cmsUInt32Number>(icc.size())),
+                   CloseProfile{lcms});
 }
 
 constexpr Chromaticities kSrgbPlaces = {{0.3127, 0.3290}, {0.64, 0.33}, {0.30, 0.60}, {0.15, 0.06}};
@@ -58,8 +58,8 @@ cmsUInt32Number inputFormat(ColourModel model, SampleDepth depth) {
 /// The model to read the pixels by, given the profile's: a grey picture has equal red, green and blue, so
 /// a profile of colours fits it as well. None where the two do not go together.
 std::optional<ColourModel> modelFor(const Profile& profile, ColourModel picture) {
-    const bool ofInks = picture == ColourModel::cmyk || picture == ColourModel::invertedCmyk;
-    switch (profile.get_deleter().library->GetColorSpace(profile.get())) {
+    const bool ofInks = holdsInks(picture);
+    switch (profile.get_deleter().lcms->GetColorSpace(profile.get())) {
         case cmsSigGrayData:
             return picture == ColourModel::grey ? std::optional(picture) : std::nullopt;
         case cmsSigRgbData:
@@ -72,11 +72,11 @@ std::optional<ColourModel> modelFor(const Profile& profile, ColourModel picture)
 }
 
 LcmsTransform makeTransform(const Profile& from, cmsUInt32Number format) {
-    const LcmsLibrary* const library = from.get_deleter().library;
-    const Profile srgb(library->Create_sRGBProfile(), CloseProfile{library});
+    const LcmsLibrary* const lcms = from.get_deleter().lcms;
+    const Profile srgb(lcms->Create_sRGBProfile(), CloseProfile{lcms});
     return LcmsTransform(
-        library->CreateTransform(from.get(), format, srgb.get(), TYPE_BGRA_8, INTENT_PERCEPTUAL, 0),
-        DeleteLcmsTransform{library});
+        lcms->CreateTransform(from.get(), format, srgb.get(), TYPE_BGRA_8, INTENT_PERCEPTUAL, 0),
+        DeleteLcmsTransform{lcms});
 }
 
 /// Colours spread evenly over all that have this much blue, as B,G,R,A: a grey, or 16 x 16 colours.
@@ -105,8 +105,8 @@ bool changesNothing(const LcmsTransform& transform, ColourModel model) {
     for (int blue = 0; blue < 256; blue += kLatticeStep) {
         const std::vector<std::uint8_t> colours = latticeOf(model, blue);
         std::vector<std::uint8_t> turned = colours;
-        transform.get_deleter().library->DoTransform(transform.get(), turned.data(), turned.data(),
-                                                     static_cast<cmsUInt32Number>(turned.size() / 4));
+        transform.get_deleter().lcms->DoTransform(transform.get(), turned.data(), turned.data(),
+                                                  static_cast<cmsUInt32Number>(turned.size() / 4));
         if (!std::equal(colours.begin(), colours.end(), turned.begin(),
                         [](int before, int after) { return std::abs(before - after) <= 1; }))
             return false;
@@ -118,24 +118,23 @@ cmsCIExyY placed(const Chromaticities::Place& place) {
     return {place.x, place.y, 1.0};
 }
 
-Profile gammaProfile(const LcmsLibrary* library, double gamma, const Chromaticities& places,
-                     ColourModel model) {
-    cmsToneCurve* const curve = library != nullptr ? library->BuildGamma(nullptr, gamma) : nullptr;
+Profile gammaProfile(const LcmsLibrary* lcms, double gamma, const Chromaticities& places, ColourModel model) {
+    cmsToneCurve* const curve = lcms != nullptr ? lcms->BuildGamma(nullptr, gamma) : nullptr;
     if (curve == nullptr)
-        return Profile(nullptr, CloseProfile{library});
+        return Profile(nullptr, CloseProfile{lcms});
     const cmsCIExyY white = placed(places.white);
     const cmsCIExyYTRIPLE primaries = {placed(places.red), placed(places.green), placed(places.blue)};
     const std::array<cmsToneCurve*, 3> curves = {curve, curve, curve};
-    Profile profile(model == ColourModel::grey ? library->CreateGrayProfile(library->D50_xyY(), curve)
-                                               : library->CreateRGBProfile(&white, &primaries, curves.data()),
-                    CloseProfile{library});
-    library->FreeToneCurve(curve);
+    Profile profile(model == ColourModel::grey ? lcms->CreateGrayProfile(lcms->D50_xyY(), curve)
+                                               : lcms->CreateRGBProfile(&white, &primaries, curves.data()),
+                    CloseProfile{lcms});
+    lcms->FreeToneCurve(curve);
     return profile;
 }
 
 /// The transform that the profile asks of such pixels; none where there is nothing to do or to be done.
 LcmsTransform neededTransform(const Profile& profile, ColourModel picture, SampleDepth depth) {
-    LcmsTransform none(nullptr, DeleteLcmsTransform{profile.get_deleter().library});
+    LcmsTransform none(nullptr, DeleteLcmsTransform{profile.get_deleter().lcms});
     if (!profile)
         return none;
     const std::optional<ColourModel> model = modelFor(profile, picture);
@@ -153,12 +152,12 @@ LcmsTransform neededTransform(const Profile& profile, ColourModel picture, Sampl
 }  // namespace
 
 std::string profileName(Bytes icc) {
-    const LcmsLibrary* const library = lcms();
-    const Profile profile = openProfile(library, icc);
+    const LcmsLibrary* const lcms = loadedLcms();
+    const Profile profile = openProfile(lcms, icc);
     if (!profile)
         return {};
     std::array<char, 256> text{};
-    library->GetProfileInfoASCII(profile.get(), cmsInfoDescription, "en", "US", text.data(), text.size());
+    lcms->GetProfileInfoASCII(profile.get(), cmsInfoDescription, "en", "US", text.data(), text.size());
     text.back() = 0;
     std::string name;
     // What a file says may be anything; a terminal gets none of its control characters.
@@ -168,18 +167,18 @@ std::string profileName(Bytes icc) {
 }
 
 void DeleteLcmsTransform::operator()(void* transform) const {
-    library->DeleteTransform(transform);
+    lcms->DeleteTransform(transform);
 }
 
 std::unique_ptr<ColourProfile> ColourProfile::fromIcc(Bytes icc, ColourModel model, SampleDepth depth) {
-    return of(neededTransform(openProfile(lcms(), icc), model, depth));
+    return of(neededTransform(openProfile(loadedLcms(), icc), model, depth));
 }
 
 std::unique_ptr<ColourProfile> ColourProfile::fromGamma(double gamma,
                                                         const std::optional<Chromaticities>& places,
                                                         ColourModel model, SampleDepth depth) {
-    return of(
-        neededTransform(gammaProfile(lcms(), gamma, places.value_or(kSrgbPlaces), model), model, depth));
+    return of(neededTransform(gammaProfile(loadedLcms(), gamma, places.value_or(kSrgbPlaces), model), model,
+                              depth));
 }
 
 std::unique_ptr<ColourProfile> ColourProfile::of(LcmsTransform transform) {
@@ -188,8 +187,8 @@ std::unique_ptr<ColourProfile> ColourProfile::of(LcmsTransform transform) {
 }
 
 void ColourProfile::apply(const void* from, std::uint8_t* to, std::size_t count) const {
-    transform_.get_deleter().library->DoTransform(transform_.get(), from, to,
-                                                  static_cast<cmsUInt32Number>(count));
+    transform_.get_deleter().lcms->DoTransform(transform_.get(), from, to,
+                                               static_cast<cmsUInt32Number>(count));
 }
 
 }  // namespace trimora::codecs

@@ -52,7 +52,7 @@ struct Chromaticities {
 
 /// Ends a transform of the colour library; only ColourProfile and its own source know more of it.
 struct DeleteLcmsTransform {
-    const LcmsLibrary* library;
+    const LcmsLibrary* lcms;
     void operator()(void* transform) const;
 };
 using LcmsTransform = std::unique_ptr<void, DeleteLcmsTransform>;
