@@ -1,35 +1,24 @@
 #include "codecs/JpegTarget.h"
 
 #include <algorithm>
-#include <cstddef>
-#include <memory>
+#include <new>
+#include <utility>
 
 namespace trimora::codecs {
 
+using foundation::Bitmap;
 using foundation::MutableBitmapView;
-
-namespace {
-
-// The library writes rows that are aligned past the caches, from where they would have to be fetched again.
-constexpr std::size_t kBesideAlignment = 4;
-
-}  // namespace
+using foundation::Result;
 
 JpegTarget::Room::Room(const JpegReading& header) {
-    constexpr std::size_t kAlignment = foundation::PixelBuffer::kAlignment;
-    const std::size_t row = 4 * static_cast<std::size_t>(header.width());
-    view_.stride = (row + kAlignment - 1) / kAlignment * kAlignment;
-    view_.width = static_cast<int>(header.width());
-    view_.height = header.blockRows();
-    const std::size_t size = view_.stride * static_cast<std::size_t>(view_.height);
-    memory_.resize(size + kAlignment + kBesideAlignment);
-    void* start = memory_.data();
-    std::size_t left = memory_.size();
-    view_.pixels = static_cast<std::uint8_t*>(std::align(kAlignment, size, start, left)) + kBesideAlignment;
+    Result<Bitmap> made = Bitmap::create(static_cast<int>(header.width()) + 1, header.blockRows());
+    if (!made)
+        throw std::bad_alloc();
+    rows_ = std::move(*made);
 }
 
 MutableBitmapView JpegTarget::Room::view() {
-    return view_;
+    return subview(rows_.view(), {1, 0, rows_.width() - 1, rows_.height()});
 }
 
 bool JpegTarget::read(JpegReading& reading, int top, int end, Room& room) const {

@@ -1,7 +1,5 @@
 #pragma once
 
-#include <vector>
-
 #include "codecs/JpegReading.h"
 #include "cutengine/kernels/MipBands.h"
 #include "foundation/Bitmap.h"
@@ -16,21 +14,21 @@ class JpegTarget {
     /// Where rows lie while they are small enough a lot for the cache.
     class Room {
      public:
-        /// For a row of blocks of the reading's file.
+        /// For a row of blocks of the reading's file. Throws std::bad_alloc.
         explicit Room(const JpegReading& header);
 
         [[nodiscard]] foundation::MutableBitmapView view();
 
      private:
-        std::vector<std::uint8_t> memory_;
-        foundation::MutableBitmapView view_;
+        // From its second pixel on: rows that are aligned the library writes past the caches, from where they
+        // would have to be fetched again.
+        foundation::Bitmap rows_;
     };
 
     /// `picture` has the size of the file's; `copies` are those of it, or null where there are to be none.
     JpegTarget(foundation::MutableBitmapView picture, cutengine::kernels::MipBands* copies)
         : picture_(picture), copies_(copies) {}
 
-    [[nodiscard]] int width() const { return picture_.width; }
     [[nodiscard]] int height() const { return picture_.height; }
 
     /// Reads on as JpegReading::readRows() does, up to row `end` of the reading, whose first row is row `top`

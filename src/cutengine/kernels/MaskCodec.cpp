@@ -146,6 +146,7 @@ Result<void> check(const std::vector<PngChunk>& chunks, std::uint64_t checksum) 
         return Error{"the PNG file is damaged: its picture is not the one that was written"};
     return {};
 }
+
 // Reads the strips of a file of ours.
 class StripsReader {
  public:

@@ -65,8 +65,7 @@ void MipBands::addBelowHalf(int first, int end) {
         first /= 2;
         end = (end + 1) / 2;
         for (int y = first; y < end; ++y)
-            halveRows(above.row(2 * y), above.row(std::min(2 * y + 1, above.height - 1)), above.width,
-                      level.row(y));
+            halveInto(level, y, above);
     }
 }
 

@@ -25,7 +25,7 @@ void halve(BitmapView from, MutableBitmapView to, foundation::Workers& workers) 
     workers.run(bands, [&](int band) {
         const auto top = [&](int index) { return static_cast<int>(std::int64_t{index} * to.height / bands); };
         for (int y = top(band); y < top(band + 1); ++y)
-            halveRows(from.row(2 * y), from.row(std::min(2 * y + 1, from.height - 1)), from.width, to.row(y));
+            halveInto(to, y, from);
     });
 }
 
