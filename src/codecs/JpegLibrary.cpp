@@ -13,6 +13,7 @@ Result<JpegLibrary> load() {
                                              [](files::LateFunctions& find, JpegLibrary& made) {
                                                  find("jpeg_CreateDecompress", made.CreateDecompress);
                                                  find("jpeg_destroy_decompress", made.destroy_decompress);
+                                                 find("jpeg_finish_decompress", made.finish_decompress);
                                                  find("jpeg_has_multiple_scans", made.has_multiple_scans);
                                                  find("jpeg_mem_src", made.mem_src);
                                                  find("jpeg_read_header", made.read_header);

@@ -13,6 +13,7 @@ namespace trimora::codecs {
 struct JpegLibrary {
     decltype(&::jpeg_CreateDecompress) CreateDecompress;
     decltype(&::jpeg_destroy_decompress) destroy_decompress;
+    decltype(&::jpeg_finish_decompress) finish_decompress;
     decltype(&::jpeg_has_multiple_scans) has_multiple_scans;
     decltype(&::jpeg_mem_src) mem_src;
     decltype(&::jpeg_read_header) read_header;

@@ -92,7 +92,8 @@ class Part {
                 !findsNothingWrong(reading))
                 return false;
         }
-        return findsNothingWrong(reading);
+        return (above + reading.rowsRead() < job_.to.height() || reading.readEnd()) &&
+               findsNothingWrong(reading);
     }
 
     static bool findsNothingWrong(const JpegReading& reading) {

@@ -250,6 +250,16 @@ TEST(JpegParts, FileThatEndsAnywhereGetsTheAnswerOfOneReading) {
     }
 }
 
+TEST(JpegParts, FileWithoutItsEndMarkIsLeftToOneReading) {
+    std::mt19937_64 random = testing::seededGenerator();
+    for (int round = 0; round < 100; ++round) {
+        samples::Buffer file = samples::jpeg(grainy(24, 160, random).view());
+        file.resize(file.size() - 2);
+        LowestFirst three(3);
+        EXPECT_FALSE(inParts(file, three).isWhole) << "round " << round;
+    }
+}
+
 TEST(JpegParts, ThatFindNothingWrongInADamagedFileGiveTheBytesOfOneReading) {
     std::mt19937_64 random = testing::seededGenerator();
     int found = 0;

@@ -95,6 +95,13 @@ bool JpegReading::skipTo(int row) {
     return true;
 }
 
+bool JpegReading::readEnd() {
+    if (setjmp(back_) != 0)
+        return false;
+    library_->finish_decompress(&info_);
+    return true;
+}
+
 bool JpegReading::canSkip() {
     return library_->has_multiple_scans(&info_) == 0 && info_.arith_code == 0;
 }

@@ -45,6 +45,11 @@ class JpegReading {
     /// as it should be once rowsDisturbedBySkipping() have been dropped.
     [[nodiscard]] bool skipTo(int row);
 
+    /// After the last row: reads on to the mark that ends the file. A file without it counts as cut short,
+    /// which the rows alone need not show: whether the library asks for more than they take depends on where
+    /// it began to read.
+    [[nodiscard]] bool readEnd();
+
     /// Whether rows can be passed over, at a gain: the file holds the picture from top to bottom, once.
     [[nodiscard]] bool canSkip();
 

@@ -1,10 +1,14 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <random>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -16,7 +20,7 @@
 #include "testing/Seed.h"
 
 // What the fuzzers drive, in every run: their seeds, what they have found, and changed copies of both. A
-// target that finds a broken promise ends the process, so what is tried is told beforehand.
+// target that finds a broken promise aborts, which leaves a file with what it was reading.
 namespace trimora::reliability {
 namespace {
 
@@ -70,6 +74,32 @@ void change(Buffer& bytes, const Buffer& other, std::mt19937_64& random) {
     }
 }
 
+/// Has its target read bytes. Where that ends in an abort they are left in the file `fuzz-find`.
+class Keeper {
+ public:
+    explicit Keeper(const fuzz::Target& target) : target_(target), before_(std::signal(SIGABRT, &keep)) {}
+    ~Keeper() { std::signal(SIGABRT, before_); }
+    Keeper(const Keeper&) = delete;
+    Keeper& operator=(const Keeper&) = delete;
+
+    void read(const Buffer& bytes) const {
+        tried = bytes;
+        (void)target_.read(bytes.data(), bytes.size());
+    }
+
+ private:
+    static void keep(int /*signal*/) {
+        const int file = ::open("fuzz-find", O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+        if (::write(file, tried.data(), tried.size()) == static_cast<ssize_t>(tried.size()))
+            (void)::dprintf(STDERR_FILENO, "what was read is kept as fuzz-find\n");
+        ::close(file);
+    }
+    static inline std::span<const std::uint8_t> tried;
+
+    const fuzz::Target& target_;
+    void (*before_)(int);
+};
+
 class FuzzReplay : public ::testing::TestWithParam<fuzz::Target> {
  protected:
     FuzzReplay() : threshold_(foundation::log::setThreshold(foundation::log::Level::error)) {}
@@ -85,14 +115,15 @@ TEST_P(FuzzReplay, KeepsItsPromisesForSeedsFindsAndWhatIsLikeThem) {
     ASSERT_FALSE(known.empty());
     for (Buffer& find : findsOf(GetParam().name))
         known.push_back(std::move(find));
+    const Keeper keeper(GetParam());
     for (const Buffer& bytes : known)
-        GetParam().read(bytes.data(), bytes.size());
+        keeper.read(bytes);
     const int count = testing::byDepth(3'000, 100'000, 1'000'000);
     for (int i = 0; i < count; ++i) {
         Buffer bytes = known[random() % known.size()];
         for (std::uint64_t changes = 1 + random() % 6; changes > 0; --changes)
             change(bytes, known[random() % known.size()], random);
-        GetParam().read(bytes.data(), bytes.size());
+        keeper.read(bytes);
     }
     std::printf("%zu known, %d like them\n", known.size(), count);
 }
