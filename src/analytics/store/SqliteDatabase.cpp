@@ -110,10 +110,10 @@ Result<std::unique_ptr<SqliteDatabase>> SqliteDatabase::open(const std::filesyst
     if (mode == Mode::readWrite)
         makeFile(file);
     const int access = mode == Mode::readWrite ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY;
-    sqlite3* handle = nullptr;
+    std::unique_ptr<SqliteDatabase> database(new SqliteDatabase);  // before there is anything to lose
+    sqlite3*& handle = database->handle_;
     const int code = sqlite().open_v2(file.c_str(), &handle,
                                       access | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE, nullptr);
-    std::unique_ptr<SqliteDatabase> database(new SqliteDatabase(handle));
     if (code != SQLITE_OK)
         return handle == nullptr ? Error{sqlite().errstr(code), code} : errorOf(handle);
     sqlite().busy_timeout(handle, busyMilliseconds);

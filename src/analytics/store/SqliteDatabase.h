@@ -82,9 +82,9 @@ class SqliteDatabase {
     [[nodiscard]] std::int64_t lastInsertedRow() const;
 
  private:
-    explicit SqliteDatabase(sqlite3* handle) : handle_(handle) {}
+    SqliteDatabase() = default;
 
-    sqlite3* handle_;
+    sqlite3* handle_ = nullptr;
     std::map<const char*, sqlite3_stmt*> statements_;
 };
 
