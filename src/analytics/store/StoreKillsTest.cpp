@@ -84,7 +84,7 @@ TEST_F(StoreKillsTest, NoAcknowledgedEventIsLostInThousandsOfKills) {
             ASSERT_EQ((*found)[i].body, std::to_string(i)) << "round " << round;
         total += found->size();
         // A full store would give up what belongs to no session.
-        constexpr int kRoundsKept = 500;
+        constexpr int kRoundsKept = 50;
         if (round >= kRoundsKept) {
             ASSERT_TRUE(context().removeEventsOfSession("round " + std::to_string(round - kRoundsKept)));
         }
