@@ -298,8 +298,11 @@ void ViewController::forward_pressed() {
 }
 
 void ViewController::reset_pressed() {
-    auto* const warning = new WarningRestoreImageController(context_, *screen_);
-    warning->presentAsSheet();
+    // What comes from outside is not kept away by the sheet; one question is enough.
+    if (restoreWarning_ && restoreWarning_->isVisible())
+        return restoreWarning_->raise();
+    restoreWarning_ = new WarningRestoreImageController(context_, *screen_);
+    restoreWarning_->presentAsSheet();
 }
 
 void ViewController::resetImage() {

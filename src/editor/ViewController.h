@@ -32,6 +32,7 @@ class EditorToolbar;
 class PictureFlows;
 class RecentFiles;
 class EditorTools;
+class WarningRestoreImageController;
 
 /// The controller of the editor screen. It owns the screen and no picture: the picture, its mask and its
 /// history are the cut view's, and the tool is what the cut view's properties say.
@@ -150,6 +151,7 @@ class ViewController final : public util::RuntimeObject,
     controls::ControlContext context_;
     QPointer<EditorView> screen_;
     std::unique_ptr<Parts> parts_;  // what works on the screen; there once that is complete
+    QPointer<WarningRestoreImageController> restoreWarning_;
     EditorToolbar* toolbar_ = nullptr;
     bool firstRun_ = false;  // the screen has appeared before
     bool isDrawingStroke_ = false;

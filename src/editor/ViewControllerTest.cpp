@@ -212,6 +212,18 @@ TEST_F(ViewControllerTest, RestoringAnsweredWithNoChangesNothing) {
     EXPECT_THAT(events(), IsEmpty());
 }
 
+TEST_F(ViewControllerTest, RestoringIsAskedOnceAtATime) {
+    open({"/p/cat.png"});
+    stroke();
+    send("reset_pressed:");
+    send("reset_pressed:");
+    const auto questions = screen().findChildren<WarningRestoreImageController*>();
+    ASSERT_EQ(questions.size(), 1);
+    click(questions.first()->warningView().noDeleteProgress());
+    send("reset_pressed:");
+    EXPECT_TRUE(screen().findChildren<WarningRestoreImageController*>().last()->isVisible());
+}
+
 // ── Brush menu ─────────────────────────────────────────────────────────────────────────────────
 
 TEST_F(ViewControllerTest, TheBrushMenuHasTheHandAndBelowItTheBrush) {
