@@ -50,6 +50,10 @@ Written randomStream(std::mt19937_64& random, int parts, int spread) {
                 written.plain.push_back(static_cast<std::uint8_t>(part.pixel >> shift));
         }
     }
+    if (written.plain.empty()) {  // there are no rows of nothing
+        all.front().zeros = 1;
+        written.plain.push_back(0);
+    }
     RunDeflate deflate(written.plain.size());
     for (const Part& part : all) {
         deflate.zeros(part.zeros);
