@@ -64,7 +64,7 @@ class RandomEvents(DesktopCase):
         words = []
         for _ in range(self.random.randrange(4)):
             words += self.random.choice((lambda: ["mousemove", *self.place()],
-                                         lambda: ["key", self.random.choice(KEYS)],
+                                         lambda: ["key", "--delay", 0, self.random.choice(KEYS)],
                                          lambda: ["click", self.random.choice((4, 5))]))()
         if self.random.random() < 0.7:
             button = self.random.choice((1, 1, 1, 1, 2, 3))
@@ -74,9 +74,9 @@ class RandomEvents(DesktopCase):
             words += ["mouseup", button]
         return words
 
-    def act(self):
+    def act(self, windows):
         """One chain, or one of the things that happen less often."""
-        if self.answer_what_is_open():
+        if self.answer_what_is_open(windows):
             return
         rare = self.random.random()
         if rare < 0.03:
@@ -111,7 +111,7 @@ class RandomEvents(DesktopCase):
             self.trimora.window = found[0]
         return found
 
-    def answer_what_is_open(self):
+    def answer_what_is_open(self, windows):
         """A panel is answered at once, lest random presses wander about in the file system."""
         title = self.active_title()
         if title in (OPEN, SAVE):
@@ -122,7 +122,7 @@ class RandomEvents(DesktopCase):
                 self.desktop.ask("key", "Return")
             self.leave(title)
             return True
-        if title == WINDOW and len(self.windows()) == 1:
+        if title == WINDOW and len(windows) == 1:
             return False
         self.sheets += 1
         self.desktop.ask("key", *self.random.choice((["Escape"], ["Return"], ["Tab", "space"], ["Tab", "Tab", "space"])))
@@ -196,9 +196,9 @@ class RandomEvents(DesktopCase):
             if self.trimora.process.poll() is not None:
                 self.assertEqual((self.trimora.ended(), self.trimora.said()), (0, ""))
                 self.begin()
-            if not self.windows() and not self.show_again():
-                continue
-            self.act()
+            windows = self.windows()
+            if windows or self.show_again():
+                self.act(windows)
             if self.done // BETWEEN_LOOKS > looked:
                 looked = self.done // BETWEEN_LOOKS
                 self.bring_to_rest()
