@@ -63,7 +63,7 @@ function(trimora_floor folder)
     target_link_libraries(${target} ${scope} $<TARGET_NAME_IF_EXISTS:${below_target}>)
   endforeach()
 
-  if(TRIMORA_TESTS AND ARG_TESTS)
+  if(TRIMORA_TESTS AND ARG_TESTS AND (TRIMORA_QT_TESTS OR NOT ARG_QT))
     set(qt)
     if(ARG_QT)
       set(qt QT)
