@@ -243,7 +243,8 @@ TEST(JpegParts, DamageAndMissingEndsGetTheAnswerOfOneReading) {
 TEST(JpegParts, FileThatEndsAnywhereGetsTheAnswerOfOneReading) {
     std::mt19937_64 random = testing::seededGenerator();
     const samples::Buffer whole = samples::jpeg(grainy(24, 160, random).view());
-    for (std::size_t size = 0; size < whole.size(); ++size) {
+    const std::size_t step = testing::kSanitized ? 7 : 1;
+    for (std::size_t size = random() % step; size < whole.size(); size += step) {
         const samples::Buffer file(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
         LowestFirst three(3);
         EXPECT_FALSE(inParts(file, three).isWhole && !byOneReading(file).isWhole) << size << " bytes";

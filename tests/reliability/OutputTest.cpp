@@ -1,9 +1,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <spng.h>
 
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <random>
 #include <string>
 #include <string_view>
@@ -65,6 +67,18 @@ std::string rowsOf(BitmapView straight) {
     return bytes;
 }
 
+/// The same by libspng; empty where it finds anything wrong.
+std::string rowsByLibspng(const std::string& file) {
+    const std::unique_ptr<spng_ctx, decltype(&spng_ctx_free)> context(spng_ctx_new(0), &spng_ctx_free);
+    std::size_t size = 0;
+    if (spng_set_png_buffer(context.get(), file.data(), file.size()) != 0 ||
+        spng_decoded_image_size(context.get(), SPNG_FMT_RGBA8, &size) != 0)
+        return {};
+    std::string bytes(size, '\0');
+    const int result = spng_decode_image(context.get(), bytes.data(), size, SPNG_FMT_RGBA8, SPNG_DECODE_TRNS);
+    return result == 0 ? bytes : std::string();
+}
+
 int run(const std::string& command) {
     return std::system((command + " >/dev/null 2>&1").c_str());
 }
@@ -91,6 +105,7 @@ TEST_F(Output, IsTheSameToEveryReader) {
             const std::string bytes = files::contents(file);
             const Buffer buffer(bytes.begin(), bytes.end());
             byLibpng.push_back(rowsOf(samples::readByLibpng(buffer).view()));
+            ASSERT_TRUE(rowsByLibspng(bytes) == byLibpng.back()) << "picture " << done + i;
             names += " '" + file.string() + "'";
             const auto again = ours.decodeBytes(buffer);
             ASSERT_TRUE(again);
