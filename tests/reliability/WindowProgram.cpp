@@ -2,9 +2,11 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QPointer>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <utility>
+#include <vector>
 
 #include "app/MessageLine.h"
 
@@ -78,9 +80,11 @@ WindowProgram::WindowProgram(Homes homes, ports::Panels& panels)
 WindowProgram::~WindowProgram() {
     time().turn();
     // What was asked while the window was hidden hangs from none; the end of a process takes it along.
-    for (QWidget* const window : QApplication::topLevelWidgets()) {
+    const QWidgetList all = QApplication::topLevelWidgets();
+    const std::vector<QPointer<QWidget>> windows(all.begin(), all.end());  // one may take others along
+    for (const QPointer<QWidget>& window : windows) {
         if (qobject_cast<QDialog*>(window) != nullptr && window->parentWidget() == nullptr)
-            delete window;
+            delete window.data();
     }
 }
 
