@@ -129,17 +129,22 @@ class RandomEvents(DesktopCase):
         if title == WINDOW and len(windows) == 1:
             return False
         self.sheets += 1
-        self.desktop.ask("windowactivate", windows[-1])  # a press beside a sheet takes the keyboard from it
-        self.desktop.ask("key", *self.random.choice((["Escape"], ["Return"], ["Tab", "space"], ["Tab", "Tab", "space"])))
+        self.press(windows, *self.random.choice((["Escape"], ["Return"], ["Tab", "space"], ["Tab", "Tab", "space"])))
         self.done += 4
         return True
+
+    def press(self, windows, *keys):
+        """Keys for the newest of these windows. A press beside a sheet takes the keyboard from it."""
+        for window in windows[-1:]:
+            self.desktop.ask("windowactivate", window)
+        self.desktop.ask("key", *keys)
 
     def leave(self, title):
         """Until the panel has gone: what it asks on top of itself (a file of this name is there) is refused."""
         def gone():
             if not self.desktop.ask("search", "--onlyvisible", "--name", f"^{title}$"):
                 return True
-            self.desktop.ask("key", "Escape")
+            self.press(self.windows(), "Escape")
             return False
         wait_for(f"the end of the panel {title}", gone)
 
@@ -159,8 +164,7 @@ class RandomEvents(DesktopCase):
             if not windows:
                 self.trimora.launch_again()
             else:
-                self.desktop.ask("windowactivate", windows[-1])
-                self.desktop.ask("key", "Escape")
+                self.press(windows, "Escape")
             return False
         wait_for("the window alone", alone)
         self.desktop.ask("key", "Escape", "key", "Escape")

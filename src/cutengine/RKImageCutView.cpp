@@ -46,9 +46,12 @@ void RKImageCutView::doQueued(const Task& task, foundation::SerialQueue& main, R
     });
 }
 
-/// Work for the picture of this moment: dropped when another picture has come before its turn.
 void RKImageCutView::onSerialQueue(Task task) {
-    serial_->async([this, document = document_.load(), task = std::move(task)] {
+    onSerialQueue(document_, std::move(task));
+}
+
+void RKImageCutView::onSerialQueue(std::uint64_t document, Task task) {
+    serial_->async([this, document, task = std::move(task)] {
         if (document == document_)
             doQueued(task, services_.queues.mainQueue(), *this, alive_);
     });
@@ -189,7 +192,7 @@ void RKImageCutView::loadMask(Bitmap mask) {
         painter_.setNewContextImage({std::move(*loaded)});
         painter_.setNeedsContectUpdate();
         paintPass();
-        recordHistoryState();
+        recordState();
     });
 }
 
@@ -246,13 +249,13 @@ void RKImageCutView::nextHistoryState() {
 }
 
 void RKImageCutView::stepHistory(HistoryStore::Step step) {
-    onSerialQueue([this, step] {
+    onSerialQueue([this, step, document = document_.load()] {
         std::optional<kernels::MaskRows> loaded = history_.step(step, painter_.changedSinceState());
         if (!loaded)
             return;
         painter_.setNewContextImage(std::move(*loaded));
         painter_.setNeedsContectUpdate();
-        updateMap();
+        onSerialQueue(document, [this] { paintPass(); });
         onMainQueue([this] { historyChanged(); });
     });
 }

@@ -79,6 +79,24 @@ TEST_F(ThreadsTest, PaintsUndoesAndLoadsWhileTheScreenIsDrawn) {
     EXPECT_LT(view.historyCurrentState(), view.historyLength());
 }
 
+TEST_F(ThreadsTest, PictureThatComesWhileAnotherIsWorkedOnBeginsWithOneStateAndAWholeMask) {
+    view.setViewSize({300, 200});
+    for (int round = 0; round < 100; ++round) {
+        view.setImage(picture(300, 200));
+        stroke({20, 20}, {250, 150});
+        view.prevHistoryState();
+        view.loadMask(Bitmap::createFilled(300, 200, {0, 0, 0, 9}).value());
+        for (int i = 0; i < round % 10; ++i)
+            drawFrame();  // more or less of that is done then
+        view.setImage(picture(100, 80));
+        const Bitmap mask = view.copyMaskPlane();
+        ASSERT_EQ(mask.width(), 100) << "round " << round;
+        EXPECT_EQ(mask.pixel(50, 40).alpha, 255) << "round " << round;
+        EXPECT_EQ(view.historyLength(), 1) << "round " << round;
+        main.runAll();
+    }
+}
+
 TEST_F(ThreadsTest, MaskPaintedOnThreadsEqualsTheMaskPaintedByHand) {
     foundation::ManualQueueFactory manual;
     RKImageCutView other{{manual, clock, notifications, home.path() / "other"}, host};
