@@ -5,7 +5,6 @@ TRIMORA_SEED repeats a run as far as the machine lets it; TRIMORA_DEPTH makes it
 
 import os
 import random
-import re
 import subprocess
 
 from desktop import wait_for
@@ -106,11 +105,8 @@ class RandomEvents(DesktopCase):
         return (self.desktop.ask("getactivewindow", "getwindowname") or "").strip()
 
     def windows(self):
-        """What the window manager manages, the newest last: the program's window, sheets and panels. Sheets have no
-        name of their own to be found by."""
-        listed = subprocess.run(["xprop", "-root", "_NET_CLIENT_LIST"], env=self.desktop.env, capture_output=True,
-                                text=True, check=True).stdout
-        found = [str(int(number, 16)) for number in re.findall("0x[0-9a-f]+", listed)]
+        """The program's windows that bear its name: its own, and sheets."""
+        found = (self.desktop.ask("search", "--onlyvisible", "--name", f"^{WINDOW}$") or "").split()
         if len(found) == 1:
             self.trimora.window = found[0]
         return found
@@ -129,22 +125,16 @@ class RandomEvents(DesktopCase):
         if title == WINDOW and len(windows) == 1:
             return False
         self.sheets += 1
-        self.press(windows, *self.random.choice((["Escape"], ["Return"], ["Tab", "space"], ["Tab", "Tab", "space"])))
+        self.desktop.ask("key", *self.random.choice((["Escape"], ["Return"], ["Tab", "space"], ["Tab", "Tab", "space"])))
         self.done += 4
         return True
-
-    def press(self, windows, *keys):
-        """Keys for the newest of these windows. A press beside a sheet takes the keyboard from it."""
-        for window in windows[-1:]:
-            self.desktop.ask("windowactivate", window)
-        self.desktop.ask("key", *keys)
 
     def leave(self, title):
         """Until the panel has gone: what it asks on top of itself (a file of this name is there) is refused."""
         def gone():
             if not self.desktop.ask("search", "--onlyvisible", "--name", f"^{title}$"):
                 return True
-            self.press(self.windows(), "Escape")
+            self.desktop.ask("key", "Escape")
             return False
         wait_for(f"the end of the panel {title}", gone)
 
@@ -158,26 +148,28 @@ class RandomEvents(DesktopCase):
         self.desktop.ask("mouseup", 1, "mouseup", 2, "mouseup", 3)
 
         def alone():
-            windows = self.windows()
-            if self.active_title() == WINDOW and len(windows) == 1:
+            if self.active_title() == WINDOW and len(self.windows()) == 1:
                 return True
-            if not windows:
+            self.desktop.ask("key", "Escape")
+            if not self.windows():
                 self.trimora.launch_again()
-            else:
-                self.press(windows, "Escape")
+            elif not self.active_title():
+                self.desktop.ask("windowactivate", self.trimora.window)
             return False
         wait_for("the window alone", alone)
         self.desktop.ask("key", "Escape", "key", "Escape")
 
     def show_again(self):
-        """Starts the program once more, which shows the window. A program that was just ending does not hear of it:
-        then the later one is alone, and is ended too."""
+        """Starts the program once more, which shows the window; whether it does. A program that was just ending
+        does not hear of it: then the later one is alone, and is ended too."""
         later = self.desktop.start([self.trimora.program], env=self.trimora.env)
         wait_for("a second start to be heard of",
                  lambda: later.poll() is not None or self.trimora.process.poll() is not None)
-        if later.poll() is None:
+        is_heard = later.poll() is not None
+        if not is_heard:
             later.terminate()
             later.wait(60)
+        return is_heard
 
     def x_resources(self):
         """What the X server keeps for the program."""
@@ -205,10 +197,8 @@ class RandomEvents(DesktopCase):
                 self.assertEqual((self.trimora.ended(), self.trimora.said()), (0, ""))
                 self.begin()
             windows = self.windows()
-            if windows:
+            if windows or self.show_again():
                 self.act(windows)
-            else:
-                self.show_again()
             if self.done // BETWEEN_LOOKS > looked:
                 looked = self.done // BETWEEN_LOOKS
                 self.bring_to_rest()
