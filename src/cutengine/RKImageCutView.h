@@ -211,8 +211,8 @@ class RKImageCutView {
  private:
     static void doQueued(const foundation::Task& task, foundation::SerialQueue& main, RKImageCutView& view,
                          const std::weak_ptr<char>& alive);
-    /// Work for a picture: dropped when another one has come before its turn. Without a number it is for that of
-    /// this moment, which on the queue itself may be the next one already.
+    /// Work for a picture: dropped when another one has come before its turn. Without a number it is for that
+    /// of this moment, which on the queue itself may be the next one already.
     void onSerialQueue(foundation::Task task);
     void onSerialQueue(std::uint64_t document, foundation::Task task);
     void onMainQueue(foundation::Task task);
