@@ -5,6 +5,7 @@ TRIMORA_SEED repeats a run as far as the machine lets it; TRIMORA_DEPTH makes it
 
 import os
 import random
+import re
 import subprocess
 
 from desktop import wait_for
@@ -31,6 +32,7 @@ class RandomEvents(DesktopCase):
         self.sound = [self.picture, make_picture(os.path.join(self.home, "wide.png"), "rgb(200,40,40)", "1500x300"),
                       make_picture(os.path.join(self.home, "tall.jpg"), "rgb(40,40,200)", "300x900")]
         self.bad = self.broken_files()
+        self.path = self.launcher_of_pages()
 
     def broken_files(self):
         files = {"empty.png": b"", "words.jpg": b"no picture at all", "half.png": None, "zeros.gif": b"\0" * 100_000}
@@ -44,9 +46,18 @@ class RandomEvents(DesktopCase):
         os.mkfifo(os.path.join(self.home, "pipe.png"))
         return [os.path.join(self.home, name) for name in (*files, "folder.png", "pipe.png", "nothing.png")]
 
+    def launcher_of_pages(self):
+        """A program that takes the pages of Help as a browser would, and shows nothing; the path to be found on."""
+        folder = os.path.join(self.home, "bin")
+        os.mkdir(folder)
+        with open(os.path.join(folder, "xdg-open"), "w") as launcher:
+            launcher.write("#!/bin/sh\n")
+            os.chmod(launcher.fileno(), 0o755)
+        return folder + os.pathsep + os.environ["PATH"]
+
     def begin(self):
         self.starts += 1
-        self.trimora = self.start(self.random.choice(self.sound))
+        self.trimora = self.start(self.random.choice(self.sound), PATH=self.path)
         self.look_where_the_window_is()
 
     def look_where_the_window_is(self):
@@ -79,15 +90,15 @@ class RandomEvents(DesktopCase):
         if self.answer_what_is_open(windows):
             return
         rare = self.random.random()
-        if rare < 0.03:
+        if rare < 0.04:
             self.offer()
-        elif rare < 0.05:
+        elif rare < 0.07:
             size = self.random.randrange(200, 1600), self.random.randrange(150, 900)
             self.desktop.ask("windowsize", self.trimora.window, *size)
             self.look_where_the_window_is()
-        elif rare < 0.12:
+        elif rare < 0.17:
             self.desktop.ask("key", self.random.choice(("F11", "ctrl+o", "ctrl+s", "ctrl+n")))
-        elif rare < 0.15:
+        elif rare < 0.24:
             self.desktop.ask("key", self.random.choice(("ctrl+w", "ctrl+q")))
         else:
             words = self.chain()
@@ -105,8 +116,11 @@ class RandomEvents(DesktopCase):
         return (self.desktop.ask("getactivewindow", "getwindowname") or "").strip()
 
     def windows(self):
-        """The program's windows that bear its name: its own, and sheets."""
-        found = (self.desktop.ask("search", "--onlyvisible", "--name", f"^{WINDOW}$") or "").split()
+        """What the window manager manages, the newest last: the program's window, sheets and panels. Sheets have no
+        name of their own to be found by."""
+        listed = subprocess.run(["xprop", "-root", "_NET_CLIENT_LIST"], env=self.desktop.env, capture_output=True,
+                                text=True, check=True).stdout
+        found = [str(int(number, 16)) for number in re.findall("0x[0-9a-f]+", listed)]
         if len(found) == 1:
             self.trimora.window = found[0]
         return found
@@ -148,13 +162,12 @@ class RandomEvents(DesktopCase):
         self.desktop.ask("mouseup", 1, "mouseup", 2, "mouseup", 3)
 
         def alone():
-            if self.active_title() == WINDOW and len(self.windows()) == 1:
+            windows = self.windows()
+            if self.active_title() == WINDOW and len(windows) == 1:
                 return True
             self.desktop.ask("key", "Escape")
-            if not self.windows():
-                self.trimora.launch_again()
-            elif not self.active_title():
-                self.desktop.ask("windowactivate", self.trimora.window)
+            if not windows:
+                self.show_again()
             return False
         wait_for("the window alone", alone)
         self.desktop.ask("key", "Escape", "key", "Escape")

@@ -70,6 +70,31 @@ class LifeOfTheWindow(DesktopCase):
         trimora.keys("Tab", "Tab", "space")
         self.assertEqual(trimora.ended(), 0)
 
+    def test_a_question_has_the_keyboard_whatever_is_done_beside_it(self):
+        trimora = self.painted()
+        place = trimora.picture().at(0.1, 0.9)
+        for beside in (lambda: self.desktop.do("mousemove", *place, "click", 1),
+                       lambda: self.assertEqual(trimora.launch_again(), 0)):
+            trimora.keys("ctrl+q")
+            trimora.sheet(UNSAVED)
+            beside()
+            self.desktop.rest()
+            trimora.keys("Escape")
+            self.session.gone(UNSAVED)
+            self.desktop.rest()
+        self.assertTrue(trimora.has("Undo", "enabled"))
+
+    def test_a_panel_keeps_the_keyboard_when_something_beside_it_is_pressed(self):
+        trimora = self.painted()
+        place = trimora.picture().at(0.1, 0.9)
+        trimora.keys("ctrl+s")
+        self.desktop.window("Save picture")
+        self.desktop.do("mousemove", *place, "click", 1)
+        self.desktop.rest()
+        trimora.keys("Escape")
+        wait_for("the end of the panel",
+                 lambda: not self.desktop.ask("search", "--onlyvisible", "--name", "^Save picture$"))
+
     def ends_cleanly_at(self, number):
         trimora = self.painted()
         trimora.process.send_signal(number)

@@ -8,6 +8,7 @@
 #include "controls/IconsAhead.h"
 #include "controls/Metrics.h"
 #include "platform/ApplicationId.h"
+#include "platform/SheetKeyboard.h"
 
 namespace trimora {
 namespace {
@@ -44,6 +45,7 @@ Toolkit::Toolkit(Screen screen) : settings_(screen), application_(argumentCount_
     // Every sample of a stroke counts. Not sooner: the X11 platform sets this when it starts.
     QCoreApplication::setAttribute(Qt::AA_CompressHighFrequencyEvents, false);
     controls::applyAppStyle();
+    platform::keepKeyboardWithSheets(application_);
     ahead_ = std::jthread([font = QApplication::font(), scale = application_.devicePixelRatio()] {
         platform::findFontsFor(font);
         controls::drawIconsAhead({{"open", controls::metrics::kBarIcon},
