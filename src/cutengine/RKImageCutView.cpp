@@ -52,8 +52,10 @@ void RKImageCutView::onSerialQueue(Task task) {
 
 void RKImageCutView::onSerialQueue(std::uint64_t document, Task task) {
     serial_->async([this, document, task = std::move(task)] {
-        if (document == document_)
-            doQueued(task, services_.queues.mainQueue(), *this, alive_);
+        if (document != document_)
+            return;
+        documentAtWork_ = document;
+        doQueued(task, services_.queues.mainQueue(), *this, alive_);
     });
 }
 
@@ -229,7 +231,7 @@ void RKImageCutView::recordState() {
     const Result<void> recorded =
         history_.record(painter_.bitmapContext().view(), painter_.changedSinceState());
     painter_.setStateShown();
-    onMainQueue([this, recorded, document = document_.load()] {
+    onMainQueue([this, recorded, document = documentAtWork_] {
         if (!recorded && !historyTroubleTold_ && document == document_) {
             historyTroubleTold_ = true;
             foundation::log::warning("history cannot be kept: %s", recorded.error().message.c_str());
@@ -249,13 +251,13 @@ void RKImageCutView::nextHistoryState() {
 }
 
 void RKImageCutView::stepHistory(HistoryStore::Step step) {
-    onSerialQueue([this, step, document = document_.load()] {
+    onSerialQueue([this, step] {
         std::optional<kernels::MaskRows> loaded = history_.step(step, painter_.changedSinceState());
         if (!loaded)
             return;
         painter_.setNewContextImage(std::move(*loaded));
         painter_.setNeedsContectUpdate();
-        onSerialQueue(document, [this] { paintPass(); });
+        onSerialQueue(documentAtWork_, [this] { paintPass(); });
         onMainQueue([this] { historyChanged(); });
     });
 }

@@ -212,7 +212,7 @@ class RKImageCutView {
     static void doQueued(const foundation::Task& task, foundation::SerialQueue& main, RKImageCutView& view,
                          const std::weak_ptr<char>& alive);
     /// Work for a picture: dropped when another one has come before its turn. Without a number it is for that
-    /// of this moment, which on the queue itself may be the next one already.
+    /// of this moment, which is the next one already for work that queues more: that gives documentAtWork_.
     void onSerialQueue(foundation::Task task);
     void onSerialQueue(std::uint64_t document, foundation::Task task);
     void onMainQueue(foundation::Task task);
@@ -286,6 +286,7 @@ class RKImageCutView {
 
     /// Counts documents: work queued for an older one is dropped when its turn comes.
     std::atomic<std::uint64_t> document_ = 0;
+    std::uint64_t documentAtWork_ = 0;  ///< that of the task on the painting queue, for it alone
     /// Work on other queues that may end after the view looks whether this still lives.
     std::shared_ptr<char> alive_ = std::make_shared<char>();
 

@@ -1,5 +1,7 @@
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <random>
 
 #include "cutengine/CutViewForTests.h"
@@ -95,6 +97,26 @@ TEST_F(ThreadsTest, PictureThatComesWhileAnotherIsWorkedOnBeginsWithOneStateAndA
         EXPECT_EQ(view.historyLength(), 1) << "round " << round;
         main.runAll();
     }
+}
+
+TEST_F(ThreadsTest, HistoryThatCannotBeKeptIsNotToldOfThePictureAfter) {
+    view.setViewSize({300, 200});
+    view.setImage(picture(300, 200));
+    static_cast<void>(view.copyMaskPlane());
+    std::filesystem::create_directory(view.historyDirectory() / "1.his");
+    for (int round = 0; round < 200; ++round) {
+        stroke({20, 20}, {250, 150});
+        for (int i = 0; i < round % 20; ++i)
+            drawFrame();  // more or less of that is done then
+        view.setImage(picture(300, 200));
+        static_cast<void>(view.copyMaskPlane());
+        main.runAll();
+        ASSERT_THAT(host.troubles, ::testing::IsEmpty()) << "round " << round;
+    }
+    stroke({20, 20}, {250, 150});
+    static_cast<void>(view.copyMaskPlane());
+    main.runAll();
+    EXPECT_EQ(host.troubles.size(), 1U);
 }
 
 TEST_F(ThreadsTest, MaskPaintedOnThreadsEqualsTheMaskPaintedByHand) {
