@@ -60,6 +60,11 @@ class RandomEvents(DesktopCase):
         self.trimora = self.start(self.random.choice(self.sound), PATH=self.path)
         self.look_where_the_window_is()
 
+    def begin_again_after_its_end(self):
+        if self.trimora.process.poll() is not None:
+            self.assertEqual((self.trimora.ended(), self.trimora.said()), (0, ""))
+            self.begin()
+
     def look_where_the_window_is(self):
         self.left, self.top, self.width, self.height = self.desktop.geometry(self.trimora.window)
 
@@ -156,12 +161,10 @@ class RandomEvents(DesktopCase):
 
     def bring_to_rest(self):
         """Lets go of everything, closes whatever is open and brings the window back."""
-        if self.trimora.process.poll() is not None:
-            self.assertEqual((self.trimora.ended(), self.trimora.said()), (0, ""))
-            self.begin()
         self.desktop.ask("mouseup", 1, "mouseup", 2, "mouseup", 3)
 
         def alone():
+            self.begin_again_after_its_end()
             windows = self.windows()
             if self.active_title() == WINDOW and len(windows) == 1:
                 return True
@@ -204,9 +207,7 @@ class RandomEvents(DesktopCase):
         self.assertGreater(first["windows"], 0)
         looked = 0
         while self.done < EVENTS:
-            if self.trimora.process.poll() is not None:
-                self.assertEqual((self.trimora.ended(), self.trimora.said()), (0, ""))
-                self.begin()
+            self.begin_again_after_its_end()
             windows = self.windows()
             if windows:
                 self.act(windows)
