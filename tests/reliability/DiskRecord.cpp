@@ -13,6 +13,9 @@ namespace {
 constexpr std::size_t kMostNotes = 1 << 16;
 constexpr std::size_t kMostBytes = std::size_t{1} << 30;  // only what is written takes memory
 constexpr std::size_t kSector = 512;                      // what a disk writes whole or not at all
+// ext4 refuses a disk whose superblock is torn, which lies in several of these small sectors; it counts on
+// disks that write its first block whole.
+constexpr std::size_t kFirstBlock = 4096;
 
 void* sharedMemory(std::size_t size) {
     void* const memory =
@@ -86,7 +89,8 @@ std::string DiskRecord::afterCut(std::size_t position, std::mt19937_64& random) 
     const bool inSectors = random() % 2 == 0;
     std::string disk = begun_;
     for (std::size_t i = 0; i < notes.size(); ++i) {
-        const std::size_t piece = i >= kept && inSectors ? kSector : std::max(notes[i].size, kSector);
+        const bool isTorn = i >= kept && inSectors && notes[i].at >= kFirstBlock;
+        const std::size_t piece = isTorn ? kSector : std::max(notes[i].size, kSector);
         for (std::size_t done = 0; done < notes[i].size; done += piece) {
             if (i < kept || random() % 4 >= share)
                 std::memcpy(disk.data() + notes[i].at + done, notes_->bytes.data() + notes[i].from + done,

@@ -35,7 +35,9 @@ class DiskRecord {
     /// How many writes and flushes there have been.
     [[nodiscard]] std::size_t position() const;
     /// What may be left where the power goes after that many writes and flushes: all that came before the
-    /// last flush, and of what came after it any part, down to single sectors, as `random` has it.
+    /// last flush, and of what came after it any part, down to single sectors, as `random` has it; a write
+    /// that begins in the first 4096 bytes, where a file system keeps its superblock, arrives whole or not at
+    /// all.
     [[nodiscard]] std::string afterCut(std::size_t position, std::mt19937_64& random) const;
 
  private:

@@ -387,6 +387,24 @@ class PowerCuts : public ::testing::Test {
     int masksRefused_ = 0;
 };
 
+TEST(DiskRecordTest, CutTearsWritesButNotTheFirstBlock) {
+    const std::string before(8'192, 'a');
+    const std::string after(4'096, 'b');
+    DiskRecord record(before);
+    ASSERT_TRUE(record.write(0, after));
+    ASSERT_TRUE(record.write(4'096, after));
+    std::mt19937_64 random = testing::seededGenerator();
+    std::set<std::string> first;
+    std::set<std::string> second;
+    for (int i = 0; i < 200; ++i) {
+        const std::string left = record.afterCut(record.position(), random);
+        first.insert(left.substr(0, 4'096));
+        second.insert(left.substr(4'096));
+    }
+    EXPECT_EQ(first, (std::set{before.substr(4'096), after}));
+    EXPECT_GT(second.size(), 2U);
+}
+
 TEST_F(PowerCuts, LeaveSavedPicturesOldOrNewAndStoresWhole) {
     std::mt19937_64 random = testing::seededGenerator();
     const int disks = testing::byDepth(1, 10, 50);
