@@ -1,6 +1,7 @@
 # Headers that most sources include, parsed once for each kind of target instead of once for each source:
 # that halves the time of a whole build. Every source still includes what it uses, so that it says what it
-# needs; the presets without precompiled headers (asan for the floors below Qt, release) show that it does.
+# needs; the presets without precompiled headers (asan for the floors below Qt, release, and coverage for tests,
+# which are compiled one by one there) show that it does.
 #
 # A kind is compiled by one small target of its own with the very flags of the targets that use it.
 set(_standard_headers <algorithm> <array> <cmath> <cstdint> <cstring> <filesystem> <functional> <map> <memory>

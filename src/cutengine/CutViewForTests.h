@@ -52,6 +52,8 @@ class RecordingDelegate final : public RKImageCutViewDelegate {
     std::vector<std::array<float, 4>> miniMaps;
 };
 
+inline constexpr foundation::Point kMiddle{200, 150};  ///< of the view of CutViewTest
+
 /// A cut view of 400 x 300 view points with its queues pumped by hand and its history in a folder of
 /// the test's own.
 class CutViewTest : public ::testing::Test {

@@ -10,8 +10,6 @@ using foundation::Pixel;
 using foundation::Point;
 using foundation::Rect;
 
-constexpr Point kMiddle{200, 150};
-
 TEST_F(CutViewTest, ClickWithoutMovementPaintsOneStampAndRecordsOneState) {
     load(400, 300);
     stroke({kMiddle});

@@ -13,8 +13,6 @@ using foundation::Point;
 using ::testing::Contains;
 using ::testing::ElementsAre;
 
-constexpr Point kMiddle{200, 150};
-
 class PlacementTest : public CutViewTest {
  protected:
     [[nodiscard]] double zoom() const { return placement::zoomLevel(view.transform()); }

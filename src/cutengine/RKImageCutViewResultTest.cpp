@@ -10,7 +10,6 @@ using foundation::Bitmap;
 using foundation::Pixel;
 using foundation::Point;
 
-constexpr Point kMiddle{200, 150};
 constexpr Pixel kGrey{128, 128, 128, 255};
 
 class ResultTest : public CutViewTest {

@@ -11,8 +11,6 @@ using foundation::Point;
 using foundation::Size;
 using ::testing::ElementsAre;
 
-constexpr Point kMiddle{200, 150};
-
 TEST_F(CutViewTest, StartsWithItsDefaults) {
     EXPECT_EQ(view.brushDiameter(), 20);
     EXPECT_EQ(view.brushHardness(), 1);

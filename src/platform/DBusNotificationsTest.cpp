@@ -17,7 +17,7 @@ using ports::NotificationActivation;
 using ports::UserNotification;
 
 const QString kServer = QStringLiteral("org.freedesktop.Notifications");
-const QString kPath = QStringLiteral("/org/freedesktop/Notifications");
+const QString kServerPath = QStringLiteral("/org/freedesktop/Notifications");
 constexpr uint kId = 7;
 const UserNotification kSaved{"Trimora", "Save complete", "file:///a%20<b>&c.png", "Open"};
 
@@ -25,7 +25,7 @@ class DBusNotificationsTest : public ::testing::Test {
  protected:
     void startServer(QStringList capabilities) {
         server_ = std::make_unique<ServiceForTests>(
-            bus_.connect(), kServer, kPath, [capabilities](const QDBusMessage& call) {
+            bus_.connect(), kServer, kServerPath, [capabilities](const QDBusMessage& call) {
                 return call.createReply(call.member() == "Notify" ? QVariant(kId) : QVariant(capabilities));
             });
     }
@@ -118,7 +118,7 @@ TEST_F(DBusNotificationsTest, NobodyElseOnTheBusCanAnswerForThePerson) {
     post(kSaved);
     hearAll();
     QDBusConnection stranger = bus_.connect();
-    QDBusMessage forged = QDBusMessage::createSignal(kPath, kServer, "ActionInvoked");
+    QDBusMessage forged = QDBusMessage::createSignal(kServerPath, kServer, "ActionInvoked");
     forged << kId << "button";
     ASSERT_TRUE(stranger.send(forged));
     // Its next call is answered only after the bus has passed its signal on.
@@ -148,7 +148,7 @@ TEST_F(DBusNotificationsTest, WithoutAServerTheFallbackShowsItAndItsAnswersCount
 }
 
 TEST_F(DBusNotificationsTest, AServerThatRefusesLeavesItToTheFallback) {
-    ServiceForTests refusing(bus_.connect(), kServer, kPath, [](const QDBusMessage& call) {
+    ServiceForTests refusing(bus_.connect(), kServer, kServerPath, [](const QDBusMessage& call) {
         return call.member() == "Notify" ? call.createErrorReply(QDBusError::LimitsExceeded, "too many")
                                          : call.createReply(QStringList{"actions"});
     });

@@ -11,7 +11,7 @@ namespace trimora::platform {
 namespace {
 
 const QString kFileManager = QStringLiteral("org.freedesktop.FileManager1");
-const QString kPath = QStringLiteral("/org/freedesktop/FileManager1");
+const QString kFileManagerPath = QStringLiteral("/org/freedesktop/FileManager1");
 
 class DesktopWorkspaceTest : public ::testing::Test {
  protected:
@@ -25,7 +25,7 @@ class DesktopWorkspaceTest : public ::testing::Test {
 };
 
 TEST_F(DesktopWorkspaceTest, TheFileManagerShowsTheFileWithTheTokenOfTheClick) {
-    ServiceForTests manager(bus_.connect(), kFileManager, kPath,
+    ServiceForTests manager(bus_.connect(), kFileManager, kFileManagerPath,
                             [](const QDBusMessage& call) { return call.createReply(); });
     activation_token::keep("token-2");
     workspace_.revealFile("/a folder/cut.png");
@@ -45,7 +45,7 @@ TEST_F(DesktopWorkspaceTest, WithoutAFileManagerTheFolderOpens) {
 }
 
 TEST_F(DesktopWorkspaceTest, AFileManagerThatRefusesLeavesItToTheFolder) {
-    ServiceForTests manager(bus_.connect(), kFileManager, kPath, [](const QDBusMessage& call) {
+    ServiceForTests manager(bus_.connect(), kFileManager, kFileManagerPath, [](const QDBusMessage& call) {
         return call.createErrorReply(QDBusError::NotSupported, "no");
     });
     workspace_.revealFile("/a/cut.png");

@@ -77,7 +77,7 @@ TEST_F(Sizes, OnePixelAndVeryLongOnesAreWorkedOn) {
 }
 
 TEST_F(Sizes, ImpossibleOnesAreRefusedByTheirHeads) {
-    constexpr long kMostKibibytes = 8L << 10;
+    constexpr long kMostKibibytesForAHead = 8L << 10;
     for (const std::uint32_t side : {65'535U, 2'147'483'647U, 4'294'967'295U}) {
         for (const NamedFile& file : filesOfSize(side)) {
             std::string message;
@@ -88,7 +88,7 @@ TEST_F(Sizes, ImpossibleOnesAreRefusedByTheirHeads) {
                 return !refused && !refused.error().message.empty() ? 0 : 1;
             });
             EXPECT_EQ(ended.text(), "exit 0") << file.name << " of " << side;
-            EXPECT_LT(ended.grownKibibytes, kMostKibibytes) << file.name << " of " << side;
+            EXPECT_LT(ended.grownKibibytes, kMostKibibytesForAHead) << file.name << " of " << side;
         }
     }
 }
