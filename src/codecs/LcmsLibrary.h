@@ -7,7 +7,8 @@
 namespace trimora::codecs {
 
 /// Those functions of Little CMS that are called here, under its names without their "cms". The library is
-/// loaded with the first profile: every start would wait for it otherwise, as for each of the libraries.
+/// loaded with the first profile: every start would wait for it otherwise, as for each of the libraries. What
+/// it takes of memory for one thing is bounded by what a profile of kMostProfileBytes can hold.
 struct LcmsLibrary {
     decltype(&::cmsBuildGamma) BuildGamma;
     decltype(&::cmsCloseProfile) CloseProfile;
@@ -22,6 +23,7 @@ struct LcmsLibrary {
     decltype(&::cmsGetColorSpace) GetColorSpace;
     decltype(&::cmsGetProfileInfoASCII) GetProfileInfoASCII;
     decltype(&::cmsOpenProfileFromMem) OpenProfileFromMem;
+    decltype(&::cmsPlugin) Plugin;
 
     /// The one of this process, loaded with the first call. An error where it is not installed or memory is
     /// missing; the next call tries again. Any thread.

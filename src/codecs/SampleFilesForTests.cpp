@@ -530,6 +530,8 @@ Buffer saved(cmsHPROFILE profile) {
     Buffer bytes(size);
     cmsSaveProfileToMem(profile, bytes.data(), &size);
     cmsCloseProfile(profile);
+    // Its date: the same seed is to make the same files tomorrow.
+    std::fill_n(bytes.begin() + 24, 12, std::uint8_t{0});
     return bytes;
 }
 

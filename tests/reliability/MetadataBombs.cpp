@@ -1,6 +1,8 @@
 #include <zlib.h>
 
 #include <algorithm>
+#include <array>
+#include <cstdint>
 #include <iterator>
 #include <string_view>
 
@@ -137,6 +139,18 @@ Buffer tiffTags() {
     return tiff;
 }
 
+/// The colour table in the profile of its inks says to be 500 times as large as the file.
+Buffer jpegWithABoastfulProfile() {
+    constexpr std::array<std::uint8_t, 4> kIs = {9, 9, 9, 9};
+    constexpr std::array<std::uint8_t, 4> kSaysToBe = {0x77, 0x33, 0x24, 0x6b};
+    samples::JpegOptions inks;
+    inks.cmyk = true;
+    inks.icc = samples::inkProfile(kIs[0]);
+    const auto nodes = std::search(inks.icc.begin(), inks.icc.end(), kIs.begin(), kIs.end());
+    std::copy(kSaysToBe.begin(), kSaysToBe.end(), nodes);
+    return samples::jpeg(samples::fading(32, 32).view(), inks);
+}
+
 }  // namespace
 
 std::vector<NamedFile> metadataBombs() {
@@ -155,6 +169,7 @@ std::vector<NamedFile> metadataBombs() {
         {"png-10000-tEXt", pngWithManyTexts()},
         {"jpeg-1000-APP1", jpegWithManyBlocks()},
         {"jpeg-1000-scans", jpegWithManyScans()},
+        {"jpeg-boastful-profile", jpegWithABoastfulProfile()},
         {"tiff-directory-loop", tiffLoop()},
         {"tiff-directory-chain", tiffChain()},
         {"tiff-60000-tags", tiffTags()},
